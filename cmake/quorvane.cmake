@@ -1,0 +1,38 @@
+# What every target of the house shares: warnings as errors, repeatable output, and the two kinds of target.
+
+add_library(quorvane_options INTERFACE)
+target_include_directories(quorvane_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(quorvane_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor
+  -Woverloaded-virtual -Wcast-qual -Wdouble-promotion -Wformat=2 -Wundef -Werror
+  # No path of the building machine may reach the output: the module is the same file from every clone.
+  -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=build
+  # The native module is a shared object made of the same archives.
+  $<$<NOT:$<BOOL:${WIN32}>>:-fPIC>)
+
+if(WIN32)
+  target_compile_options(quorvane_options INTERFACE
+    -ffunction-sections -fdata-sections
+    # Hosts may enter with a stack aligned to 4 bytes only.
+    -mstackrealign)
+  # Windows XP is the oldest system that the module serves.
+  target_compile_definitions(quorvane_options INTERFACE
+    WINVER=0x0501 _WIN32_WINNT=0x0501 _WIN32_IE=0x0600 UNICODE _UNICODE)
+  target_link_options(quorvane_options INTERFACE -static -Wl,--gc-sections -Wl,--no-insert-timestamp)
+endif()
+
+if(QUORVANE_SANITIZE)
+  target_compile_options(quorvane_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(quorvane_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(QUORVANE_COVERAGE)
+  target_compile_options(quorvane_options INTERFACE --coverage -fprofile-abs-path)
+  target_link_options(quorvane_options INTERFACE --coverage)
+endif()
+
+# quorvane_room(NAME sources...): the static library of one room, quorvane_NAME.
+function(quorvane_room name)
+  add_library(quorvane_${name} STATIC ${ARGN})
+  target_link_libraries(quorvane_${name} PUBLIC quorvane_options)
+endfunction()

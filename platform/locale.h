@@ -1,0 +1,10 @@
+#pragma once
+
+#include "runtime/code_page.h"
+
+namespace quorvane {
+
+/// The system's default 8-bit code page.
+[[nodiscard]] const CodePage& systemCodePage();
+
+}  // namespace quorvane

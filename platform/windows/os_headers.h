@@ -1,0 +1,12 @@
+#pragma once
+
+// The one way to the system's headers for this room. Their macros stay behind this line: a macro
+// that bears the name of a method in platform/*.h would rename the method, so each such macro is
+// undefined here.
+#define WIN32_LEAN_AND_MEAN
+#define NOMINMAX
+#include <windows.h>
+
+#undef RtlMoveMemory
+#undef GetUserName
+#undef GetObject

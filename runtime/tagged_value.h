@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <variant>
+
+#include "runtime/boolean16.h"
+#include "runtime/text.h"
+
+namespace quorvane {
+
+/// A value that carries its own kind: nothing (empty), a 16-bit Boolean, a number, or a text.
+///
+/// The conversions follow the usual rules of automation (VariantChangeType). They raise type
+/// mismatch (13) when there is no meaning in the wanted kind, and overflow (6) when it is out of
+/// range:
+/// - to an integer: empty is 0; True is -1; a fraction is rounded to the nearest, ties to even; a
+/// text counts as
+///   numeric text, see ParseNumber() in numeric_text.h.
+/// - to a text: empty is the empty text; "True" and "False"; a number in its shortest decimal form
+/// (up to 15 digits).
+/// - to a Boolean: a number by being unlike zero; the texts "True" and "False" in any case, also
+/// between # signs, or
+///   a numeric text. The result is always -1 or 0.
+class TaggedValue {
+ public:
+  /// The empty kind.
+  TaggedValue() = default;
+  TaggedValue(Boolean16 value)
+      : value_(value) {}  // NOLINT(google-explicit-constructor): values convert
+  TaggedValue(std::int16_t value) : value_(value) {}  // NOLINT(google-explicit-constructor)
+  TaggedValue(std::int32_t value) : value_(value) {}  // NOLINT(google-explicit-constructor)
+  TaggedValue(double value) : value_(value) {}        // NOLINT(google-explicit-constructor)
+  TaggedValue(Text value);                            // NOLINT(google-explicit-constructor)
+
+  [[nodiscard]] bool IsEmpty() const { return Is<std::monostate>(); }
+  /// Whether the value is held as exactly this kind.
+  template <class Kind>
+  [[nodiscard]] bool Is() const {
+    return std::holds_alternative<Kind>(value_);
+  }
+  /// The value as it is held, or null when it is of another kind.
+  template <class Kind>
+  [[nodiscard]] const Kind* As() const {
+    return std::get_if<Kind>(&value_);
+  }
+
+  [[nodiscard]] Text ToText() const;
+  [[nodiscard]] std::int16_t ToInteger16() const;
+  [[nodiscard]] std::int32_t ToInteger32() const;
+  [[nodiscard]] Boolean16 ToBoolean() const;
+
+  /// Same kind and same value; a text by its exact characters.
+  friend bool operator==(const TaggedValue&, const TaggedValue&) = default;
+
+ private:
+  [[nodiscard]] double ToDouble() const;
+
+  std::variant<std::monostate, Boolean16, std::int16_t, std::int32_t, double, Text> value_;
+};
+
+}  // namespace quorvane
