@@ -4,6 +4,7 @@
 #include <new>
 #include <vector>
 
+#include "platform/windows/loader_notice.h"
 #include "platform/windows/os_headers.h"
 #include "runtime/runtime_error.h"
 
@@ -11,9 +12,6 @@
 // gives its own back, and the module that leaves memory gives back those of the threads that go on.
 // C++ thread_local with a destructor would keep the module in memory and crash the thread that ends
 // later; a bare TLS index would lose the records at unload.
-//
-// The loader's notices come through a callback in the module's TLS directory, so the entry function
-// has no work to do.
 
 namespace quorvane {
 namespace {
@@ -107,7 +105,13 @@ class AllRecords {
 alignas(AllRecords) unsigned char storage[sizeof(AllRecords)];
 AllRecords* all_records = nullptr;
 
-void NTAPI OnLoaderNotice(void* /*module*/, DWORD reason, void* process_ends) {
+void NTAPI OnTlsNotice(void* /*module*/, DWORD reason, void* process_ends) {
+  OnLoaderNotice(reason, process_ends);
+}
+
+}  // namespace
+
+void OnLoaderNotice(unsigned long reason, const void* process_ends) {
   if (reason == DLL_PROCESS_ATTACH && all_records == nullptr)
     all_records = new (storage) AllRecords;
   if (all_records == nullptr) return;
@@ -120,12 +124,10 @@ void NTAPI OnLoaderNotice(void* /*module*/, DWORD reason, void* process_ends) {
   }
 }
 
-}  // namespace
-
 // Placed between the linker's marks of the TLS callback list.
 extern "C" {
 __attribute__((section(".CRT$XLF"), used)) const PIMAGE_TLS_CALLBACK quorvane_thread_record_notice =
-    OnLoaderNotice;
+    OnTlsNotice;
 }
 
 ThreadRecord& threadRecordOf(ThreadRecordMaker make) {
