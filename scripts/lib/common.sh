@@ -29,6 +29,13 @@ python=/usr/bin/python3
 [ -x "$python" ] || python=python3
 export python
 
+# The Debian archives that this machine is configured for, a line each: address, suite, component.
+# shellcheck disable=SC2016 # $(...) there is for apt-get to expand
+debian_archives() {
+  apt-get indextargets --format '$(ORIGIN) $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' |
+    awk '$1 == "Debian" { print $2, $3, $4 }' | sort -u
+}
+
 # usage_from_header: prints the comment block that opens the running script (its help text).
 usage_from_header() {
   awk 'NR == 1 { next } /^#/ { sub(/^# ?/, ""); print; next } { exit }' "$0"

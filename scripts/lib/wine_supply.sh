@@ -81,17 +81,12 @@ find_own_wine() {
 
 # --- the private root -------------------------------------------------------------------------------------
 
-# The Debian mirror that this machine is configured for.
-# shellcheck disable=SC2016 # $(...) there is for apt-get to expand
-debian_mirror() {
-  apt-get indextargets --format '$(ORIGIN) $(COMPONENT) $(REPO_URI)' 'Created-By: Packages' |
-    awk '$1 == "Debian" && $2 == "main" && $3 !~ /security/ { print $3; exit }'
-}
-
 # Runs in a mount namespace of its own, so that an interrupted set-up leaves no mount behind.
 make_root() {
   local root=$1 mirror include name
-  mirror=$(debian_mirror)
+  mirror=$(debian_archives | awk -v suite="$root_suite" '$2 == suite && $3 == "main" { print $1; exit }')
+  # A machine of another Debian release: the same mirror has ours too.
+  [ -n "$mirror" ] || mirror=$(debian_archives | awk '$1 !~ /security/ && $3 == "main" { print $1; exit }')
   [ -n "$mirror" ] || fail "found no Debian mirror in this machine's apt configuration"
   include=$(IFS=,; printf '%s' "${root_packages[*]}")
   as_root unshare --mount debootstrap --arch=i386 --variant=minbase --include="$include" \
