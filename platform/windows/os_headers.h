@@ -4,7 +4,9 @@
 // that bears the name of a method in platform/*.h would rename the method, so each such macro is
 // undefined here.
 #define WIN32_LEAN_AND_MEAN
+#ifndef NOMINMAX  // the standard library for this target sets it itself
 #define NOMINMAX
+#endif
 #include <windows.h>
 
 #undef RtlMoveMemory
