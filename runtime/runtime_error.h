@@ -16,6 +16,17 @@ struct ErrorNumber {
   static constexpr std::int32_t kInternalError = 51;
   static constexpr std::int32_t kBadFileNumber = 52;
   static constexpr std::int32_t kFileNotFound = 53;
+  static constexpr std::int32_t kFileAlreadyOpen = 55;
+  static constexpr std::int32_t kDeviceInputOutput = 57;
+  static constexpr std::int32_t kFileAlreadyExists = 58;
+  static constexpr std::int32_t kDiskFull = 61;
+  static constexpr std::int32_t kInputPastEnd = 62;
+  static constexpr std::int32_t kTooManyFiles = 67;
+  static constexpr std::int32_t kDeviceUnavailable = 68;
+  static constexpr std::int32_t kPermissionDenied = 70;
+  static constexpr std::int32_t kDiskNotReady = 71;
+  static constexpr std::int32_t kPathFileAccess = 75;
+  static constexpr std::int32_t kPathNotFound = 76;
   static constexpr std::int32_t kLibraryNotFound = 48;
   static constexpr std::int32_t kEntryPointNotFound = 453;
 };
