@@ -54,6 +54,7 @@ class cBinaryFileStream {
 
  private:
   [[nodiscard]] bool FileIsListed(const Text& name, std::int32_t& error_number);
+  void ReadLastBlock(ByteArray& buffer, std::int32_t count);
 
   Files& files_;
   App& module_;
