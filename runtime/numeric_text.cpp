@@ -145,7 +145,8 @@ std::optional<double> ParseNumber(const Text& text) {
   }
   if (!number.any_digit || !number.TakeExponent() || !number.rest.empty()) return std::nullopt;
   const double magnitude = Scale(number.digits, number.exponent);
-  if (!std::isfinite(magnitude)) Raise(ErrorNumber::kOverflow);
+  // A comparison, not std::isfinite(): the x87 unit may still hold what a double in memory cannot.
+  if (magnitude > std::numeric_limits<double>::max()) Raise(ErrorNumber::kOverflow);
   return negative ? -magnitude : magnitude;
 }
 

@@ -1,0 +1,129 @@
+// Proves the one rule for texts around an 8-bit call: out just before, back right after, absent as
+// a null pointer.
+
+#include "runtime/ansi_text.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "tests/support/raises.h"
+
+namespace quorvane {
+namespace {
+
+// One byte a character, and '?' for what is above 255.
+class Latin1 final : public CodePage {
+ public:
+  std::string ToBytes(std::u16string_view characters) const override {
+    std::string bytes;
+    for (const char16_t c : characters) bytes += c < 0x100 ? static_cast<char>(c) : '?';
+    return bytes;
+  }
+  std::u16string FromBytes(std::string_view bytes) const override {
+    std::u16string characters;
+    for (const char c : bytes) characters += static_cast<unsigned char>(c);
+    return characters;
+  }
+};
+
+// Two bytes for every character above 127: 0x80 and the low byte.
+class DoubleByte final : public CodePage {
+ public:
+  std::string ToBytes(std::u16string_view characters) const override {
+    std::string bytes;
+    for (const char16_t c : characters) {
+      if (c > 0x7F) bytes += '\x80';
+      bytes += static_cast<char>(c);
+    }
+    return bytes;
+  }
+  std::u16string FromBytes(std::string_view bytes) const override {
+    std::u16string characters;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+      const bool lead = bytes[i] == '\x80' && i + 1 < bytes.size();
+      if (lead) ++i;
+      characters +=
+          static_cast<char16_t>(static_cast<unsigned char>(bytes[i]) + (lead ? 0x3000 : 0));
+    }
+    return characters;
+  }
+};
+
+const Latin1 kLatin1;
+
+TEST(CallWithAnsi, HandsOutBytesWithATerminatorAndReturnsTheResult) {
+  Text name = u"caf\u00E9";
+  const int result = CallWithAnsi(
+      kLatin1, [](char* bytes) { return std::strcmp(bytes, "caf\xE9"); }, name);
+  EXPECT_EQ(result, 0);
+  EXPECT_EQ(name, Text(u"caf\u00E9"));
+}
+
+TEST(CallWithAnsi, GivesANullPointerForAnAbsentTextAndKeepsItAbsent) {
+  Text absent;
+  Text empty = u"";
+  CallWithAnsi(
+      kLatin1,
+      [](const char* first, const char* second) {
+        EXPECT_EQ(first, nullptr);
+        EXPECT_NE(second, nullptr);
+        EXPECT_EQ(*second, '\0');
+        return 0;
+      },
+      absent, empty);
+  EXPECT_TRUE(absent.IsAbsent());
+  EXPECT_FALSE(empty.IsAbsent());
+}
+
+TEST(CallWithAnsi, ChangesACharacterThatTheCodePageCannotHold) {
+  Text name = u"a\u4E00b";
+  CallWithAnsi(
+      kLatin1, [](char*) { return 0; }, name);
+  EXPECT_EQ(name, Text(u"a?b"));
+}
+
+TEST(CallWithAnsi, TakesBackTheWholeBufferZerosIncluded) {
+  Text buffer(5, u' ');
+  CallWithAnsi(
+      kLatin1,
+      [](char* bytes) {
+        std::memcpy(bytes, "AB", 3);
+        return 0;
+      },
+      buffer);
+  EXPECT_EQ(buffer.Characters(), (std::u16string{u'A', u'B', u'\0', u' ', u' '}));
+}
+
+TEST(CallWithAnsi, CountsBytesForTheCallAndCharactersForTheWrapper) {
+  const DoubleByte page;
+  Text text = u"\u3041\u3042";
+  CallWithAnsi(
+      page,
+      [](const char* bytes) {
+        EXPECT_EQ(std::strlen(bytes), 4U);
+        return 0;
+      },
+      text);
+  EXPECT_EQ(text.Length(), 2);
+}
+
+TEST(CallWithAnsi, KeepsTheOrderOfItsTexts) {
+  Text first = u"1";
+  Text second = u"2";
+  CallWithAnsi(
+      kLatin1,
+      [](char* a, char* b) {
+        EXPECT_STREQ(a, "1");
+        EXPECT_STREQ(b, "2");
+        *a = 'x';
+        *b = 'y';
+        return 0;
+      },
+      first, second);
+  EXPECT_EQ(first, Text(u"x"));
+  EXPECT_EQ(second, Text(u"y"));
+}
+
+}  // namespace
+}  // namespace quorvane

@@ -1,0 +1,54 @@
+// Proves that UTF-8 at the edges of the programs is strict in what it takes and loses nothing that
+// is well formed.
+
+#include "runtime/utf8.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/raises.h"
+
+namespace quorvane {
+namespace {
+
+TEST(Utf8, RoundTripsEveryCodePoint) {
+  for (char32_t c = 0; c <= 0x10FFFF; ++c) {
+    if (c >= 0xD800 && c <= 0xDFFF) continue;
+    std::u16string units;
+    if (c < 0x10000) {
+      units += static_cast<char16_t>(c);
+    } else {
+      units += static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10));
+      units += static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF));
+    }
+    ASSERT_EQ(FromUtf8(ToUtf8(Text(units))).Characters(), units) << static_cast<std::uint32_t>(c);
+  }
+}
+
+TEST(Utf8, WritesThePublishedForms) {
+  EXPECT_EQ(ToUtf8(u"A\u00E9\u20AC\U0001D11E"), "A\xC3\xA9\xE2\x82\xAC\xF0\x9D\x84\x9E");
+  EXPECT_EQ(ToUtf8(Text(1, u'\0')), std::string(1, '\0'));
+}
+
+TEST(Utf8, ReplacesMalformedSequences) {
+  EXPECT_EQ(FromUtf8("\x80"), Text(u"\uFFFD"));
+  EXPECT_EQ(FromUtf8("\xC0\xAF"), Text(u"\uFFFD\uFFFD"));
+  EXPECT_EQ(FromUtf8("\xC3"), Text(u"\uFFFD"));
+  EXPECT_EQ(FromUtf8("\xC3("), Text(u"\uFFFD("));
+  EXPECT_EQ(FromUtf8("\xE2\x82"), Text(u"\uFFFD"));
+  EXPECT_EQ(FromUtf8("\xE0\x80\x80"), Text(u"\uFFFD\uFFFD\uFFFD"));
+  EXPECT_EQ(FromUtf8("\xED\xA0\x80"), Text(u"\uFFFD\uFFFD\uFFFD"));
+  EXPECT_EQ(FromUtf8("\xF0\x80\x80\x80"), Text(u"\uFFFD\uFFFD\uFFFD\uFFFD"));
+  EXPECT_EQ(FromUtf8("\xF4\x90\x80\x80"), Text(u"\uFFFD\uFFFD\uFFFD\uFFFD"));
+  EXPECT_EQ(FromUtf8("\xF5"), Text(u"\uFFFD"));
+}
+
+TEST(Utf8, ReplacesSingleSurrogates) {
+  EXPECT_EQ(ToUtf8(Text(1, char16_t{0xD800})), "\xEF\xBF\xBD");
+  EXPECT_EQ(ToUtf8(Text(1, char16_t{0xDC00})), "\xEF\xBF\xBD");
+  EXPECT_EQ(ToUtf8(Text(std::u16string{char16_t{0xD800}, u'a'})),
+            "\xEF\xBF\xBD"
+            "a");
+}
+
+}  // namespace
+}  // namespace quorvane
