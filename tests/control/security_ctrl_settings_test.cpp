@@ -94,7 +94,8 @@ TEST(SecurityCtrl, AcceptsEvery16BitPort) {
     CallLog log;
     RecordingSite site(log);
     SecurityCtrl control(site);
-    for (const std::int16_t port : {-32768, -1, 0, 1, 80, 32767}) {
+    for (const std::int16_t port :
+         std::initializer_list<std::int16_t>{-32768, -1, 0, 1, 80, 32767}) {
       control.PutServerPort(port);
       EXPECT_EQ(control.ServerPort(), port);
     }
