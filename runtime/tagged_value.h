@@ -25,12 +25,13 @@ class TaggedValue {
  public:
   /// The empty kind.
   TaggedValue() = default;
-  TaggedValue(Boolean16 value)
-      : value_(value) {}  // NOLINT(google-explicit-constructor): values convert
-  TaggedValue(std::int16_t value) : value_(value) {}  // NOLINT(google-explicit-constructor)
-  TaggedValue(std::int32_t value) : value_(value) {}  // NOLINT(google-explicit-constructor)
-  TaggedValue(double value) : value_(value) {}        // NOLINT(google-explicit-constructor)
-  TaggedValue(Text value);                            // NOLINT(google-explicit-constructor)
+  // NOLINTBEGIN(google-explicit-constructor): values convert
+  TaggedValue(Boolean16 value) : value_(value) {}
+  TaggedValue(std::int16_t value) : value_(value) {}
+  TaggedValue(std::int32_t value) : value_(value) {}
+  TaggedValue(double value) : value_(value) {}
+  TaggedValue(Text value);
+  // NOLINTEND(google-explicit-constructor)
 
   [[nodiscard]] bool IsEmpty() const { return Is<std::monostate>(); }
   /// Whether the value is held as exactly this kind.

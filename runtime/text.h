@@ -17,10 +17,12 @@ class Text {
   /// An absent text.
   Text() = default;
   /// A present text; an empty string makes an empty text, not an absent one.
-  Text(std::u16string characters);       // NOLINT(google-explicit-constructor): texts are values
-  Text(std::u16string_view characters);  // NOLINT(google-explicit-constructor)
-  Text(const char16_t*
-           characters);  // NOLINT(google-explicit-constructor): up to its terminator, never null
+  /// From a pointer: up to its terminator; never null.
+  // NOLINTBEGIN(google-explicit-constructor): texts are values
+  Text(std::u16string characters);
+  Text(std::u16string_view characters);
+  Text(const char16_t* characters);
+  // NOLINTEND(google-explicit-constructor)
   /// A present text of `count` times the same character.
   Text(std::size_t count, char16_t character);
 

@@ -27,6 +27,8 @@ class OpenFile {
  public:
   OpenFile() = default;
   explicit OpenFile(int descriptor) : descriptor_(descriptor) {}
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
   OpenFile(OpenFile&& other) noexcept { std::swap(descriptor_, other.descriptor_); }
   OpenFile& operator=(OpenFile&& other) noexcept {
     OpenFile taken(std::move(other));
