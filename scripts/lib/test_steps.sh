@@ -1,0 +1,117 @@
+# shellcheck shell=bash
+# The steps of ./test, in order: a name, what it does, what to do when it fails; below, step_NAME does it.
+# Sourced by ./test.
+# shellcheck disable=SC2154 # tree comes from common.sh
+
+results=$tree/build/test-results
+jobs=$(nproc)
+export CTEST_PARALLEL_LEVEL=$jobs
+
+steps='
+native|build for Linux and run all its tests|Run one test by hand: build/native/tests/ROOM/ROOM_tests --gtest_filter=NAME
+rooms|the arrows between the rooms, and that each kept oddity is pinned by a test|Each line above names file, line and reason.
+format|the format of all C++ files|scripts/check-format --fix mends it.
+shell|shellcheck over all scripts|Each finding above has a number; shellcheck.net/wiki/NUMBER explains it.
+tidy|clang-tidy over the portable rooms|.clang-tidy says how to mark a finding that is wrong.
+asan|the Linux tests again, under the address and undefined-behaviour sanitizers|The first report above is the one to read.
+windows|build the module and the examples for 32-bit Windows; examine the module as a file|Look for the first error above.
+wine|scripts/wine itself: arguments, exit codes, bytes, windows, parallel runs|Try: scripts/wine --setup
+windows-tests|the same tests, and those of the loaded module, as Windows programs in Wine|Run one by hand: scripts/with-display scripts/wine build/windows-tests/tests/ROOM/ROOM_tests.exe
+coverage|the Linux tests once more, counting lines and branches of the portable rooms|The lines listed above are not reached by any test.
+run-native|the example road on Linux: ./run --native|Run it by hand: ./run --native
+run|the example road in Wine: ./run|Run it by hand: ./run
+reproducible|two clones in different folders give the same module, bit for bit|Something of the folder or the time got into the file; compare the two with cmp -l.
+'
+
+step_field() { awk -F'|' -v step="$1" -v field="$2" '$1 == step { print $field }' <<<"$steps"; }
+step_title() { step_field "$1" 2; }
+step_advice() { step_field "$1" 3; }
+step_names() { awk -F'|' 'NF { print $1 }' <<<"$steps"; }
+list_steps() { awk -F'|' 'NF { printf "%-14s %s\n", $1, $2 }' <<<"$steps"; }
+is_step() { [ -n "$1" ] && step_names | grep -qxF -- "$1"; }
+
+# case_of NAME COMMAND: runs it and notes output and exit code as a test case (or as many as it reports itself).
+case_of() {
+  local name=$1 code=0
+  shift
+  # shellcheck disable=SC2154 # set by run_step
+  "$@" 2>&1 | tee "$results/$step/$name.out" || code=$?
+  echo "$code" >"$results/$step/$name.code"
+  return "$code"
+}
+
+# build PRESET: configured anew each time (it takes a second), so that a new source file is never missed.
+build() {
+  cmake --preset "$1" >"$results/$step/configure.log" 2>&1 || { cat "$results/$step/configure.log"; return 1; }
+  cmake --build --preset "$1" -j"$jobs"
+}
+
+# tests_of PRESET [RUNNER]: all that ctest knows, under RUNNER if one is given.
+tests_of() {
+  local preset=$1
+  shift
+  "$@" ctest --test-dir "build/$preset" --no-tests=error --output-on-failure \
+    --test-output-size-passed 1000000 --test-output-size-failed 1000000 \
+    --output-junit "$results/$step/$preset.xml"
+}
+
+# A Wine prefix and a display for the tests alone; one program at a time, since some register the module.
+in_test_prefix=(env QUORVANE_WINEPREFIX="$tree/build/test-prefix" CTEST_PARALLEL_LEVEL=1 scripts/with-display)
+
+step_native() {
+  scripts/setup --native
+  build native
+  tests_of native
+}
+step_rooms() {
+  local code=0
+  case_of test-check-rooms scripts/test-check-rooms || code=1
+  case_of check-rooms scripts/check-rooms || code=1
+  return "$code"
+}
+step_format() { case_of check-format scripts/check-format; }
+step_shell() { case_of check-shell scripts/check-shell; }
+step_tidy() {
+  scripts/setup --native
+  cmake --preset native >/dev/null
+  case_of check-tidy scripts/check-tidy -j "$jobs"
+}
+step_asan() {
+  scripts/setup --native
+  build asan
+  UBSAN_OPTIONS=print_stacktrace=1 tests_of asan
+}
+step_windows() {
+  scripts/setup
+  build windows
+  case_of static-module test -f build/windows/QuorvaneSecurity.ocx
+  # Tests of the module as a file, when they are registered with this preset.
+  ! grep -qs add_test build/windows/tests/CTestTestfile.cmake build/windows/tests/*/CTestTestfile.cmake ||
+    tests_of windows "${in_test_prefix[@]}"
+}
+step_wine() {
+  scripts/setup
+  scripts/wine --setup
+  case_of test-wine scripts/test-wine
+}
+step_windows_tests() {
+  scripts/setup
+  scripts/wine --setup
+  build windows
+  build windows-tests
+  tests_of windows-tests "${in_test_prefix[@]}"
+}
+step_coverage() {
+  scripts/setup --native
+  # Counts of an earlier run must not add to this one's.
+  find build/coverage -name '*.gcda' -delete 2>/dev/null || true
+  build coverage
+  tests_of coverage
+  case_of check-coverage scripts/check-coverage
+}
+step_run_native() { case_of run ./run --native; }
+step_run() { case_of run ./run; }
+step_reproducible() {
+  scripts/setup
+  case_of check-reproducible scripts/check-reproducible
+}
