@@ -1,0 +1,57 @@
+#pragma once
+
+#include <algorithm>
+#include <string>
+
+#include "platform/collation.h"
+#include "tests/support/fault_plan.h"
+
+namespace quorvane::testing {
+
+/// A collation that folds A to Z and passes over U+00AD, so that a text may equal another of a
+/// different length. It counts what it is asked, and fails as the plan says.
+class FakeCollation final : public Collation {
+ public:
+  enum class Plain { kYes, kNo };
+  static constexpr char16_t kPassedOver = 0x00AD;
+
+  explicit FakeCollation(Plain plain = Plain::kYes, FaultPlan faults = FaultPlan())
+      : plain_(plain), faults_(faults) {}
+
+  bool AreEqual(std::u16string_view left, std::u16string_view right) const override {
+    ++questions;
+    if (faults_.NextCallFails()) throw std::bad_alloc();
+    return Fold(left) == Fold(right);
+  }
+  bool FoldsAsciiPlainly() const override { return plain_ == Plain::kYes; }
+
+  mutable int questions = 0;
+
+ private:
+  static std::u16string Fold(std::u16string_view text) {
+    std::u16string folded(text);
+    std::erase(folded, kPassedOver);
+    for (char16_t& c : folded) {
+      if (c >= u'A' && c <= u'Z') c = static_cast<char16_t>(c + (u'a' - u'A'));
+    }
+    return folded;
+  }
+
+  Plain plain_;
+  mutable FaultPlan faults_;
+};
+
+/// Passes on what another collation says, except that a caller must ask it about plain ASCII too.
+class NotPlain final : public Collation {
+ public:
+  explicit NotPlain(const Collation& original) : original_(original) {}
+  bool AreEqual(std::u16string_view left, std::u16string_view right) const override {
+    return original_.AreEqual(left, right);
+  }
+  bool FoldsAsciiPlainly() const override { return false; }
+
+ private:
+  const Collation& original_;
+};
+
+}  // namespace quorvane::testing

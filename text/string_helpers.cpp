@@ -1,0 +1,125 @@
+#include "text/string_helpers.h"
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+#include "runtime/integers.h"
+#include "runtime/numeric_text.h"
+#include "text/text_search.h"
+
+namespace quorvane {
+namespace {
+
+bool EqualsEmpty(const Text& text, const Collation& collation) {
+  return collation.AreEqual(text.Characters(), {});
+}
+
+// The text as replaced so far is `done` followed by the input from `next` on. A search never looks
+// behind its start and never into what was put in, so searching the input instead of a rebuilt text
+// finds the same occurrences; their positions in the rebuilt text, which the limits go by, are
+// those in the input plus what `done` has grown by.
+Text Replaced(const std::u16string& text, const Text& find, const Text& replacement,
+              const Collation& collation) {
+  const std::int16_t find_length = NarrowTo16(find.Length());
+  const TextSearch search(text, find.Characters(), collation);
+  std::u16string done;
+  std::size_t next = 0;
+  for (;;) {
+    const std::size_t found = search.Find(next);
+    if (found == TextSearch::kNone) break;
+    const std::int16_t position = NarrowTo16(done.size() + (found - next) + 1);
+    static_cast<void>(CheckedAdd(position, find_length));
+    static_cast<void>(CheckedAdd<std::int32_t>(position, replacement.Length()));
+    if (done.empty()) done.reserve(text.size());
+    done.append(text, next, found - next).append(replacement.Characters());
+    next = found + find.Characters().size();
+  }
+  return Text(done.append(text, next));
+}
+
+// The characters from a 1-based position on, at most `count`; none behind the end.
+Text Piece(const Text& text, std::size_t position, std::size_t count) {
+  const std::u16string& characters = text.Characters();
+  if (position > characters.size()) return u"";
+  return Text(characters.substr(position - 1, count));
+}
+
+Text LastCharacters(const Text& text, std::size_t count) {
+  const std::size_t length = text.Characters().size();
+  return length <= count ? text : Text(text.Characters().substr(length - count));
+}
+
+std::int32_t FullYear(std::int32_t year) {
+  constexpr std::int32_t kLastYearOfTwoDigits = 2029;
+  if (year < 0 || year > 99) return year;
+  return year <= kLastYearOfTwoDigits % 100 ? 2000 + year : 1900 + year;
+}
+
+CalendarDay CarriedDay(std::int16_t year, std::int16_t month, std::int16_t day) {
+  namespace chrono = std::chrono;
+  // No day can carry over more than 32768 days, so what begins outside these years ends outside
+  // those of a date.
+  constexpr std::int32_t kFirst = 0;
+  constexpr std::int32_t kLast = 10100;
+  const std::int32_t months = FullYear(year) * 12 + month - 1;
+  if (months < kFirst * 12 || months >= kLast * 12) Raise(ErrorNumber::kInvalidProcedureCall);
+  const chrono::sys_days first_of_month =
+      chrono::year(months / 12) / chrono::month(static_cast<unsigned>(months % 12 + 1)) / 1;
+  const chrono::year_month_day date(first_of_month + chrono::days(day - 1));
+  const std::int32_t carried_year = static_cast<int>(date.year());
+  if (carried_year < 100 || carried_year > 9999) Raise(ErrorNumber::kInvalidProcedureCall);
+  return {carried_year, static_cast<std::int32_t>(static_cast<unsigned>(date.month())),
+          static_cast<std::int32_t>(static_cast<unsigned>(date.day()))};
+}
+
+}  // namespace
+
+Boolean16 IsEmptyText(const Text& text, const Collation& collation) {
+  return ToBoolean16(EqualsEmpty(text, collation));
+}
+
+std::int32_t LastPosition(const Text& text, const Text& find, const Collation& collation) {
+  if (IsEmptyText(find, collation).IsTrue()) return 0;
+  // The search backwards meets first what the search from each place, last place first, would find.
+  const std::size_t last = text.Characters().rfind(find.Characters());
+  return last == std::u16string::npos ? 0 : NarrowTo32(last + 1);
+}
+
+Text ReplaceAll(const Text& text, const Text& find, const Text& replacement,
+                const Collation& collation) {
+  try {
+    if (EqualsEmpty(text, collation) || EqualsEmpty(find, collation)) return u"";
+    return Replaced(text.Characters(), find, replacement, collation);
+  } catch (...) {
+    return text;
+  }
+}
+
+Text PackedDateToShortDate(const Text& packed, const ShortDate& form) {
+  const Text date = Piece(packed, 6, 8);
+  const std::int16_t year = TextToInteger16(Piece(date, 1, 4));
+  const std::int16_t month = TextToInteger16(Piece(date, 5, 2));
+  const std::int16_t day = TextToInteger16(LastCharacters(date, 2));
+  return form.Format(CarriedDay(year, month, day));
+}
+
+Text NumberToBase36(const std::int32_t& value) {
+  constexpr std::u16string_view kDigits = u"0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+  constexpr std::int16_t kBase = 36;
+  try {
+    std::u16string built;
+    auto number = NarrowTo16(value);
+    while (number > 0) {
+      const auto quotient = static_cast<std::int16_t>(number / kBase);
+      const std::int16_t digit = CheckedSubtract(number, CheckedMultiply(quotient, kBase));
+      built.insert(built.begin(), kDigits[static_cast<std::size_t>(digit)]);
+      number = quotient;
+    }
+    return Text(std::move(built));
+  } catch (...) {
+    return u"";
+  }
+}
+
+}  // namespace quorvane

@@ -1,0 +1,73 @@
+#include "text/text_search.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace quorvane {
+namespace {
+
+// Without a branch in the loop, so that it goes many characters at a time.
+bool IsPlainAscii(std::u16string_view text) {
+  unsigned beyond = 0;
+  for (const char16_t c : text) beyond |= static_cast<unsigned>(c - 0x20U > 0x7EU - 0x20U);
+  return beyond == 0;
+}
+
+std::string Small(std::u16string_view plain_text) {
+  std::string small(plain_text.size(), '\0');
+  std::ranges::transform(plain_text, small.begin(), [](char16_t c) {
+    const unsigned is_capital = c - unsigned{'A'} <= unsigned{'Z' - 'A'};
+    return static_cast<char>(c + (is_capital << 5));
+  });
+  return small;
+}
+
+// The failure function of Knuth, Morris and Pratt: at each index the length of the longest proper
+// prefix that is also a suffix of what stands in front of that index.
+std::vector<std::uint16_t> FallbackOf(const std::string& sought) {
+  std::vector<std::uint16_t> fallback(sought.size(), 0);
+  std::uint16_t matched = 0;
+  for (std::size_t i = 1; i + 1 < sought.size(); ++i) {
+    while (matched > 0 && sought[i] != sought[matched]) matched = fallback[matched];
+    if (sought[i] == sought[matched]) ++matched;
+    fallback[i + 1] = matched;
+  }
+  return fallback;
+}
+
+}  // namespace
+
+TextSearch::TextSearch(std::u16string_view text, std::u16string_view sought,
+                       const Collation& collation)
+    : text_(text), sought_(sought), collation_(collation) {
+  is_plain_ = collation.FoldsAsciiPlainly() && IsPlainAscii(sought) && IsPlainAscii(text);
+  if (!is_plain_) return;
+  small_text_ = Small(text);
+  small_sought_ = Small(sought);
+  fallback_ = FallbackOf(small_sought_);
+}
+
+std::size_t TextSearch::FindPlain(std::size_t from) const {
+  const std::size_t size = small_text_.size();
+  std::size_t matched = 0;
+  for (std::size_t i = from; i < size; ++i) {
+    if (matched == 0) {
+      const void* first = std::memchr(small_text_.data() + i, small_sought_[0], size - i);
+      if (first == nullptr) return kNone;
+      i = static_cast<std::size_t>(static_cast<const char*>(first) - small_text_.data());
+    }
+    while (matched > 0 && small_text_[i] != small_sought_[matched]) matched = fallback_[matched];
+    if (small_text_[i] == small_sought_[matched]) ++matched;
+    if (matched == small_sought_.size()) return i + 1 - matched;
+  }
+  return kNone;
+}
+
+std::size_t TextSearch::FindCollated(std::size_t from) const {
+  for (std::size_t i = from; i + sought_.size() <= text_.size(); ++i) {
+    if (collation_.AreEqual(text_.substr(i, sought_.size()), sought_)) return i;
+  }
+  return kNone;
+}
+
+}  // namespace quorvane
