@@ -9,6 +9,9 @@ tree=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd -P)
 cache_home=${XDG_CACHE_HOME:-${HOME:-/root}/.cache}/quorvane
 export cache_home tree
 
+# An ordinary user may have no system programs (chroot, debootstrap) on the PATH.
+PATH=$PATH:/usr/sbin:/sbin
+
 say() { printf '%s\n' "$*" >&2; }
 fail() {
   printf '%s: %s\n' "$(basename "$0")" "$*" >&2

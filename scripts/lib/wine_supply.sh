@@ -44,7 +44,7 @@ in_wine() {
   # A mount namespace per run: nothing stays mounted, parallel runs and other clones never meet.
   local private=(unshare --mount --propagation slave)
   [ "$(id -u)" = 0 ] || private+=(--user --map-root-user)
-  exec "${private[@]}" "$tree/scripts/lib/enter_root" "$wine_root" "$tree" "$prefix" -- \
+  exec "${private[@]}" "$tree/scripts/lib/enter_root" "$wine_root" "$tree" "$prefix" ${wine_template:+"$wine_template"} -- \
     env -i -C "$PWD" PATH=/usr/bin:/bin "${environment[@]}" "$@"
 }
 
@@ -55,6 +55,8 @@ own_wine_runs_pe32() {
   local trial=$1 folder=system32
   in_trial() { env WINEPREFIX="$trial" WINEDEBUG=-all WINEDLLOVERRIDES='winemenubuilder.exe=d;mscoree,mshtml=' "$@"; }
   in_trial timeout 120 wineboot -i </dev/null >/dev/null 2>&1 || return 1
+  in_trial timeout 60 wineserver -w # until then the registry is not in its files
+  [ -e "$trial/system.reg" ] || return 1
   ! grep -q '^#arch=win64' "$trial/system.reg" || folder=syswow64
   local code=0
   in_trial timeout 60 wine "C:\\windows\\$folder\\cmd.exe" /c exit 7 </dev/null >/dev/null 2>&1 || code=$?
