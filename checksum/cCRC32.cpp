@@ -1,43 +1,30 @@
 #include "checksum/cCRC32.h"
 
 #include "runtime/integers.h"
-#include "runtime/runtime_error.h"
 
 namespace quorvane {
 namespace {
 
-constexpr std::uint32_t kPolynomial = 0xEDB88320;
 constexpr std::uint32_t kPreset = 0xFFFFFFFF;
 constexpr std::int32_t kBlockSize = 8192;
 
-std::uint32_t TableEntry(std::uint32_t value) {
-  for (int bit = 0; bit < 8; ++bit) value = (value >> 1) ^ ((value & 1) != 0 ? kPolynomial : 0);
-  return value;
-}
-
-std::uint32_t Advance(const std::array<std::int32_t, 257>& table, std::uint32_t crc,
-                      std::span<const std::uint8_t> bytes) {
-  for (const std::uint8_t byte : bytes)
-    crc = (crc >> 8) ^ static_cast<std::uint32_t>(table[(byte ^ crc) & 0xFF]);
-  return crc;
-}
+std::int32_t Complement(std::uint32_t crc) { return static_cast<std::int32_t>(~crc); }
 
 }  // namespace
 
-cCRC32::cCRC32() {
-  for (std::uint32_t i = 0; i < 256; ++i) CrcTable_[i] = static_cast<std::int32_t>(TableEntry(i));
-}
+cCRC32::cCRC32() : CrcTable_(BuildCrcTable()) {}
 
 std::int32_t cCRC32::GetByteArrayCrc32(const ByteArray& bytes) const {
   const std::int16_t upper = NarrowTo16(bytes.UpperBound());
   const std::int16_t lower = NarrowTo16(bytes.LowerBound());
-  std::uint32_t crc = kPreset;
-  if (lower <= upper) {
-    static_cast<void>(bytes.At(lower));
-    crc = Advance(CrcTable_, crc, bytes.Elements());
-    static_cast<void>(CheckedAdd<std::int16_t>(upper, 1));
-  }
-  return static_cast<std::int32_t>(~crc);
+  if (lower > upper) return Complement(kPreset);
+  static_cast<void>(bytes.At(lower));  // raises for an array of several dimensions
+  const std::uint32_t crc = AdvanceCrc(CrcTable_, kPreset, bytes.Elements());
+  // Kept: the 16-bit counter steps once past the last index, so an upper bound of 32767 fails after
+  // all bytes are done; callers take 32767 elements from index 0 on as the largest array. Pinned by
+  // GetByteArrayCrc32.OverflowsAfterTheLastElementAtUpperBound32767.
+  static_cast<void>(CheckedAdd<std::int16_t>(upper, 1));
+  return Complement(crc);
 }
 
 std::int32_t cCRC32::GetFileCrc32(cBinaryFileStream& stream) const {
@@ -45,9 +32,9 @@ std::int32_t cCRC32::GetFileCrc32(cBinaryFileStream& stream) const {
   std::uint32_t crc = kPreset;
   for (;;) {
     const std::int16_t count = NarrowTo16(stream.Read(BlockBuffer, kBlockSize));
-    if (count <= 0) return static_cast<std::int32_t>(~crc);
-    static_cast<void>(BlockBuffer.At(count - 1));
-    crc = Advance(CrcTable_, crc, BlockBuffer.Elements().first(static_cast<std::size_t>(count)));
+    if (count <= 0) return Complement(crc);
+    static_cast<void>(BlockBuffer.At(count - 1));  // raises for a count beyond the buffer
+    crc = AdvanceCrc(CrcTable_, crc, BlockBuffer.Elements().first(static_cast<std::size_t>(count)));
   }
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 
 #include "checksum/cBinaryFileStream.h"
+#include "checksum/crc_register.h"
 #include "runtime/byte_array.h"
 
 namespace quorvane {
@@ -18,21 +18,22 @@ class cCRC32 {
  public:
   cCRC32();
 
-  /// The CRC of a one-dimensional array, in the order of its indices; an empty one gives 0.
-  /// Raises subscript out of range (9) for an array without bounds or with several dimensions,
-  /// overflow (6) for a bound outside 16 bits and, after the last element, for an upper bound of
-  /// 32767: at most 32767 elements from index 0 on.
+  /// The CRC of a one-dimensional array, in the order of its indices, whatever its lower bound; an
+  /// empty one gives 0.
+  /// Raises overflow (6) for a bound outside 16 bits and, after the last element, for an upper
+  /// bound of 32767: at most 32767 elements from index 0 on. Raises subscript out of range (9) for
+  /// an array without bounds, and for one of several dimensions at its first element.
   [[nodiscard]] std::int32_t GetByteArrayCrc32(const ByteArray& bytes) const;
 
   /// The CRC of what the stream still has to give, read in blocks of 8192 bytes through one buffer;
-  /// 0 for a stream without a file. The stream closes its file when it reports the end; errors of
-  /// its Read go to the caller unchanged.
+  /// 0 for a stream without a file. Calls nothing on the stream but Read: that closes the file when
+  /// it reports the end by a count of 0 (or less). Errors of Read go to the caller unchanged, with
+  /// the stream left as Read left it. A count outside 16 bits raises overflow (6), one beyond the
+  /// buffer subscript out of range (9).
   [[nodiscard]] std::int32_t GetFileCrc32(cBinaryFileStream& stream) const;
 
  private:
-  /// Kept: 257 slots; the last one stays 0 and nothing reads it. Pinned by
-  /// cCRC32.TableHasASpareSlot.
-  std::array<std::int32_t, 257> CrcTable_{};
+  CrcTable CrcTable_;
 };
 
 }  // namespace quorvane
