@@ -16,9 +16,17 @@
 #include "platform/posix/file_errors.h"
 #include "runtime/utf8.h"
 
-// The stand-in on Linux: names go out in UTF-8 with each backslash taken as a slash, and end at
-// their first zero. Upper and lower case differ, as everywhere on this system. Hidden is what
-// starts with a dot; a listing counts regular files only.
+// The stand-in on Linux.
+//
+// Names go out in UTF-8 with each backslash taken as a slash, and end at their first zero. Upper
+// and lower case differ, in wild cards too, as everywhere on this system. Hidden is what starts
+// with a dot, and nothing is a system file; only regular files count as files, so that a pipe or a
+// device is neither listed nor opened.
+//
+// Writers are shut out as far as Linux can: a file that anybody has open for writing is refused
+// where the file system tells (by a lease, which asks for an own file or a privilege), and one that
+// a writer holds by flock() always. While the file is open, writers that ask flock() are kept away;
+// others are not.
 
 namespace quorvane {
 namespace {
@@ -66,44 +74,101 @@ PathParts Split(const std::string& path) {
   return {path.substr(0, name_start), path.substr(name_start)};
 }
 
+// `*` stands for any characters, `?` for exactly one. Walks back to the last `*` only, since an
+// earlier one can take up nothing that the last cannot.
 bool Matches(std::u16string_view name, std::u16string_view pattern) {
-  if (pattern.empty()) return name.empty();
-  if (pattern.front() == u'*') {
-    return Matches(name, pattern.substr(1)) || (!name.empty() && Matches(name.substr(1), pattern));
+  std::size_t n = 0;
+  std::size_t p = 0;
+  std::size_t behind_star = std::u16string_view::npos;
+  std::size_t star_ends = 0;
+  while (n < name.size()) {
+    if (p < pattern.size() && pattern[p] == u'*') {
+      behind_star = ++p;
+      star_ends = n;
+    } else if (p < pattern.size() && (pattern[p] == u'?' || pattern[p] == name[n])) {
+      ++p;
+      ++n;
+    } else if (behind_star != std::u16string_view::npos) {
+      p = behind_star;
+      n = ++star_ends;
+    } else {
+      return false;
+    }
   }
-  return !name.empty() && (pattern.front() == u'?' || pattern.front() == name.front()) &&
-         Matches(name.substr(1), pattern.substr(1));
+  return pattern.find_first_not_of(u'*', p) == std::u16string_view::npos;
 }
 
-// Nothing there is no failure; anything else that keeps a file from being seen is one.
-bool IsNormalFile(const std::string& path) {
+struct Lookup {
+  bool is_normal_file = false;
+  int error = 0;
+};
+
+Lookup LookUp(const std::string& path) {
   struct stat status {};
-  if (::stat(path.c_str(), &status) == 0) {
-    return S_ISREG(status.st_mode) && Split(path).name.front() != '.';
-  }
-  if (errno == ENOENT || errno == ENOTDIR) return false;
-  RaiseFileError(errno);
+  if (::stat(path.c_str(), &status) != 0) return {false, errno};
+  return {S_ISREG(status.st_mode) && Split(path).name.front() != '.'};
+}
+
+// That there is nothing by that name is an answer; any other failure is one.
+void RaiseUnlessAbsent(int error) {
+  if (error != 0 && error != ENOENT && error != ENOTDIR) RaiseFileError(error);
 }
 
 // The lowest in order of characters, since this system keeps a directory in no order of its own.
 Text FirstMatch(const PathParts& wanted) {
   const std::string directory = wanted.directory.empty() ? "." : wanted.directory;
   const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(directory.c_str()), &::closedir);
-  if (!entries) {
-    if (errno == ENOENT || errno == ENOTDIR) return u"";
-    RaiseFileError(errno);
-  }
+  if (!entries) RaiseUnlessAbsent(errno);
   const Text pattern = FromUtf8(wanted.name == "*.*" ? "*" : wanted.name);
   Text first = u"";
-  while (const dirent* entry = ::readdir(entries.get())) {
+  while (const dirent* entry = entries ? ::readdir(entries.get()) : nullptr) {
     const Text name = FromUtf8(entry->d_name);
     if (Matches(name.Characters(), pattern.Characters()) &&
         (first.IsEmpty() || name.Characters() < first.Characters()) &&
-        IsNormalFile(wanted.directory + entry->d_name)) {
+        LookUp(wanted.directory + entry->d_name).is_normal_file) {
       first = name;
     }
   }
   return first;
+}
+
+template <class Call>
+auto UnlessInterrupted(Call call) {
+  for (;;) {
+    const auto result = call();
+    if (result >= 0 || errno != EINTR) return result;
+  }
+}
+
+OpenFile OpenRegularFile(const std::string& path) {
+  // Not to wait for the other end of a pipe.
+  OpenFile file(UnlessInterrupted(
+      [&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
+  const int error = errno;
+  struct stat status {};
+  if (!file) {
+    const std::string directory = Split(path).directory;
+    const bool path_is_missing = path.empty() || (error == ENOENT && !directory.empty() &&
+                                                  ::stat(directory.c_str(), &status) != 0);
+    RaiseFileError(path_is_missing ? ENOTDIR : error);
+  }
+  if (::fstat(file.Descriptor(), &status) != 0) RaiseFileError(errno);
+  if (!S_ISREG(status.st_mode)) RaiseFileError(EISDIR);
+  return file;
+}
+
+void ShutWritersOut(const OpenFile& file) {
+  // The lease is granted only while nobody has the file open for writing. It is given back at once:
+  // kept, it would make the next writer wait, and a signal that ends the process tells of one; so
+  // for the moment that it lasts a harmless signal stands in.
+  const int descriptor = file.Descriptor();
+  ::fcntl(descriptor, F_SETSIG, SIGURG);
+  if (::fcntl(descriptor, F_SETLEASE, F_RDLCK) == 0) {
+    ::fcntl(descriptor, F_SETLEASE, F_UNLCK);
+  } else if (errno == EAGAIN) {
+    RaiseFileError(EAGAIN);
+  }
+  if (::flock(descriptor, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK) RaiseFileError(EAGAIN);
 }
 
 class PosixFiles final : public Files {
@@ -112,15 +177,18 @@ class PosixFiles final : public Files {
     const std::string path = SystemName(name);
     const PathParts parts = Split(path);
     if (parts.name.find_first_of("*?") != std::string::npos) return FirstMatch(parts);
-    return !parts.name.empty() && IsNormalFile(path) ? FromUtf8(parts.name) : Text(u"");
+    if (parts.name.empty()) return u"";
+    const Lookup found = LookUp(path);
+    RaiseUnlessAbsent(found.error);
+    return found.is_normal_file ? FromUtf8(parts.name) : Text(u"");
   }
 
   std::int16_t FreeFileNumber() override { return openFiles().Free(); }
 
   void OpenForReading(const Text& name, std::int16_t number) override {
     openFiles().RequireFree(number);
-    OpenFile file(::open(SystemName(name).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!file) RaiseFileError(errno);
+    OpenFile file = OpenRegularFile(SystemName(name));
+    ShutWritersOut(file);
     openFiles().Keep(number, std::move(file));
   }
 
@@ -134,8 +202,8 @@ class PosixFiles final : public Files {
     const int descriptor = openFiles().At(number).Descriptor();
     std::span<std::uint8_t> rest = buffer.Elements();
     while (!rest.empty()) {
-      const ssize_t count = ::read(descriptor, rest.data(), rest.size());
-      if (count < 0 && errno == EINTR) continue;
+      const ssize_t count =
+          UnlessInterrupted([&] { return ::read(descriptor, rest.data(), rest.size()); });
       if (count < 0) RaiseFileError(errno);
       if (count == 0) return;
       rest = rest.subspan(static_cast<std::size_t>(count));
