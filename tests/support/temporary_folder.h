@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <span>
 #include <string>
 #include <string_view>
@@ -20,7 +21,7 @@ class TemporaryFolder {
     const auto* const test = ::testing::UnitTest::GetInstance()->current_test_info();
     const std::string name = std::string("quorvane_") + test->test_suite_name() + "_" +
                              test->name() + "_" +
-                             std::to_string(reinterpret_cast<std::uintptr_t>(this));
+                             std::to_string(std::random_device{}());
     path_ = std::filesystem::temp_directory_path() / name;
     std::filesystem::remove_all(path_);
     std::filesystem::create_directories(path_);
@@ -43,8 +44,8 @@ class TemporaryFolder {
   /// Writes a file of these bytes; its name for the module's code.
   Text WriteFile(std::u16string_view name, std::span<const std::uint8_t> bytes) const {
     std::ofstream file(Path(name), std::ios::binary);
-    // In pieces and through the stream's buffer: one huge write is cut short by some systems.
-    for (const std::uint8_t byte : bytes) file.put(static_cast<char>(byte));
+    file.write(reinterpret_cast<const char*>(bytes.data()),
+               static_cast<std::streamsize>(bytes.size()));
     EXPECT_TRUE(file.flush().good()) << "cannot write the test's file";
     return Name(name);
   }
