@@ -29,10 +29,10 @@ class cBinaryFileStream {
   [[nodiscard]] Text File() const { return FileName_; }
 
   /// Closes a file that is still open, stores the name, tests for the file by a directory listing,
-  /// opens it with writers shut out and measures its length. Raises the listing's number, or file
-  /// not found (53), with the source
-  /// "<module>.File" and the standard description; a failing open raises the platform's error
-  /// unchanged.
+  /// opens it with writers shut out and measures its length. A name that the listing does not find
+  /// raises file not found (53), a failing listing its own number; both with the source
+  /// "<module>.File" and the standard description. A failing open raises the platform's error
+  /// unchanged. Whatever fails, Length() stays as it was.
   void PutFile(const Text& name);
 
   /// The length in bytes, measured when the file was opened; 0 in a new object; outlives the
@@ -43,10 +43,11 @@ class cBinaryFileStream {
   ///
   /// The buffer must have an element with the index 0 and exactly `size` elements; this is not
   /// enforced: a full block fills the whole buffer whatever `size` says. The last block leaves the
-  /// elements behind its count as they were. Raises overflow (6) when position and size exceed
-  /// 2147483647, subscript out of range (9) when the buffer has no element 0 on the last block, bad
-  /// file name or number (52) when bytes are left but the file was disposed of, and the platform's
-  /// error of a failing read; the position then stays as it was.
+  /// elements behind its count as they were. Raises overflow (6) when position and size, or what is
+  /// left, leave the range of 32 bits; subscript out of range (9) when the last block finds no
+  /// element 0 in the buffer, or no room for all of it; bad file name or number (52) when bytes are
+  /// left but the file was disposed of; and the platform's error of a failing read. The position
+  /// then stays as it was. At the end a negative count may be returned once: see the .cpp file.
   [[nodiscard]] virtual std::int32_t Read(ByteArray& buffer, std::int32_t size);
 
   /// Closes the file if one is open; may be repeated. Name, length and position stay.
