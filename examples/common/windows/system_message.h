@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+namespace quorvane::examples {
+
+/// The system's text for one of its codes (an HRESULT also), in UTF-8 and without a line end;
+/// "error N" when it has none.
+[[nodiscard]] std::string SystemMessage(unsigned long code);
+
+}  // namespace quorvane::examples

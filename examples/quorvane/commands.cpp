@@ -1,0 +1,36 @@
+#include "examples/quorvane/commands.h"
+
+#include <string>
+#include <vector>
+
+namespace quorvane::examples {
+namespace {
+
+// The table of subcommands: one line for each family, see commands.h.
+constexpr std::span<const Command> (*kFamilies[])() = {
+    CrcCommands,
+};
+
+std::vector<Command> Collect() {
+  std::vector<Command> all;
+  for (const auto family : kFamilies) {
+    const std::span<const Command> commands = family();
+    all.insert(all.end(), commands.begin(), commands.end());
+  }
+  return all;
+}
+
+}  // namespace
+
+std::span<const Command> AllCommands() {
+  static const std::vector<Command> kAll = Collect();
+  return kAll;
+}
+
+const Command& FindCommand(std::string_view name) {
+  for (const Command& command : AllCommands())
+    if (name == command.name) return command;
+  throw UsageError("unknown command '" + std::string(name) + "'");
+}
+
+}  // namespace quorvane::examples
