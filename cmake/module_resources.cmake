@@ -18,13 +18,14 @@ set(quorvane_make_resources_headers
   ${quorvane_server_dir}/typelib/msft_writer.h)
 
 # quorvane_make_resources_program(VARIABLE): the program make_resources, to be used as the COMMAND and in the DEPENDS of
-# a custom command.
+# a custom command. Tests find its file by the global property quorvane_make_resources.
 function(quorvane_make_resources_program variable)
   if(NOT CMAKE_CROSSCOMPILING)
     if(NOT TARGET make_resources)
       add_executable(make_resources ${quorvane_make_resources_sources})
       target_link_libraries(make_resources PRIVATE quorvane_options)
     endif()
+    set_property(GLOBAL PROPERTY quorvane_make_resources $<TARGET_FILE:make_resources>)
     set(${variable} make_resources PARENT_SCOPE)
     return()
   endif()
@@ -35,6 +36,7 @@ function(quorvane_make_resources_program variable)
     COMMAND ${QUORVANE_HOST_CXX} -std=c++20 -O1 -I${PROJECT_SOURCE_DIR} ${quorvane_make_resources_sources} -o ${program}
     DEPENDS ${quorvane_make_resources_sources} ${quorvane_make_resources_headers}
     COMMENT "Building make_resources for this machine" VERBATIM)
+  set_property(GLOBAL PROPERTY quorvane_make_resources ${program})
   set(${variable} ${program} PARENT_SCOPE)
 endfunction()
 

@@ -40,7 +40,7 @@ constexpr std::uint32_t HexNumber(std::string_view text, std::size_t start, std:
 consteval Guid ParseGuid(std::string_view text) {
   using details::HexNumber;
   if (text.size() != 36) throw "an id has 36 characters";
-  for (std::size_t dash : {8, 13, 18, 23}) {
+  for (std::size_t dash : {8U, 13U, 18U, 23U}) {
     if (text[dash] != '-') throw "an id has dashes behind 8, 12, 16 and 20 digits";
   }
   Guid guid{HexNumber(text, 0, 8),

@@ -1,10 +1,8 @@
 // A growing file image in little-endian order.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
-#include <iterator>
 #include <string_view>
 #include <vector>
 
@@ -33,17 +31,19 @@ class Bytes {
     for (std::uint32_t value : values) Put32(value);
   }
 
-  void PutText(std::string_view text) { data_.insert(data_.end(), text.begin(), text.end()); }
+  void PutText(std::string_view text) {
+    for (char character : text) Put8(static_cast<std::uint8_t>(character));
+  }
 
   void PutId(const identities::Guid& id) {
     Put32(id.data1);
     Put16(id.data2);
     Put16(id.data3);
-    data_.insert(data_.end(), std::begin(id.data4), std::end(id.data4));
+    for (std::uint8_t byte : id.data4) Put8(byte);
   }
 
   void Append(const Bytes& other) {
-    data_.insert(data_.end(), other.data_.begin(), other.data_.end());
+    for (std::uint8_t byte : other.data_) Put8(byte);
   }
 
   // Fills up to a multiple of 4 bytes.
