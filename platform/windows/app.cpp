@@ -1,26 +1,9 @@
 #include "platform/app.h"
 
-#include "platform/windows/os_headers.h"
-
-// Defined by the linker at the start of whichever module this code is linked into.
-extern "C" IMAGE_DOS_HEADER __ImageBase;  // NOLINT(bugprone-reserved-identifier): the linker's name
+#include "platform/windows/module_file.h"
 
 namespace quorvane {
 namespace {
-
-std::u16string ModuleFile() {
-  std::u16string name(MAX_PATH, u'\0');
-  for (;;) {
-    const DWORD length = ::GetModuleFileNameW(reinterpret_cast<HMODULE>(&__ImageBase),
-                                              reinterpret_cast<wchar_t*>(name.data()),
-                                              static_cast<DWORD>(name.size()));
-    if (length < name.size()) {
-      name.resize(length);
-      return name;
-    }
-    name.resize(name.size() * 2);
-  }
-}
 
 // C:\OCX\a.ocx lies in C:\OCX, but C:\a.ocx lies in C:\ with its separator.
 std::u16string DirectoryOf(const std::u16string& file) {
@@ -39,8 +22,8 @@ std::u16string StemOf(const std::u16string& file) {
 
 class WindowsApp final : public App {
  public:
-  Text Path() override { return Text(DirectoryOf(ModuleFile())); }
-  Text EXEName() override { return Text(StemOf(ModuleFile())); }
+  Text Path() override { return Text(DirectoryOf(ModuleFileName().Characters())); }
+  Text EXEName() override { return Text(StemOf(ModuleFileName().Characters())); }
 };
 
 }  // namespace
