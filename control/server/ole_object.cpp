@@ -69,7 +69,7 @@ HRESULT OleObjectFace::EnumVerbs(IEnumOLEVERB** out) {
 }
 
 // Kept: any request runs Resize and the size stays locked; forms rely on the fixed square at design
-// time and at run time alike. Pinned by SizeLock.AnyRequestEndsAtTheLockedSize.
+// time and at run time alike. Pinned by Extent.AcceptsWhatRoundsToItsOwnSizeAndRefusesTheRest.
 HRESULT OleObjectFace::SetExtent(DWORD aspect, SIZEL* asked) {
   if (asked == nullptr) return E_POINTER;
   if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;

@@ -23,7 +23,7 @@ HRESULT PersistenceFace::GetClassID(CLSID* out) {
 
 // Kept: InitNew after a Load is refused, as the component model's documentation asks; a container
 // that always sends it would wipe what it just loaded. Pinned by
-// Persistence.InitNewAfterLoadIsRefused.
+// BagLoad.IsKeptFromALaterInitNew.
 HRESULT PersistenceFace::InitNew() {
   if (was_loaded_) return E_UNEXPECTED;
   logic_.InitProperties();
@@ -32,7 +32,7 @@ HRESULT PersistenceFace::InitNew() {
 }
 
 // Kept: a further Load works, after InitNew too; designers load again and again. Pinned by
-// Persistence.LoadsAgain.
+// BagLoad.MayBeRepeated.
 void PersistenceFace::LoadFrom(PropertyBag& bag) {
   logic_.ReadProperties(bag);
   was_loaded_ = true;
@@ -95,7 +95,7 @@ HRESULT PersistenceFace::Load(IPropertyBag* bag, IErrorLog* log) {
 
 // Kept: the event drops its errors, so a save into a failing bag says S_OK over a half-written form
 // and clears the mark; containers keep what the bag then holds. Pinned by
-// Persistence.FailingBagIsSavedWithSuccess.
+// BagSave.LeavesLaterFieldsOutAtEachWriteThatFailsInTurnAndStillSucceeds.
 HRESULT PersistenceFace::Save(IPropertyBag* bag, BOOL clear_dirty, BOOL /*save_all*/) {
   if (bag == nullptr) return E_POINTER;
   const auto alive = KeepAlive();

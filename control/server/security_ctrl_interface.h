@@ -8,7 +8,7 @@ namespace quorvane::server {
 /// interface ids of all generations in identities.h.
 ///
 /// Kept: the first three properties stand get before put, the last four put before get; clients
-/// call by position. Pinned by test_members_stand_in_the_order_of_the_virtual_table.
+/// call by position. Pinned by TypeLibrary.HasTheDualInterfaceWithItsMembersInOrder.
 class ISecurityCtrl : public IDispatch {
  public:
   virtual HRESULT STDMETHODCALLTYPE get_ServerAddress(BSTR* value) = 0;
