@@ -20,8 +20,7 @@ class TemporaryFolder {
   TemporaryFolder() {
     const auto* const test = ::testing::UnitTest::GetInstance()->current_test_info();
     const std::string name = std::string("quorvane_") + test->test_suite_name() + "_" +
-                             test->name() + "_" +
-                             std::to_string(std::random_device{}());
+                             test->name() + "_" + std::to_string(std::random_device{}());
     path_ = std::filesystem::temp_directory_path() / name;
     std::filesystem::remove_all(path_);
     std::filesystem::create_directories(path_);
