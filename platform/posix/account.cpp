@@ -1,0 +1,75 @@
+#include "platform/posix/account.h"
+
+#include <strings.h>
+
+#include "platform/posix/system_text.h"
+#include "platform/posix/user_database.h"
+
+namespace quorvane::account {
+namespace {
+
+constexpr std::string_view kUserDomain = "Unix User";
+constexpr std::string_view kGroupDomain = "Unix Group";
+constexpr std::uint32_t kUsers = 1;
+constexpr std::uint32_t kGroups = 2;
+constexpr std::int32_t kTypeUser = 1;
+constexpr std::int32_t kTypeGroup = 2;
+constexpr unsigned char kUnixAuthority = 22;
+constexpr unsigned char kMostParts = 15;
+
+bool SameWord(std::string_view left, std::string_view right) {
+  return left.size() == right.size() && ::strncasecmp(left.data(), right.data(), left.size()) == 0;
+}
+
+void AppendLowByteFirst(std::string& bytes, std::uint32_t value) {
+  for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(value >> shift & 0xFF);
+}
+
+std::string UnixSid(std::uint32_t kind, std::uint32_t id) {
+  std::string bytes{1, 2, 0, 0, 0, 0, 0, static_cast<char>(kUnixAuthority)};
+  AppendLowByteFirst(bytes, kind);
+  AppendLowByteFirst(bytes, id);
+  return bytes;
+}
+
+}  // namespace
+
+std::optional<Account> Find(std::string_view name) {
+  const std::size_t sign = name.find('\\');
+  const std::string_view domain = sign == std::string_view::npos ? "" : name.substr(0, sign);
+  const std::string_view plain = sign == std::string_view::npos ? name : name.substr(sign + 1);
+  const std::string known = SystemPageToUtf8(plain);
+  const bool any = domain.empty() || IsThisMachine(domain);
+  if (any || SameWord(domain, kUserDomain)) {
+    if (const auto user = FindUser(known)) {
+      return Account{UnixSid(kUsers, user->id), std::string(kUserDomain), kTypeUser};
+    }
+  }
+  if (any || SameWord(domain, kGroupDomain)) {
+    if (const auto group = FindGroup(known)) {
+      return Account{UnixSid(kGroups, *group), std::string(kGroupDomain), kTypeGroup};
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<std::string> SidText(const unsigned char* sid) {
+  if (sid[0] != 1 || sid[1] > kMostParts) return std::nullopt;
+  std::uint64_t authority = 0;
+  for (int index = 2; index < 8; ++index) authority = authority << 8 | sid[index];
+  std::string text = "S-1-" + std::to_string(authority);
+  for (unsigned part = 0; part < sid[1]; ++part) {
+    const unsigned char* const bytes = sid + 8 + 4 * part;
+    const std::uint32_t value = std::uint32_t{bytes[0]} | std::uint32_t{bytes[1]} << 8 |
+                                std::uint32_t{bytes[2]} << 16 | std::uint32_t{bytes[3]} << 24;
+    text += "-" + std::to_string(value);
+  }
+  return text;
+}
+
+bool IsThisMachine(std::string_view name) {
+  while (name.starts_with('\\')) name.remove_prefix(1);
+  return SameWord(name, "localhost") || SameWord(name, HostName());
+}
+
+}  // namespace quorvane::account

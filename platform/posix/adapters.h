@@ -1,0 +1,61 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/address32.h"
+
+namespace quorvane {
+
+/// A network adapter of the kernel.
+struct Adapter {
+  std::uint32_t index = 0;
+  std::string name;
+  std::uint32_t type = 0;  // by the numbers of the record's Type field
+  std::vector<std::uint8_t> hardware_address;
+  std::string ip_address;  // the first IPv4 address and its mask, or empty
+  std::string ip_mask;
+};
+
+/// The adapters that the kernel knows, up or down, in its own order; the loop-back is none.
+[[nodiscard]] std::vector<Adapter> KernelAdapters();
+
+/// The published record IP_ADAPTER_INFO in the layout of the 32-bit platform, whatever the host.
+struct AdapterInfoRecord {
+  struct IpText {
+    std::uint32_t next;
+    std::array<char, 16> address;
+    std::array<char, 16> mask;
+    std::uint32_t context;
+  };
+  std::uint32_t next;
+  std::uint32_t combo_index;
+  std::array<char, 260> name;
+  std::array<char, 132> description;
+  std::uint32_t address_length;
+  std::array<std::uint8_t, 8> address;
+  std::uint32_t index;
+  std::uint32_t type;
+  std::uint32_t dhcp_enabled;
+  std::uint32_t current_ip_address;
+  IpText ip_addresses;
+  IpText gateways;
+  IpText dhcp_server;
+  std::uint32_t have_wins;
+  IpText primary_wins_server;
+  IpText secondary_wins_server;
+  std::uint32_t lease_obtained;
+  std::uint32_t lease_expires;
+};
+static_assert(sizeof(AdapterInfoRecord) == 640);
+static_assert(offsetof(AdapterInfoRecord, address) == 404);
+
+/// The adapters as a chain of records, one behind the other, for a block that starts at an address.
+[[nodiscard]] std::vector<AdapterInfoRecord> MakeChain(const std::vector<Adapter>& adapters,
+                                                       Address32 start);
+
+}  // namespace quorvane

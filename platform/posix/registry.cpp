@@ -1,0 +1,169 @@
+#include "platform/posix/registry.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "platform/posix/system_errors.h"
+#include "platform/posix/system_text.h"
+
+namespace quorvane {
+namespace {
+
+namespace error = system_error;
+
+constexpr std::int32_t kQueryValue = 1;
+constexpr std::int32_t kSetValue = 2;
+constexpr std::int32_t kAllRights = -1;
+constexpr std::int32_t kCreatedNewKey = 1;
+constexpr std::int32_t kOpenedExistingKey = 2;
+constexpr std::size_t kLongestKeyName = 255;
+constexpr std::size_t kLongestValueName = 16383;
+
+// By the low bits of the predefined handle, whose top bit is set.
+constexpr std::array<std::u16string_view, 6> kHives = {
+    u"HKEY_CLASSES_ROOT", u"HKEY_CURRENT_USER",     u"HKEY_LOCAL_MACHINE",
+    u"HKEY_USERS",        u"HKEY_PERFORMANCE_DATA", u"HKEY_CURRENT_CONFIG"};
+
+std::optional<std::u16string_view> HiveOf(Registry::Handle handle) {
+  const std::uint32_t index = static_cast<std::uint32_t>(handle) - 0x80000000U;
+  if (index >= kHives.size() || kHives[index] == u"HKEY_PERFORMANCE_DATA") return std::nullopt;
+  return kHives[index];
+}
+
+std::u16string NameFrom(const char* bytes) {
+  return bytes != nullptr ? FromSystemPage(bytes) : std::u16string();
+}
+
+bool HasTooLongName(std::u16string_view path) {
+  while (!path.empty()) {
+    const std::size_t end = std::min(path.find(u'\\'), path.size());
+    if (end > kLongestKeyName) return true;
+    path.remove_prefix(std::min(end + 1, path.size()));
+  }
+  return false;
+}
+
+bool IsText(std::int32_t type) { return type == 1 || type == 2 || type == 7; }
+
+// A text without its zero takes the one that stands behind it in the caller's memory.
+std::string DataOf(std::int32_t type, const char* data, std::size_t size) {
+  std::string bytes(data, size);
+  if (IsText(type) && size > 0 && data[size - 1] != '\0' && data[size] == '\0') bytes += '\0';
+  return bytes;
+}
+
+}  // namespace
+
+template <class Operation>
+std::int32_t Registry::Guarded(Operation operation) {
+  const std::lock_guard lock(mutex_);
+  try {
+    return operation();
+  } catch (const DatabaseFailure&) {
+    return error::kRegistryIoFailed;
+  }
+}
+
+RegistryStore& Registry::Store() {
+  if (!store_) store_.emplace(store_file_);
+  return *store_;
+}
+
+std::optional<Registry::OpenKey> Registry::Resolve(Handle handle) {
+  if (const auto hive = HiveOf(handle)) return OpenKey{Store().Hive(*hive), kAllRights};
+  const auto found = open_keys_.find(handle);
+  if (found == open_keys_.end()) return std::nullopt;
+  return found->second;
+}
+
+Registry::Handle Registry::HandOut(RegistryStore::Key key, std::int32_t access) {
+  while (next_handle_ <= 0 || open_keys_.contains(next_handle_)) {
+    next_handle_ = next_handle_ <= 0 || next_handle_ > 0x7FFFFFF0 ? 4 : next_handle_ + 4;
+  }
+  open_keys_[next_handle_] = {key, access};
+  return next_handle_;
+}
+
+std::int32_t Registry::OpenOrCreate(Handle from, const char* path, std::int32_t access,
+                                    Handle* opened, std::int32_t* disposition) {
+  if (opened == nullptr) return error::kInvalidParameter;
+  const auto start = Resolve(from);
+  if (!start) return error::kInvalidHandle;
+  const std::u16string names = NameFrom(path);
+  if (names.starts_with(u'\\')) return error::kBadPathName;
+  if (HasTooLongName(names)) return error::kInvalidParameter;
+  RegistryStore::Made found;
+  if (disposition != nullptr) {
+    found = Store().FindOrMake(start->key, names);
+    *disposition = found.is_new ? kCreatedNewKey : kOpenedExistingKey;
+  } else {
+    const auto key = Store().Find(start->key, names);
+    if (!key) return error::kFileNotFound;
+    found.key = *key;
+  }
+  *opened = names.empty() && HiveOf(from) ? from : HandOut(found.key, access);
+  return error::kSuccess;
+}
+
+std::int32_t Registry::Open(Handle from, const char* path, std::int32_t access, Handle* opened) {
+  return Guarded([&] { return OpenOrCreate(from, path, access, opened, nullptr); });
+}
+
+std::int32_t Registry::Create(Handle from, const char* path, std::int32_t access, Handle* opened,
+                              std::int32_t* disposition) {
+  std::int32_t unread = 0;
+  return Guarded([&] {
+    return OpenOrCreate(from, path, access, opened, disposition != nullptr ? disposition : &unread);
+  });
+}
+
+std::int32_t Registry::Query(Handle key, const char* name, std::int32_t* type, void* data,
+                             std::int32_t* size) {
+  return Guarded([&]() -> std::int32_t {
+    if (data != nullptr && size == nullptr) return error::kInvalidParameter;
+    const auto open = Resolve(key);
+    if (!open) return error::kInvalidHandle;
+    if ((open->access & kQueryValue) == 0) return error::kAccessDenied;
+    const auto value = Store().Value(open->key, NameFrom(name));
+    if (!value) return error::kFileNotFound;
+    const auto length = static_cast<std::int32_t>(value->data.size());
+    if (type != nullptr) *type = value->type;
+    if (size == nullptr) return error::kSuccess;
+    const std::int32_t room = *size;
+    *size = length;
+    if (data == nullptr) return error::kSuccess;
+    if (room < length) return error::kMoreData;
+    std::copy(value->data.begin(), value->data.end(), static_cast<char*>(data));
+    return error::kSuccess;
+  });
+}
+
+std::int32_t Registry::Set(Handle key, const char* name, std::int32_t type, const void* data,
+                           std::int32_t size) {
+  return Guarded([&]() -> std::int32_t {
+    const auto open = Resolve(key);
+    if (!open) return error::kInvalidHandle;
+    if ((open->access & kSetValue) == 0) return error::kAccessDenied;
+    if (size < 0 || (data == nullptr && size > 0)) return error::kNoAccess;
+    const std::u16string value_name = NameFrom(name);
+    if (value_name.size() > kLongestValueName) return error::kInvalidParameter;
+    if (!Store().Exists(open->key)) return error::kKeyDeleted;
+    const auto* const bytes = static_cast<const char*>(data != nullptr ? data : "");
+    Store().SetValue(open->key, value_name,
+                     {type, DataOf(type, bytes, static_cast<std::size_t>(size))});
+    return error::kSuccess;
+  });
+}
+
+std::int32_t Registry::Close(Handle key) {
+  const std::lock_guard lock(mutex_);
+  return HiveOf(key) || open_keys_.erase(key) > 0 ? error::kSuccess : error::kInvalidHandle;
+}
+
+std::size_t Registry::OpenHandles() {
+  const std::lock_guard lock(mutex_);
+  return open_keys_.size();
+}
+
+}  // namespace quorvane
