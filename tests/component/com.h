@@ -91,7 +91,7 @@ class Bstr {
   BSTR text_ = nullptr;
 };
 
-/// A VARIANT that the test owns.
+/// A VARIANT that the test owns. (The casts: this system's headers know no const source.)
 class Variant {
  public:
   Variant() { ::VariantInit(&value_); }
@@ -117,9 +117,9 @@ class Variant {
     v.value_.boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
     return v;
   }
-  Variant(const Variant& other) : Variant() { ::VariantCopy(&value_, &other.value_); }
+  Variant(const Variant& other) : Variant() { ::VariantCopy(&value_, const_cast<VARIANT*>(&other.value_)); }
   Variant& operator=(const Variant& other) {
-    ::VariantCopy(&value_, &other.value_);
+    ::VariantCopy(&value_, const_cast<VARIANT*>(&other.value_));
     return *this;
   }
   ~Variant() { ::VariantClear(&value_); }
