@@ -4,6 +4,9 @@
 // and the control's interface written down a second time, by hand, from what hosts were compiled
 // against.
 
+// Interfaces of the component model have no virtual destructor by design.
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
@@ -117,7 +120,9 @@ class Variant {
     v.value_.boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
     return v;
   }
-  Variant(const Variant& other) : Variant() { ::VariantCopy(&value_, const_cast<VARIANT*>(&other.value_)); }
+  Variant(const Variant& other) : Variant() {
+    ::VariantCopy(&value_, const_cast<VARIANT*>(&other.value_));
+  }
   Variant& operator=(const Variant& other) {
     ::VariantCopy(&value_, const_cast<VARIANT*>(&other.value_));
     return *this;

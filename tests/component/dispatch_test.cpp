@@ -149,8 +149,8 @@ TEST(Dispatch, RefusesUnknownMembers) {
   OnApartmentThread([] {
     const Module module;
     const auto control = NewControl(module);
-    for (const DISPID id : {DISPID_READYSTATE, DISPID_ENABLED, DISPID_VALID, DISPID_VALUE,
-                            DISPID(-3), DISPID(0x60020000)}) {
+    for (const DISPID id : std::initializer_list<DISPID>{
+             DISPID_READYSTATE, DISPID_ENABLED, DISPID_VALID, DISPID_VALUE, -3, 0x60020000}) {
       Variant result;
       EXPECT_EQ(Get(control, id, result), DISP_E_MEMBERNOTFOUND) << id;
     }

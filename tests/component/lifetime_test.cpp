@@ -1,9 +1,12 @@
 // Proves that the module gives everything back: over many rounds of load, use, failure and unload,
 // and whichever of thread and module ends first.
 
-#include <psapi.h>
+#include <memory>
+#include <vector>
 
 #include "tests/component/module_under_test.h"
+// Behind windows.h:
+#include <psapi.h>
 
 namespace quorvane::component {
 namespace {

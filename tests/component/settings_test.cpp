@@ -111,7 +111,7 @@ TEST(Settings, TakeEveryPort) {
   OnApartmentThread([] {
     const Module module;
     const auto control = module.CreateSecurityCtrl();
-    for (const SHORT port : {-32768, -1, 0, 80, 32767}) {
+    for (const SHORT port : std::initializer_list<SHORT>{-32768, -1, 0, 80, 32767}) {
       EXPECT_EQ(control->put_ServerPort(port), S_OK);
       EXPECT_EQ(Port(control), port);
     }
@@ -122,7 +122,7 @@ TEST(Settings, KeepTheRawBitsOfUseProxyThroughTheVirtualTable) {
   OnApartmentThread([] {
     const Module module;
     const auto control = module.CreateSecurityCtrl();
-    for (const VARIANT_BOOL bits : {1, -1, 0, 0x7FFF}) {
+    for (const VARIANT_BOOL bits : std::initializer_list<VARIANT_BOOL>{1, -1, 0, 0x7FFF}) {
       EXPECT_EQ(control->put_UseProxy(bits), S_OK);
       EXPECT_EQ(UseProxy(control), bits);
     }
