@@ -99,7 +99,7 @@ TEST_F(Registration, WritesTheStandardKeys) {
   EXPECT_EQ(value(kClassKey + L"\\TypeLib"), L"{D87A57E5-81C3-11D5-97D8-0050BA8CAAD8}");
   EXPECT_EQ(value(kClassKey + L"\\Version"), L"443.16");
   EXPECT_NE(value(L"QuorvaneSecurity.SecurityCtrl"), L"(missing)");
-  EXPECT_EQ(value(L"QuorvaneSecurity.SecurityCtrl\\Clsid"),
+  EXPECT_EQ(value(L"QuorvaneSecurity.SecurityCtrl\\CLSID"),
             L"{D87A57E7-81C3-11D5-97D8-0050BA8CAAD8}");
   EXPECT_EQ(value(kLibraryKey + L"\\1bb.10"), L"QuorvaneSecurity");
 }

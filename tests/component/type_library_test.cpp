@@ -163,15 +163,5 @@ TEST_F(TypeLibrary, HasAHiddenAliasForEachEarlierInterface) {
   }
 }
 
-TEST_F(TypeLibrary, FindsNamesByTheirHashAsTheSystemDoes) {
-  for (const wchar_t* name :
-       {L"SecurityCtrl", L"_SECURITYCTRL", L"serveraddress", L"GetCRCValue"}) {
-    std::wstring writable = name;
-    BOOL found = FALSE;
-    EXPECT_EQ(library_->IsName(writable.data(), 0, &found), S_OK);
-    EXPECT_TRUE(found);
-  }
-}
-
 }  // namespace
 }  // namespace quorvane::component
