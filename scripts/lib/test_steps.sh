@@ -84,10 +84,7 @@ step_asan() {
 step_windows() {
   scripts/setup
   build windows
-  case_of module-is-there test -f build/windows/QuorvaneSecurity.ocx
-  # Tests of the module as a file, when they are registered with this preset.
-  ! grep -qs add_test build/windows/tests/CTestTestfile.cmake build/windows/tests/*/CTestTestfile.cmake ||
-    tests_of windows "${in_test_prefix[@]}"
+  tests_of windows
 }
 step_wine() {
   scripts/setup
