@@ -75,6 +75,7 @@ class Listing {
     switch (::GetLastError()) {
       case ERROR_FILE_NOT_FOUND:
       case ERROR_PATH_NOT_FOUND:
+      case ERROR_DIRECTORY:  // a file stands where a directory should
       case ERROR_NO_MORE_FILES:
         return u"";
       default:
@@ -93,10 +94,11 @@ class WindowsFiles final : public Files {
   // asked first where both must agree. A failure to tell them settles nothing (an open page file
   // refuses them, and yet is listed), so then the listing decides.
   Text ListName(const Text& name) override {
-    if (IsPlain(name.Characters())) {
+    const std::u16string_view system_name(name.Characters().c_str());  // up to its first zero
+    if (IsPlain(system_name)) {
       const DWORD attributes = ::GetFileAttributesW(SystemName(name));
       if (attributes != INVALID_FILE_ATTRIBUTES)
-        return IsNormalFile(attributes) ? LastComponent(name.Characters()) : u"";
+        return IsNormalFile(attributes) ? LastComponent(system_name) : u"";
     }
     return Listing(name).FirstNormalFile();
   }
