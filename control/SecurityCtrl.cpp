@@ -156,7 +156,7 @@ void SecurityCtrl::PutPassword(const Text& strPassword) { Put(site_, kPassword, 
 std::int32_t SecurityCtrl::GetCRCValue() {
   // Kept: the extension is a fixed literal and the backslash is added whatever the path ends in; a
   // module under another extension fails with 53. Pinned by
-  // SecurityCtrl.GetCRCValueAlwaysAddsBackslashAndOcx.
+  // GetCRCValue.AlwaysAddsBackslashAndOcx.
   const Text path = module_.Path();
   const Text file_name = path + u"\\" + module_.EXEName() + u".ocx";
   cBinaryFileStream stream(files_, module_, os_);
