@@ -1,0 +1,154 @@
+#include "platform/wininet.h"
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <variant>
+
+#include "platform/posix/web_exchange.h"
+
+// The web client library over libcurl. What it cannot match is told in docs/form-post.md.
+
+namespace quorvane {
+namespace {
+
+// What a handle stands for. Each kind holds all that the kinds before it were told.
+struct Session {
+  WebRequest so_far;
+};
+struct Connection {
+  WebRequest so_far;
+};
+struct Request {
+  WebRequest so_far;
+  std::unique_ptr<WebExchange> exchange;  // once sent
+};
+using Object = std::variant<Session, Connection, Request>;
+
+std::string TextOf(const char* text) { return text == nullptr ? "" : text; }
+
+// Shared by all threads, as handles are; an object itself is used by one call at a time.
+class HandleTable {
+ public:
+  InternetHandle Add(Object object) {
+    const std::lock_guard guard(mutex_);
+    objects_.emplace(++latest_, std::make_shared<Object>(std::move(object)));
+    return latest_;
+  }
+
+  /// The object of that kind, kept alive even if the handle is closed meanwhile; else null.
+  template <class Kind>
+  std::shared_ptr<Kind> Find(InternetHandle handle) {
+    const std::lock_guard guard(mutex_);
+    const auto found = objects_.find(handle);
+    if (found == objects_.end()) return nullptr;
+    return {found->second, std::get_if<Kind>(found->second.get())};
+  }
+
+  bool Remove(InternetHandle handle) {
+    // Ended behind the lock: closing an exchange may take a while.
+    std::shared_ptr<Object> ended;
+    const std::lock_guard guard(mutex_);
+    const auto found = objects_.find(handle);
+    if (found == objects_.end()) return false;
+    ended = std::move(found->second);
+    objects_.erase(found);
+    return true;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::map<InternetHandle, std::shared_ptr<Object>> objects_;
+  InternetHandle latest_ = 0;
+};
+
+class CurlWinInet final : public WinInet {
+ public:
+  InternetHandle InternetOpenA(const char* agent, std::uint32_t access_type, const char* proxy,
+                               const char* /*proxy_bypass*/, std::uint32_t /*flags*/) override {
+    const bool uses_proxy = access_type == kOpenTypeProxy;
+    if (uses_proxy ? proxy == nullptr : access_type != kOpenTypePreconfig) return 0;
+    Session session;
+    session.so_far.agent = TextOf(agent);
+    session.so_far.uses_proxy = uses_proxy;
+    session.so_far.proxy = TextOf(proxy);
+    return handles_.Add(std::move(session));
+  }
+
+  InternetHandle InternetConnectA(InternetHandle internet, const char* server, std::int16_t port,
+                                  const char* user_name, const char* password,
+                                  std::uint32_t service, std::uint32_t /*flags*/,
+                                  std::uintptr_t /*context*/) override {
+    const auto session = handles_.Find<Session>(internet);
+    if (!session || server == nullptr || *server == '\0' || service != kServiceHttp) return 0;
+    Connection connection{session->so_far};
+    connection.so_far.server = server;
+    connection.so_far.port = static_cast<std::uint16_t>(port);
+    connection.so_far.user_name = TextOf(user_name);
+    connection.so_far.password = TextOf(password);
+    return handles_.Add(std::move(connection));
+  }
+
+  InternetHandle HttpOpenRequestA(InternetHandle connection, const char* verb,
+                                  const char* object_name, const char* version,
+                                  const char* /*referrer*/, const char* const* /*accept_types*/,
+                                  std::uint32_t /*flags*/, std::uintptr_t /*context*/) override {
+    const auto parent = handles_.Find<Connection>(connection);
+    // The one kind of request that the stand-in knows.
+    if (!parent || TextOf(verb) != "POST" || TextOf(version) != "HTTP/1.0") return 0;
+    Request request{parent->so_far, nullptr};
+    request.so_far.object_name = TextOf(object_name);
+    return handles_.Add(std::move(request));
+  }
+
+  std::int32_t HttpAddRequestHeadersA(InternetHandle request, const char* headers,
+                                      std::uint32_t headers_length,
+                                      std::uint32_t modifiers) override {
+    const auto found = handles_.Find<Request>(request);
+    // Replacing is all there is, and all headers come in one call.
+    if (!found || headers == nullptr || modifiers != (kAddHeader | kReplaceHeader)) return 0;
+    found->so_far.headers.assign(headers, headers_length);
+    return 1;
+  }
+
+  std::int32_t HttpSendRequestA(InternetHandle request, const char* headers,
+                                std::uint32_t headers_length, const char* body,
+                                std::uint32_t body_length) override {
+    const auto found = handles_.Find<Request>(request);
+    if (!found || headers != nullptr || headers_length != 0) return 0;
+    const std::string_view bytes =
+        body == nullptr ? std::string_view() : std::string_view(body, body_length);
+    found->exchange = std::make_unique<WebExchange>(found->so_far);
+    return found->exchange->Send(bytes) ? 1 : 0;
+  }
+
+  std::int32_t InternetReadFile(InternetHandle request, char* buffer, std::uint32_t size,
+                                std::uint32_t& count) override {
+    count = 0;
+    const auto found = handles_.Find<Request>(request);
+    if (!found || !found->exchange) return 0;
+    std::size_t read = 0;
+    const bool succeeded = found->exchange->Read(buffer, size, read);
+    count = static_cast<std::uint32_t>(read);
+    return succeeded ? 1 : 0;
+  }
+
+  std::int32_t InternetCloseHandle(InternetHandle handle) override {
+    return handles_.Remove(handle) ? 1 : 0;
+  }
+
+ private:
+  HandleTable handles_;
+};
+
+}  // namespace
+
+WinInet& wininet() {
+  // Never destroyed: handles that were left open end with the process, not among its destructors.
+  static auto* const instance = new CurlWinInet;
+  return *instance;
+}
+
+}  // namespace quorvane

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+
+namespace quorvane {
+
+/// The screen that the user looks at.
+class Screen {
+ public:
+  static constexpr std::int16_t kDefaultPointer = 0;
+  static constexpr std::int16_t kHourglass = 11;
+
+  virtual ~Screen() = default;
+
+  /// Gives the mouse pointer a numbered shape. Raises invalid procedure call (5) for a number other
+  /// than the two above.
+  virtual void SetMousePointer(std::int16_t shape) = 0;
+};
+
+[[nodiscard]] Screen& screen();
+
+}  // namespace quorvane

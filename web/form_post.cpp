@@ -1,0 +1,197 @@
+#include "web/form_post.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "control/basGlobals.h"
+#include "runtime/ansi_text.h"
+
+// The fixed texts are ASCII, which is the same bytes in every code page, so they go to the calls
+// without a copy.
+
+namespace quorvane {
+namespace {
+
+using basGlobals::connectionSettings;
+
+constexpr auto kAgent = "Validate";
+constexpr auto kVersion = "HTTP/1.0";
+constexpr std::string_view kHeader = "Content-Type: application/x-www-form-urlencoded\r\n";
+static_assert(kHeader.size() == 49);
+constexpr auto kFailureText = u"Error : Unable to connect to the Internet";
+constexpr std::size_t kBlockSize = 2048;
+
+// For results that nobody looks at, on purpose.
+void Ignore(std::int32_t /*result*/) {}
+
+// One call of the operation: its members are the steps, its data what they share.
+class FormPost {
+ public:
+  FormPost(WinInet& web, Screen& pointer_owner, const CodePage& code_page, Text& result)
+      : web_(web), screen_(pointer_owner), code_page_(code_page), result_(result) {}
+
+  // Kept: a session that cannot be opened gives the empty text and no flag, unlike every later
+  // failure; callers read it as a machine without a web client. Pinned by
+  // PostFormRequest.GivesTheEmptyTextWithoutASession.
+  void Run(Text server, Text object_name, Text body, std::int16_t port) {
+    screen_.SetMousePointer(Screen::kHourglass);
+    if (OpenSession() != 0 && Exchange(server, object_name, body, port)) {
+      CloseAll();
+      Settle();
+    }
+    screen_.SetMousePointer(Screen::kDefaultPointer);
+  }
+
+ private:
+  // The texts of the settings are handed over as copies, so that what the code page cannot hold
+  // does not come back changed into a record that is saved with the form.
+  InternetHandle OpenSession() {
+    if (!connectionSettings().UseProxy.IsTrue()) {
+      return session_ =
+                 web_.InternetOpenA(kAgent, WinInet::kOpenTypePreconfig, nullptr, nullptr, 0);
+    }
+    Text proxy = connectionSettings().ProxyServer;
+    return session_ = CallWithAnsi(
+               code_page_,
+               [this](const char* proxy_bytes) {
+                 return web_.InternetOpenA(kAgent, WinInet::kOpenTypeProxy, proxy_bytes, nullptr,
+                                           0);
+               },
+               proxy);
+  }
+
+  // Kept: without a proxy the HTTP version stands in the password's place, beside no user name.
+  // Servers never see it, but programs that watch the library's calls do. Pinned by
+  // PostFormRequest.PutsTheHttpVersionInThePasswordsPlaceWithoutAProxy.
+  InternetHandle Connect(Text& server, std::int16_t port) {
+    if (!connectionSettings().UseProxy.IsTrue()) {
+      return connection_ = CallWithAnsi(
+                 code_page_,
+                 [this, port](const char* server_bytes) {
+                   return web_.InternetConnectA(session_, server_bytes, port, nullptr, kVersion,
+                                                WinInet::kServiceHttp, 0, 0);
+                 },
+                 server);
+    }
+    Text user_name = connectionSettings().UserName;
+    Text password = connectionSettings().Password;
+    return connection_ = CallWithAnsi(
+               code_page_,
+               [this, port](const char* server_bytes, const char* user, const char* secret) {
+                 return web_.InternetConnectA(session_, server_bytes, port, user, secret,
+                                              WinInet::kServiceHttp, 0, 0);
+               },
+               server, user_name, password);
+  }
+
+  InternetHandle OpenRequest(Text& object_name) {
+    return request_ = CallWithAnsi(
+               code_page_,
+               [this](const char* path) {
+                 return web_.HttpOpenRequestA(connection_, "POST", path, kVersion, nullptr, nullptr,
+                                              WinInet::kFlagReload, 0);
+               },
+               object_name);
+  }
+
+  // Kept: the length is that of the text in characters, so a body with characters of two bytes is
+  // sent short of its last bytes. Encoded bodies are ASCII and never meet it. Pinned by
+  // PostFormRequest.CountsTheBodyInCharacters.
+  bool Send(Text& body) {
+    const auto length = static_cast<std::uint32_t>(body.Length());
+    return CallWithAnsi(
+               code_page_,
+               [this, length](const char* bytes) {
+                 return web_.HttpSendRequestA(request_, nullptr, 0, bytes, length);
+               },
+               body) != 0;
+  }
+
+  // False when the operation ends here and all stays open.
+  bool Exchange(Text& server, Text& object_name, Text& body, std::int16_t port) {
+    if (Connect(server, port) == 0 || OpenRequest(object_name) == 0) return true;
+    Ignore(web_.HttpAddRequestHeadersA(request_, kHeader.data(), kHeader.size(),
+                                       WinInet::kAddHeader | WinInet::kReplaceHeader));
+    // Kept: a failed send closes nothing, unlike every other way out: the request, the connection
+    // and the session stay open for the life of the process, and hosts that watch the handles
+    // expect three of them. Pinned by PostFormRequest.LeavesThreeHandlesOpenAfterAFailedSend.
+    if (!Send(body)) {
+      Fail();
+      return false;
+    }
+    ReadReply();
+    return true;
+  }
+
+  // Ends at the first read that fails or gives no bytes; those of a failed read count, too.
+  void ReadReply() {
+    bool keep_going = true;
+    while (keep_going) {
+      block_.fill(' ');
+      std::uint32_t count = 0;
+      keep_going = web_.InternetReadFile(request_, block_.data(), kBlockSize, count) != 0;
+      if (count == 0) return;
+      AppendToReply(count);
+    }
+  }
+
+  // Kept: the whole block becomes text and then as many characters of it are taken as bytes were
+  // read. In a page of two-byte characters blanks of the block follow a short read's text, and a
+  // pair of bytes that two blocks share is lost; single-byte pages never meet it. Pinned by
+  // PostFormRequest.CountsTheReplyInBytesUnderATwoBytePage.
+  void AppendToReply(std::uint32_t count) {
+    const std::u16string characters = code_page_.FromBytes({block_.data(), block_.size()});
+    reply_.append(characters, 0, count);
+  }
+
+  void CloseAll() {
+    if (request_ != 0) Ignore(web_.InternetCloseHandle(request_));
+    if (connection_ != 0) Ignore(web_.InternetCloseHandle(connection_));
+    Ignore(web_.InternetCloseHandle(session_));
+  }
+
+  // Kept: an answer with an empty body counts as a failed connection; callers wait for a reply text
+  // and take none for no server. Pinned by PostFormRequest.TakesAnEmptyReplyForAFailure.
+  void Settle() {
+    if (reply_.empty()) return Fail();
+    result_ = Text(std::move(reply_));
+  }
+
+  // Kept: nothing ever clears the flag; callers look at it after a series of posts. Pinned by
+  // PostFormRequest.KeepsInternetFailedSetAfterALaterSuccess.
+  void Fail() {
+    basGlobals::InternetFailed() = kTrue;
+    result_ = kFailureText;
+  }
+
+  WinInet& web_;
+  Screen& screen_;
+  const CodePage& code_page_;
+  Text& result_;
+  InternetHandle session_ = 0;
+  InternetHandle connection_ = 0;
+  InternetHandle request_ = 0;
+  std::array<char, kBlockSize> block_{};
+  std::u16string reply_;
+};
+
+}  // namespace
+
+Text PostFormRequest(const Text& Server, const Text& ObjectName, const Text& Body,
+                     std::int16_t Port, WinInet& web, Screen& pointer_owner,
+                     const CodePage& code_page) {
+  Text result = u"";
+  // Kept: whatever is raised on the way ends the operation at once with the result as it then
+  // stands; no handle is closed and the pointer stays an hourglass. Pinned by
+  // PostFormRequest.EndsAtOnceWhereACallRaises.
+  try {
+    FormPost(web, pointer_owner, code_page, result).Run(Server, ObjectName, Body, Port);
+  } catch (...) {  // NOLINT(bugprone-empty-catch): see above
+  }
+  return result;
+}
+
+}  // namespace quorvane
