@@ -1,5 +1,7 @@
 #include "platform/locale.h"
 
+#include <array>
+
 #include "platform/windows/os_headers.h"
 #include "runtime/integers.h"
 
@@ -12,6 +14,13 @@ class AnsiCodePage final : public CodePage {
     if (characters.empty()) return {};
     const auto* const source = reinterpret_cast<const wchar_t*>(characters.data());
     const int length = NarrowTo32(characters.size());
+    // What takes single characters, one after the other, does not ask for the length first.
+    if (length == 1) {
+      std::array<char, 8> room{};
+      const int count =
+          ::WideCharToMultiByte(CP_ACP, 0, source, 1, room.data(), room.size(), nullptr, nullptr);
+      return {room.data(), static_cast<std::size_t>(count)};
+    }
     const int needed =
         ::WideCharToMultiByte(CP_ACP, 0, source, length, nullptr, 0, nullptr, nullptr);
     std::string bytes(static_cast<std::size_t>(needed), '\0');
