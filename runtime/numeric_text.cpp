@@ -109,8 +109,10 @@ double Scale(std::uint64_t digits, int exponent) {
 
 double RoundHalfToEven(double value) {
   const double floor = std::floor(value);
-  const double fraction = value - floor;
-  const bool up = fraction > 0.5 || (fraction == 0.5 && std::fmod(floor, 2.0) != 0.0);
+  // Compared, not subtracted: a host may have set its floating-point unit to fewer digits than a
+  // double has, and the difference would be rounded to them.
+  const double half = floor + 0.5;
+  const bool up = value > half || (value == half && std::fmod(floor, 2.0) != 0.0);
   return up ? floor + 1.0 : floor;
 }
 

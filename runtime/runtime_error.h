@@ -12,6 +12,7 @@ struct ErrorNumber {
   static constexpr std::int32_t kOverflow = 6;
   static constexpr std::int32_t kOutOfMemory = 7;
   static constexpr std::int32_t kSubscriptOutOfRange = 9;
+  static constexpr std::int32_t kDivisionByZero = 11;
   static constexpr std::int32_t kTypeMismatch = 13;
   static constexpr std::int32_t kInternalError = 51;
   static constexpr std::int32_t kBadFileNumber = 52;

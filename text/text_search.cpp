@@ -16,8 +16,8 @@ bool IsPlainAscii(std::u16string_view text) {
 std::string Small(std::u16string_view plain_text) {
   std::string small(plain_text.size(), '\0');
   std::ranges::transform(plain_text, small.begin(), [](char16_t c) {
-    const unsigned is_capital = c - unsigned{'A'} <= unsigned{'Z' - 'A'};
-    return static_cast<char>(c + (is_capital << 5));
+    const bool is_capital = c >= u'A' && c <= u'Z';
+    return static_cast<char>(is_capital ? c + (u'a' - u'A') : c);
   });
   return small;
 }
@@ -39,8 +39,10 @@ std::vector<std::uint16_t> FallbackOf(const std::string& sought) {
 
 TextSearch::TextSearch(std::u16string_view text, std::u16string_view sought,
                        const Collation& collation)
-    : text_(text), sought_(sought), collation_(collation) {
-  is_plain_ = collation.FoldsAsciiPlainly() && IsPlainAscii(sought) && IsPlainAscii(text);
+    : text_(text),
+      sought_(sought),
+      collation_(collation),
+      is_plain_(collation.FoldsAsciiPlainly() && IsPlainAscii(sought) && IsPlainAscii(text)) {
   if (!is_plain_) return;
   small_text_ = Small(text);
   small_sought_ = Small(sought);

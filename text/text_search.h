@@ -38,7 +38,7 @@ class TextSearch {
   std::u16string_view text_;
   std::u16string_view sought_;
   const Collation& collation_;
-  bool is_plain_ = false;
+  bool is_plain_;
   // Only for a plain search: both in small letters, and how many characters of the sought text
   // still match when the one at an index does not.
   std::string small_text_;

@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <ranges>
+#include <iterator>
 #include <string>
 
 #include "platform/posix/system_locale.h"
@@ -25,11 +25,11 @@ std::wstring Decode(std::u16string_view text) {
   return characters;
 }
 
-// The C library's collation knows no weights for single halves, so they are told apart here.
-bool SameHalves(const std::wstring& left, const std::wstring& right) {
-  const auto is_half = [](wchar_t c) { return c >= 0xD800 && c <= 0xDFFF; };
-  return std::ranges::equal(left | std::views::filter(is_half),
-                            right | std::views::filter(is_half));
+std::wstring HalvesIn(const std::wstring& characters) {
+  std::wstring halves;
+  std::ranges::copy_if(characters, std::back_inserter(halves),
+                       [](wchar_t c) { return c >= 0xD800 && c <= 0xDFFF; });
+  return halves;
 }
 
 class LocaleCollation final : public Collation {
@@ -43,7 +43,8 @@ class LocaleCollation final : public Collation {
   bool AreEqual(std::u16string_view left, std::u16string_view right) const override {
     const std::wstring a = Lower(left);
     const std::wstring b = Lower(right);
-    return Compare(a, b) == 0 && SameHalves(a, b);
+    // The C library has no place in its order for single halves and takes all for equal.
+    return Compare(a, b) == 0 && HalvesIn(a) == HalvesIn(b);
   }
 
   bool FoldsAsciiPlainly() const override { return folds_ascii_plainly_; }
