@@ -9,6 +9,7 @@ namespace {
 // The table of subcommands: one line for each family, see commands.h.
 constexpr std::span<const Command> (*kFamilies[])() = {
     CrcCommands,
+    FormCommands,
 };
 
 std::vector<Command> Collect() {

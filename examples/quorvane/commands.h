@@ -23,6 +23,7 @@ struct Command {
 // To add a subcommand: append it to its family's list. To add a family: write its file, declare its
 // list below, name the list in commands.cpp and the file in CMakeLists.txt.
 [[nodiscard]] std::span<const Command> CrcCommands();
+[[nodiscard]] std::span<const Command> FormCommands();
 
 /// All subcommands, in the order of the help.
 [[nodiscard]] std::span<const Command> AllCommands();

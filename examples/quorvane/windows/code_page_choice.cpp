@@ -1,0 +1,11 @@
+#include "examples/quorvane/code_page_choice.h"
+
+#include "examples/common/options.h"
+
+namespace quorvane::examples {
+
+void ChooseCodePage(const std::string& /*number*/) {
+  throw UsageError("--code-page is for the Linux program; Windows has a code page of its own");
+}
+
+}  // namespace quorvane::examples
