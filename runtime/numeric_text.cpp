@@ -1,11 +1,12 @@
 #include "runtime/numeric_text.h"
 
-#include <array>
 #include <cmath>
-#include <cstdio>
+#include <cstddef>
+#include <cstdlib>
 #include <limits>
 #include <string>
 
+#include "runtime/decimal_digits.h"
 #include "runtime/integers.h"
 
 namespace quorvane {
@@ -94,17 +95,27 @@ struct Decimal {
   }
 };
 
+// Rounded once up to 10^27, near enough beyond. Not pow(), which weighs as much as this whole file.
+double PowerOfTen(int exponent) {
+  long double power = 1;
+  long double base = 10;
+  for (; exponent != 0; exponent /= 2, base *= base) {
+    if (exponent % 2 != 0) power *= base;
+  }
+  return static_cast<double>(power);
+}
+
 double Scale(std::uint64_t digits, int exponent) {
   const auto value = static_cast<double>(digits);
   if (digits == 0) return 0;
-  // Past these powers the result is out of a double's range on either side, and pow() itself would
-  // be, too.
+  // Past these powers the result is out of a double's range on either side, and the power itself
+  // would be, too.
   constexpr int kLargest = 308;
   if (exponent > kLargest) Raise(ErrorNumber::kOverflow);
   if (exponent < -2 * kLargest) return 0;
-  if (exponent >= 0) return value * std::pow(10.0, exponent);
-  if (exponent >= -kLargest) return value / std::pow(10.0, -exponent);
-  return value / std::pow(10.0, kLargest) / std::pow(10.0, -exponent - kLargest);
+  if (exponent >= 0) return value * PowerOfTen(exponent);
+  if (exponent >= -kLargest) return value / PowerOfTen(-exponent);
+  return value / PowerOfTen(kLargest) / PowerOfTen(-exponent - kLargest);
 }
 
 double RoundHalfToEven(double value) {
@@ -124,6 +135,23 @@ Integer RoundTo(double value) {
     Raise(ErrorNumber::kOverflow);
   }
   return static_cast<Integer>(rounded);
+}
+
+// As the format %.15G of the C library has it.
+std::string PositiveToText(const DecimalDigits& number) {
+  std::string digits(number.digits.begin(), number.digits.end());
+  digits.erase(digits.find_last_not_of('0') + 1);
+  const int exponent = number.exponent;
+  const bool is_plain = exponent >= -4 && exponent < static_cast<int>(number.digits.size());
+  if (is_plain && exponent < 0) {
+    return "0." + std::string(static_cast<std::size_t>(-exponent - 1), '0') + digits;
+  }
+  const std::size_t whole = is_plain ? static_cast<std::size_t>(exponent) + 1 : 1;
+  if (digits.size() < whole) digits.append(whole - digits.size(), '0');
+  if (digits.size() > whole) digits.insert(whole, ".");
+  if (is_plain) return digits;
+  const std::string power = std::to_string(std::abs(exponent));
+  return digits + (exponent < 0 ? "E-" : "E+") + (power.size() < 2 ? "0" : "") + power;
 }
 
 double TextToDouble(const Text& text) {
@@ -161,13 +189,13 @@ std::int16_t TextToInteger16(const Text& text) { return RoundTo16(TextToDouble(t
 std::int32_t TextToInteger32(const Text& text) { return RoundTo32(TextToDouble(text)); }
 
 Text NumberToText(double value) {
-  std::array<char, 40> buffer{};
-  const int length = std::snprintf(buffer.data(), buffer.size(), "%.15G", value);
-  std::u16string characters(buffer.begin(), buffer.begin() + length);
-  // The C library's own decimal point may be a comma.
-  if (const auto comma = characters.find(u','); comma != std::u16string::npos)
-    characters[comma] = u'.';
-  return Text(std::move(characters));
+  std::string text = std::signbit(value) ? "-" : "";
+  if (!(std::abs(value) <= std::numeric_limits<double>::max())) {
+    text += value != value ? "NAN" : "INF";
+  } else {
+    text += value == 0 ? "0" : PositiveToText(FifteenDigits(std::abs(value)));
+  }
+  return Text(std::u16string(text.begin(), text.end()));
 }
 
 }  // namespace quorvane
