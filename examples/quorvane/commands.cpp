@@ -10,6 +10,8 @@ namespace {
 constexpr std::span<const Command> (*kFamilies[])() = {
     CrcCommands,
     FormCommands,
+    TextCommands,
+    GradientCommands,
 };
 
 std::vector<Command> Collect() {

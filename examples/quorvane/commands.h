@@ -24,6 +24,8 @@ struct Command {
 // list below, name the list in commands.cpp and the file in CMakeLists.txt.
 [[nodiscard]] std::span<const Command> CrcCommands();
 [[nodiscard]] std::span<const Command> FormCommands();
+[[nodiscard]] std::span<const Command> TextCommands();
+[[nodiscard]] std::span<const Command> GradientCommands();
 
 /// All subcommands, in the order of the help.
 [[nodiscard]] std::span<const Command> AllCommands();
