@@ -24,7 +24,7 @@ class FakeRegistry final : public IdleAdvapi32 {
     std::string data;
   };
 
-  explicit FakeRegistry(FaultPlan plan = FaultPlan()) : plan(plan) {}
+  explicit FakeRegistry(FaultPlan fault_plan = FaultPlan()) : plan(fault_plan) {}
 
   std::int32_t RegOpenKeyExA(RegistryHandle hive, const char* path, std::int32_t options,
                              std::int32_t access, RegistryHandle* key) override {

@@ -1,0 +1,121 @@
+#include <algorithm>
+#include <string>
+
+#include "host/basAPI_api.h"
+#include "runtime/ansi_text.h"
+#include "runtime/ignored_result.h"
+#include "runtime/text_parts.h"
+
+namespace quorvane::basAPI_api {
+namespace {
+
+constexpr std::int32_t kNameSize = 25;
+constexpr std::int32_t kDomainSize = 512;
+constexpr std::int32_t kInsufficientBuffer = 122;
+constexpr std::size_t kLongestSid = 68;
+
+// One lookup: what goes in and what comes out of each pass.
+struct Lookup {
+  Text& system_name;
+  Text& account_name;
+  Text& domain;
+  Advapi32& os;
+  const CodePage& code_page;
+  ByteArray sid{1, 1};
+  std::int32_t sid_size = 0;
+  std::int32_t domain_size = kDomainSize;
+
+  [[nodiscard]] std::int32_t Pass();
+};
+
+// The size of the domain goes in as the last pass left it. Should the system want more than the
+// buffer has, it gets room of its own for the call, and the buffer the part that it can hold.
+std::int32_t Lookup::Pass() {
+  const std::int32_t buffer_size = domain.Length();
+  std::string room;
+  if (domain_size > buffer_size) room.resize(static_cast<std::size_t>(domain_size));
+  std::int32_t unread_account_type = 0;
+  Text no_system_name;
+  return CallWithAnsi(
+      code_page,
+      [&](char* system, char* account, char* domain_copy) {
+        const std::int32_t result = os.LookupAccountNameA(system, account, &sid.At(1), &sid_size,
+                                                          room.empty() ? domain_copy : room.data(),
+                                                          &domain_size, &unread_account_type);
+        if (!room.empty()) std::copy_n(room.begin(), buffer_size, domain_copy);
+        return result;
+      },
+      system_name.Length() > 0 ? system_name : no_system_name, account_name, domain);
+}
+
+}  // namespace
+
+Text GetCurrentAccountSidText(Advapi32& accounts, Kernel32& memory, const CodePage& code_page) {
+  Text name = GetCurrentUserName(accounts, code_page);
+  Text unread_domain;
+  // Kept: no guard against an empty name, the lookup decides. A system may give the current account
+  // no name and still know it. Test: GetCurrentAccountSidText.LooksUpAnEmptyNameToo
+  return SidBytesToText(LookupAccountSidBytes(name, unread_domain, {}, accounts, code_page),
+                        accounts, memory, code_page);
+}
+
+Text GetCurrentUserName(Advapi32& os, const CodePage& code_page) {
+  Text buffer = RepeatedCharacter(kNameSize, u'\0');
+  std::int32_t size = kNameSize;
+  // A call that fails leaves the zeros, and the text before the first one is empty.
+  IgnoreResult(CallWithAnsi(
+      code_page, [&](char* name) { return os.GetUserNameA(name, &size); }, buffer));
+  const Text name = FixedLength(buffer, kNameSize);
+  // Kept: a buffer without a zero makes this length -1, which raises 5. Hosts see an error rather
+  // than half a name. Test: GetCurrentUserName.RaisesWhenNoZeroComesBack
+  const std::size_t zero = name.Characters().find(u'\0');
+  return FirstCharacters(name, zero == std::u16string::npos ? -1 : static_cast<std::int32_t>(zero));
+}
+
+ByteArray LookupAccountSidBytes(Text& account_name, Text& domain, Text system_name, Advapi32& os,
+                                const CodePage& code_page) {
+  domain = RepeatedCharacter(kDomainSize, u'\0');
+  Lookup lookup{system_name, account_name, domain, os, code_page};
+  std::int32_t result = lookup.Pass();
+  // Kept: the code and the size alone decide, not the result, so a call that succeeds but leaves
+  // 122 behind is made once more. Test: LookupAccountSidBytes.RepeatsASuccessThatLeaves122
+  while (os.LastError() == kInsufficientBuffer && lookup.sid_size >= 1) {
+    lookup.sid = ByteArray(1, lookup.sid_size);
+    result = lookup.Pass();
+  }
+  if (result <= 0 || lookup.sid_size <= 0) {
+    domain = Text(u"");
+    return ByteArray(0, 0);
+  }
+  domain = lookup.domain_size > 0 ? FirstCharacters(domain, lookup.domain_size) : Text(u"");
+  return lookup.sid;
+}
+
+Text SidBytesToText(const ByteArray& sid, Advapi32& accounts, Kernel32& memory,
+                    const CodePage& code_page) {
+  IgnoreResult(sid.At(sid.LowerBound()));  // raises where there is no first element
+  // An identifier may say that it is longer than the array. So that the system reads no foreign
+  // memory then, it is given a copy with zeros behind.
+  std::vector<std::uint8_t> bytes(sid.Elements().begin(), sid.Elements().end());
+  bytes.resize(std::max(bytes.size(), kLongestSid));
+  Text text(u"");
+  Address32 address = kNoAddress;
+  if (accounts.ConvertSidToStringSidA(bytes.data(), &address) != 0) {
+    const std::int32_t length = memory.lstrlenA(address);
+    text = RepeatedCharacter(length, u' ');
+    CallWithAnsi(
+        code_page,
+        [&](char* copy) {
+          memory.RtlMoveMemory(copy, address, static_cast<std::uint32_t>(length));
+        },
+        text);
+    IgnoreResult(memory.LocalFree(address));  // nothing could be done about a refusal
+  }
+  // Kept: the signs between the parts go. Licences are bound to the compact form.
+  // Test: SidBytesToText.RemovesDashesAndSpaces
+  std::u16string compact = text.Characters();
+  std::erase_if(compact, [](char16_t c) { return c == u' ' || c == u'-'; });
+  return Text(std::move(compact));
+}
+
+}  // namespace quorvane::basAPI_api

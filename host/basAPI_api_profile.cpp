@@ -1,0 +1,76 @@
+#include "host/basAPI_api.h"
+#include "runtime/ansi_text.h"
+#include "runtime/integers.h"
+#include "runtime/text_parts.h"
+
+namespace quorvane::basAPI_api {
+namespace {
+
+constexpr std::int32_t kValueSize = 256;
+
+// Kept: the cut counts the system's bytes but falls in 16-bit characters, and no zero is looked
+// for. So a list of names keeps its zeros, and a value of ten double-byte characters has ten zeros
+// behind it. Hosts split such lists at the zeros. Tests:
+// ReadProfileValue.KeepsZerosInsideTheCount,
+// ReadProfileValue.CountsBytesUnderAMultiByteCodePage
+Text CutToCount(const Text& buffer, std::int32_t count) {
+  return FirstCharacters(FixedLength(buffer, kValueSize), NarrowTo16(count));
+}
+
+}  // namespace
+
+Text ReadProfileValue(Text& section, Text& key, Kernel32& os, const CodePage& code_page) {
+  Text default_text(u"");
+  Text buffer(std::size_t{kValueSize}, u'\0');
+  const std::int32_t count = CallWithAnsi(
+      code_page,
+      [&](char* section_copy, char* key_copy, char* default_copy, char* buffer_copy) {
+        return os.GetProfileStringA(section_copy, key_copy, default_copy, buffer_copy, kValueSize);
+      },
+      section, key, default_text, buffer);
+  return CutToCount(buffer, count);
+}
+
+Boolean16 WriteProfileValue(Text& section, Text& key, Text& value, Kernel32& os,
+                            const CodePage& code_page) {
+  const std::int32_t result = CallWithAnsi(
+      code_page,
+      [&](char* section_copy, char* key_copy, char* value_copy) {
+        return os.WriteProfileStringA(section_copy, key_copy, value_copy);
+      },
+      section, key, value);
+  // Kept: only the low 16 bits count, unlike the write to a named file. Hosts of both see what they
+  // always saw. Test: WriteProfileValue.LooksAtTheLowSixteenBitsOnly
+  return ToBoolean16((result & 0xFFFF) != 0);
+}
+
+Text ReadPrivateProfileValue(Text& section, Text& key, Text& file_name, Kernel32& os,
+                             const CodePage& code_page) {
+  Text default_text(u"");
+  Text buffer(std::size_t{kValueSize}, u'\0');
+  const std::int32_t count = CallWithAnsi(
+      code_page,
+      [&](char* section_copy, char* key_copy, char* default_copy, char* buffer_copy,
+          char* file_copy) {
+        return os.GetPrivateProfileStringA(section_copy, key_copy, default_copy, buffer_copy,
+                                           kValueSize, file_copy);
+      },
+      section, key, default_text, buffer, file_name);
+  return CutToCount(buffer, count);
+}
+
+Boolean16 WritePrivateProfileValue(Text& section, Text& key, Text& value, Text& file_name,
+                                   Kernel32& os, const CodePage& code_page) {
+  const std::int32_t result = CallWithAnsi(
+      code_page,
+      [&](char* section_copy, char* key_copy, char* value_copy, char* file_copy) {
+        return os.WritePrivateProfileStringA(section_copy, key_copy, value_copy, file_copy);
+      },
+      section, key, value, file_name);
+  // Kept: the whole result is narrowed first, so one beyond 16 bits raises overflow, unlike the
+  // write to the system's own profile. Test:
+  // WritePrivateProfileValue.RaisesOverflowForAResultBeyondSixteenBits
+  return ToBoolean16(NarrowTo16(result) != 0);
+}
+
+}  // namespace quorvane::basAPI_api
