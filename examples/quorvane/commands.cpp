@@ -12,6 +12,7 @@ constexpr std::span<const Command> (*kFamilies[])() = {
     FormCommands,
     TextCommands,
     GradientCommands,
+    HostCommands,
 };
 
 std::vector<Command> Collect() {

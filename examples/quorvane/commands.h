@@ -26,6 +26,7 @@ struct Command {
 [[nodiscard]] std::span<const Command> FormCommands();
 [[nodiscard]] std::span<const Command> TextCommands();
 [[nodiscard]] std::span<const Command> GradientCommands();
+[[nodiscard]] std::span<const Command> HostCommands();
 
 /// All subcommands, in the order of the help.
 [[nodiscard]] std::span<const Command> AllCommands();
