@@ -14,7 +14,7 @@ struct OsVersionInformation {
   std::uint32_t dwMinorVersion;
   std::uint32_t dwBuildNumber;
   std::uint32_t dwPlatformId;
-  char szCSDVersion[128];
+  char szCSDVersion[128];  // NOLINT(*-avoid-c-arrays): the layout is published
 };
 static_assert(sizeof(OsVersionInformation) == 148);
 static_assert(offsetof(OsVersionInformation, dwPlatformId) == 16);

@@ -32,6 +32,7 @@ constexpr auto kClasses = [] {
 // costs no test of the string's own capacity.
 class Output {
  public:
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): what Add has not written is not read
   explicit Output(std::size_t expected) { text_.reserve(expected); }
 
   void Add(char16_t character) {

@@ -58,7 +58,7 @@ std::optional<std::string> SidText(const unsigned char* sid) {
   std::uint64_t authority = 0;
   for (int index = 2; index < 8; ++index) authority = authority << 8 | sid[index];
   std::string text = "S-1-" + std::to_string(authority);
-  for (unsigned part = 0; part < sid[1]; ++part) {
+  for (std::size_t part = 0; part < sid[1]; ++part) {
     const unsigned char* const bytes = sid + 8 + 4 * part;
     const std::uint32_t value = std::uint32_t{bytes[0]} | std::uint32_t{bytes[1]} << 8 |
                                 std::uint32_t{bytes[2]} << 16 | std::uint32_t{bytes[3]} << 24;

@@ -16,6 +16,7 @@ namespace {
 
 namespace error = system_error;
 
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): as the system keeps it
 thread_local std::int32_t last_error = 0;
 
 // Notes the code and gives the result that goes with it.

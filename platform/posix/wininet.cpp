@@ -147,6 +147,7 @@ class CurlWinInet final : public WinInet {
 
 WinInet& wininet() {
   // Never destroyed: handles that were left open end with the process, not among its destructors.
+  // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): lives until the end
   static auto* const instance = new CurlWinInet;
   return *instance;
 }

@@ -57,7 +57,8 @@ Picture ReadPicture(std::istream& text) {
   std::string line;
   while (std::getline(text, line)) {
     std::istringstream words(line.substr(0, line.find('#')));
-    std::string keyword, colour;
+    std::string keyword;
+    std::string colour;
     char letter = 0;
     if (!(words >> keyword)) continue;
     if (keyword == "size") {
