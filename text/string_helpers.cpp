@@ -19,23 +19,37 @@ bool EqualsEmpty(const Text& text, const Collation& collation) {
 // behind its start and never into what was put in, so searching the input instead of a rebuilt text
 // finds the same occurrences; their positions in the rebuilt text, which the limits go by, are
 // those in the input plus what `done` has grown by.
-Text Replaced(const std::u16string& text, const Text& find, const Text& replacement,
-              const Collation& collation) {
-  const std::int16_t find_length = NarrowTo16(find.Length());
-  const TextSearch search(text, find.Characters(), collation);
+Text Replaced(const std::u16string& text, const TextSearch& search, std::int16_t find_length,
+              const Text& replacement) {
+  const std::int32_t replacement_length = replacement.Length();
   std::u16string done;
+  done.reserve(text.size());
   std::size_t next = 0;
   for (;;) {
     const std::size_t found = search.Find(next);
     if (found == TextSearch::kNone) break;
     const std::int16_t position = NarrowTo16(done.size() + (found - next) + 1);
     static_cast<void>(CheckedAdd(position, find_length));
-    static_cast<void>(CheckedAdd<std::int32_t>(position, replacement.Length()));
-    if (done.empty()) done.reserve(text.size());
+    static_cast<void>(CheckedAdd<std::int32_t>(position, replacement_length));
     done.append(text, next, found - next).append(replacement.Characters());
-    next = found + find.Characters().size();
+    next = found + static_cast<std::size_t>(find_length);
   }
   return Text(done.append(text, next));
+}
+
+Text ReplacedPlainly(const Text& text, const Text& find, const Text& replacement) {
+  if (text.IsEmpty() || find.IsEmpty()) return u"";
+  const std::int16_t find_length = NarrowTo16(find.Length());
+  return Replaced(text.Characters(), TextSearch(text.Characters(), find.Characters()), find_length,
+                  replacement);
+}
+
+Text ReplacedByCollation(const Text& text, const Text& find, const Text& replacement,
+                         const Collation& collation) {
+  if (EqualsEmpty(text, collation) || EqualsEmpty(find, collation)) return u"";
+  const std::int16_t find_length = NarrowTo16(find.Length());
+  return Replaced(text.Characters(), TextSearch(text.Characters(), find.Characters(), collation),
+                  find_length, replacement);
 }
 
 // The characters from a 1-based position on, at most `count`; none behind the end.
@@ -89,8 +103,10 @@ std::int32_t LastPosition(const Text& text, const Text& find, const Collation& c
 Text ReplaceAll(const Text& text, const Text& find, const Text& replacement,
                 const Collation& collation) {
   try {
-    if (EqualsEmpty(text, collation) || EqualsEmpty(find, collation)) return u"";
-    return Replaced(text.Characters(), find, replacement, collation);
+    const bool plain =
+        IsPlain(find.Characters(), collation) && IsPlain(text.Characters(), collation);
+    return plain ? ReplacedPlainly(text, find, replacement)
+                 : ReplacedByCollation(text, find, replacement, collation);
   } catch (...) {
     return text;
   }

@@ -1,17 +1,9 @@
 #include "text/text_search.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace quorvane {
 namespace {
-
-// Without a branch in the loop, so that it goes many characters at a time.
-bool IsPlainAscii(std::u16string_view text) {
-  unsigned beyond = 0;
-  for (const char16_t c : text) beyond |= static_cast<unsigned>(c - 0x20U > 0x7EU - 0x20U);
-  return beyond == 0;
-}
 
 std::string Small(std::u16string_view plain_text) {
   std::string small(plain_text.size(), '\0');
@@ -37,26 +29,32 @@ std::vector<std::uint16_t> FallbackOf(const std::string& sought) {
 
 }  // namespace
 
-TextSearch::TextSearch(std::u16string_view text, std::u16string_view sought,
-                       const Collation& collation)
-    : text_(text),
-      sought_(sought),
-      collation_(collation),
-      is_plain_(collation.FoldsAsciiPlainly() && IsPlainAscii(sought) && IsPlainAscii(text)) {
-  if (!is_plain_) return;
-  small_text_ = Small(text);
-  small_sought_ = Small(sought);
-  fallback_ = FallbackOf(small_sought_);
+bool IsPlain(std::u16string_view text, const Collation& collation) {
+  if (!collation.FoldsAsciiPlainly()) return false;
+  // Without a branch in the loop, so that it goes many characters at a time.
+  unsigned beyond = 0;
+  for (const char16_t c : text) beyond |= static_cast<unsigned>(c - 0x20U > 0x7EU - 0x20U);
+  return beyond == 0;
 }
 
+TextSearch::TextSearch(std::u16string_view text, std::u16string_view sought)
+    : text_(text),
+      sought_(sought),
+      small_text_(Small(text)),
+      small_sought_(Small(sought)),
+      fallback_(FallbackOf(small_sought_)) {}
+
+TextSearch::TextSearch(std::u16string_view text, std::u16string_view sought,
+                       const Collation& collation)
+    : text_(text), sought_(sought), collation_(&collation) {}
+
 std::size_t TextSearch::FindPlain(std::size_t from) const {
-  const std::size_t size = small_text_.size();
+  const char first = small_sought_.front();
   std::size_t matched = 0;
-  for (std::size_t i = from; i < size; ++i) {
-    if (matched == 0) {
-      const void* first = std::memchr(small_text_.data() + i, small_sought_[0], size - i);
-      if (first == nullptr) return kNone;
-      i = static_cast<std::size_t>(static_cast<const char*>(first) - small_text_.data());
+  for (std::size_t i = from; i < small_text_.size(); ++i) {
+    if (matched == 0 && small_text_[i] != first) {
+      i = small_text_.find(first, i);
+      if (i == std::string::npos) break;
     }
     while (matched > 0 && small_text_[i] != small_sought_[matched]) matched = fallback_[matched];
     if (small_text_[i] == small_sought_[matched]) ++matched;
@@ -67,7 +65,7 @@ std::size_t TextSearch::FindPlain(std::size_t from) const {
 
 std::size_t TextSearch::FindCollated(std::size_t from) const {
   for (std::size_t i = from; i + sought_.size() <= text_.size(); ++i) {
-    if (collation_.AreEqual(text_.substr(i, sought_.size()), sought_)) return i;
+    if (collation_->AreEqual(text_.substr(i, sought_.size()), sought_)) return i;
   }
   return kNone;
 }

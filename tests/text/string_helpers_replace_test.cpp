@@ -143,13 +143,13 @@ TEST(ReplaceAll, GivesTheTextBackWhateverFails) {
 TEST(ReplaceAll, ComparesPlainAsciiItself) {
   const FakeCollation collation;
   EXPECT_EQ(ReplaceAll(Text(30000, u'A'), u"a", u"x", collation), Text(30000, u'x'));
-  EXPECT_EQ(collation.questions, 2);  // the guards
+  EXPECT_EQ(collation.questions, 0);
 }
 
 TEST(ReplaceAll, AsksTheCollationOncePerPlaceForOtherTexts) {
   const FakeCollation collation;
   static_cast<void>(ReplaceAll(Text(1000, u'\u00E9'), u"ab", u"x", collation));
-  EXPECT_EQ(collation.questions, 2 + 999);
+  EXPECT_EQ(collation.questions, 2 + 999);  // the guards, too
 }
 
 TEST(ReplaceAll, AsksTheCollationWhereAsciiIsNotPlain) {
