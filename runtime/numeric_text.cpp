@@ -148,7 +148,7 @@ std::string PositiveToText(const DecimalDigits& number) {
   }
   const std::size_t whole = is_plain ? static_cast<std::size_t>(exponent) + 1 : 1;
   if (digits.size() < whole) digits.append(whole - digits.size(), '0');
-  if (digits.size() > whole) digits.insert(whole, ".");
+  if (digits.size() > whole) digits.insert(whole, 1, '.');
   if (is_plain) return digits;
   const std::string power = std::to_string(std::abs(exponent));
   return digits + (exponent < 0 ? "E-" : "E+") + (power.size() < 2 ? "0" : "") + power;
