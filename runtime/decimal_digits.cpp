@@ -5,29 +5,19 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <string>
-#include <vector>
+#include <string_view>
 
 namespace quorvane {
 namespace {
 
-// A natural number of any size, in limbs of nine decimal digits, the lowest first.
+// The largest number met is the mantissa of the least double times 5^1074: 767 digits.
+constexpr std::size_t kLimbs = 90;
+constexpr int kDigitsPerLimb = 9;
+
+// A natural number in limbs of nine decimal digits, the lowest first.
 class Natural {
  public:
-  explicit Natural(std::uint64_t value) {
-    for (; value != 0; value /= kLimb) limbs_.push_back(static_cast<std::uint32_t>(value % kLimb));
-  }
-
-  void MultiplyBy(std::uint32_t factor) {
-    std::uint64_t carry = 0;
-    for (std::uint32_t& limb : limbs_) {
-      carry += std::uint64_t{limb} * factor;
-      limb = static_cast<std::uint32_t>(carry % kLimb);
-      carry /= kLimb;
-    }
-    // Up to 2^32, which is more than one limb holds.
-    for (; carry != 0; carry /= kLimb) limbs_.push_back(static_cast<std::uint32_t>(carry % kLimb));
-  }
+  explicit Natural(std::uint64_t value) { Push(value); }
 
   // In steps as large as a factor can be.
   void MultiplyByPower(std::uint32_t base, int exponent) {
@@ -42,26 +32,45 @@ class Natural {
     MultiplyBy(factor);
   }
 
-  [[nodiscard]] std::string Digits() const {
-    std::string reversed;
-    for (std::uint32_t limb : limbs_) {
-      for (int i = 0; i < 9; ++i, limb /= 10) reversed += static_cast<char>('0' + limb % 10);
+  // Writes all digits to the end of `room` and gives them, without leading zeros.
+  std::string_view Digits(std::array<char, kLimbs * kDigitsPerLimb>& room) const {
+    std::size_t start = room.size();
+    for (std::size_t i = 0; i < size_; ++i) {
+      std::uint32_t limb = limbs_[i];
+      for (int digit = 0; digit < kDigitsPerLimb; ++digit, limb /= 10) {
+        room[--start] = static_cast<char>('0' + limb % 10);
+      }
     }
-    while (!reversed.empty() && reversed.back() == '0') reversed.pop_back();
-    return {reversed.rbegin(), reversed.rend()};
+    while (start < room.size() && room[start] == '0') ++start;
+    return {room.data() + start, room.size() - start};
   }
 
  private:
   static constexpr std::uint32_t kLimb = 1'000'000'000;
 
-  std::vector<std::uint32_t> limbs_;
+  void MultiplyBy(std::uint32_t factor) {
+    std::uint64_t carry = 0;
+    for (std::size_t i = 0; i < size_; ++i) {
+      carry += std::uint64_t{limbs_[i]} * factor;
+      limbs_[i] = static_cast<std::uint32_t>(carry % kLimb);
+      carry /= kLimb;
+    }
+    Push(carry);
+  }
+
+  void Push(std::uint64_t value) {
+    for (; value != 0; value /= kLimb) limbs_[size_++] = static_cast<std::uint32_t>(value % kLimb);
+  }
+
+  std::array<std::uint32_t, kLimbs> limbs_;
+  std::size_t size_ = 0;
 };
 
 // Whether what stands behind the kept digits rounds the last of them up.
-bool RoundsUp(const std::string& digits, std::size_t kept) {
+bool RoundsUp(std::string_view digits, std::size_t kept) {
   if (digits.size() <= kept || digits[kept] != '5')
     return digits.size() > kept && digits[kept] > '5';
-  const bool is_tie = digits.find_first_not_of('0', kept + 1) == std::string::npos;
+  const bool is_tie = digits.find_first_not_of('0', kept + 1) == std::string_view::npos;
   return !is_tie || (digits[kept - 1] - '0') % 2 != 0;
 }
 
@@ -93,7 +102,8 @@ DecimalDigits FifteenDigits(double value) {
   const int fraction_digits = std::max(-exponent, 0);
   number.MultiplyByPower(2, exponent);
   number.MultiplyByPower(5, fraction_digits);
-  const std::string digits = number.Digits();
+  std::array<char, kLimbs * kDigitsPerLimb> room;
+  const std::string_view digits = number.Digits(room);
 
   DecimalDigits result{};
   result.digits.fill('0');

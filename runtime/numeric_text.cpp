@@ -1,10 +1,12 @@
 #include "runtime/numeric_text.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdlib>
 #include <limits>
-#include <string>
+#include <string_view>
 
 #include "runtime/decimal_digits.h"
 #include "runtime/integers.h"
@@ -137,21 +139,44 @@ Integer RoundTo(double value) {
   return static_cast<Integer>(rounded);
 }
 
-// As the format %.15G of the C library has it.
-std::string PositiveToText(const DecimalDigits& number) {
-  std::string digits(number.digits.begin(), number.digits.end());
-  digits.erase(digits.find_last_not_of('0') + 1);
-  const int exponent = number.exponent;
-  const bool is_plain = exponent >= -4 && exponent < static_cast<int>(number.digits.size());
-  if (is_plain && exponent < 0) {
-    return "0." + std::string(static_cast<std::size_t>(-exponent - 1), '0') + digits;
+// A text of limited length while it is written.
+class ShortText {
+ public:
+  void Put(char character) { characters_[size_++] = static_cast<char16_t>(character); }
+  void PutAll(std::string_view text) {
+    for (const char character : text) Put(character);
   }
-  const std::size_t whole = is_plain ? static_cast<std::size_t>(exponent) + 1 : 1;
-  if (digits.size() < whole) digits.append(whole - digits.size(), '0');
-  if (digits.size() > whole) digits.insert(whole, 1, '.');
-  if (is_plain) return digits;
-  const std::string power = std::to_string(std::abs(exponent));
-  return digits + (exponent < 0 ? "E-" : "E+") + (power.size() < 2 ? "0" : "") + power;
+  [[nodiscard]] Text ToText() const { return Text(std::u16string_view(characters_.data(), size_)); }
+
+ private:
+  std::array<char16_t, 32>
+      characters_;  // the longest is "-0.000" with 15 digits, or with an exponent
+  std::size_t size_ = 0;
+};
+
+void PutExponent(int exponent, ShortText& text) {
+  text.PutAll(exponent < 0 ? "E-" : "E+");
+  const int power = std::abs(exponent);
+  if (power >= 100) text.Put(static_cast<char>('0' + power / 100));
+  text.Put(static_cast<char>('0' + power / 10 % 10));
+  text.Put(static_cast<char>('0' + power % 10));
+}
+
+// As the format %.15G of the C library has it.
+void PutPositive(const DecimalDigits& number, ShortText& text) {
+  int count = static_cast<int>(number.digits.size());
+  const bool is_plain = number.exponent >= -4 && number.exponent < count;
+  while (number.digits[static_cast<std::size_t>(count - 1)] == '0') --count;
+
+  // The places of the digits, counted from the first; the decimal point stands behind place
+  // `units`.
+  const int units = is_plain ? number.exponent : 0;
+  for (int place = std::min(units, 0); place < std::max(count, units + 1); ++place) {
+    const bool has_digit = place >= 0 && place < count;
+    text.Put(has_digit ? number.digits[static_cast<std::size_t>(place)] : '0');
+    if (place == units && place + 1 < count) text.Put('.');
+  }
+  if (!is_plain) PutExponent(number.exponent, text);
 }
 
 double TextToDouble(const Text& text) {
@@ -189,13 +214,16 @@ std::int16_t TextToInteger16(const Text& text) { return RoundTo16(TextToDouble(t
 std::int32_t TextToInteger32(const Text& text) { return RoundTo32(TextToDouble(text)); }
 
 Text NumberToText(double value) {
-  std::string text = std::signbit(value) ? "-" : "";
+  ShortText text;
+  if (std::signbit(value)) text.Put('-');
   if (!(std::abs(value) <= std::numeric_limits<double>::max())) {
-    text += value != value ? "NAN" : "INF";
+    text.PutAll(value != value ? "NAN" : "INF");
+  } else if (value == 0) {
+    text.Put('0');
   } else {
-    text += value == 0 ? "0" : PositiveToText(FifteenDigits(std::abs(value)));
+    PutPositive(FifteenDigits(std::abs(value)), text);
   }
-  return Text(std::u16string(text.begin(), text.end()));
+  return text.ToText();
 }
 
 }  // namespace quorvane
