@@ -5,7 +5,7 @@
 namespace quorvane::examples {
 
 /// The system's text for one of its codes (an HRESULT also), in UTF-8 and without a line end;
-/// "error N" when it has none.
+/// "code 0x80040154" when it has none.
 [[nodiscard]] std::string SystemMessage(unsigned long code);
 
 }  // namespace quorvane::examples

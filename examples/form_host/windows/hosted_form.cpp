@@ -4,7 +4,6 @@
 
 #include <cmath>
 
-#include "examples/common/windows/system_message.h"
 #include "examples/form_host/settings.h"
 #include "examples/form_host/windows/form_property_bag.h"
 #include "examples/form_host/windows/form_window.h"
@@ -25,10 +24,12 @@ ComPtr<IOleObject> CreateControl() {
   const HRESULT result =
       ::CoCreateInstance(kSecurityCtrl, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IOleObject),
                          reinterpret_cast<void**>(control.Receive()));
-  if (SUCCEEDED(result)) return control;
-  throw RuntimeError{result, u"QuorvaneSecurity.SecurityCtrl",
-                     FromUtf8(SystemMessage(static_cast<unsigned long>(result)) +
-                              "; is the module registered? regsvr32 QuorvaneSecurity.ocx")};
+  if (result == REGDB_E_CLASSNOTREG) {
+    throw RuntimeError{result, u"CoCreateInstance",
+                       u"The control is not registered; do so by regsvr32 QuorvaneSecurity.ocx"};
+  }
+  Check(result, u"CoCreateInstance");
+  return control;
 }
 
 // Units of 0.01 mm to 1/1440 inch.
