@@ -1,5 +1,6 @@
 // The text of a form file: see form_file.h for its rules.
 
+#include <array>
 #include <charconv>
 #include <optional>
 
@@ -20,9 +21,13 @@ struct Escape {
   char letter;
   char16_t character;
 };
-constexpr Escape kEscapes[] = {
-    {'"', u'"'}, {'\\', u'\\'}, {'n', u'\n'}, {'r', u'\r'}, {'t', u'\t'},
-};
+constexpr auto kEscapes = std::to_array<Escape>({
+    {'"', u'"'},
+    {'\\', u'\\'},
+    {'n', u'\n'},
+    {'r', u'\r'},
+    {'t', u'\t'},
+});
 
 // One line of the file, eaten from the left.
 class Line {
@@ -155,7 +160,7 @@ std::optional<std::string> Escaped(char16_t c) {
   for (const Escape& escape : kEscapes)
     if (escape.character == c) return std::string{'\\', escape.letter};
   if (c >= 0x20 && !IsSurrogate(c)) return std::nullopt;
-  constexpr char kDigits[] = "0123456789ABCDEF";
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
   return std::string{
       '\\', 'u', kDigits[c >> 12], kDigits[(c >> 8) & 15], kDigits[(c >> 4) & 15], kDigits[c & 15]};
 }

@@ -12,7 +12,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // No form comes near it; a file beyond it was named by mistake.
-constexpr std::uintmax_t kLargestForm = 16 * 1024 * 1024;
+constexpr std::uintmax_t kLargestForm = 16ULL * 1024 * 1024;
 
 fs::path PathOf(const std::string& utf8) {
   return fs::path(std::u8string(utf8.begin(), utf8.end()));

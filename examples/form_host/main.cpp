@@ -47,11 +47,15 @@ constexpr int kTwipsPerPixel = 15;
 
 // What the words ask for.
 struct Task {
-  explicit Task(const Arguments& arguments) : save_to(arguments.Value("--save")) {
-    arguments.RequireOperands(1, 1, "FORM");
-    form = arguments.Operands().front();
+  explicit Task(const Arguments& arguments)
+      : form(FormOf(arguments)), save_to(arguments.Value("--save")) {
     for (const std::string& word : arguments.Values("--set")) changes.push_back(ParseChange(word));
     if (changes.empty()) changes.push_back({u"ServerPort", u"8081"});
+  }
+
+  static const std::string& FormOf(const Arguments& arguments) {
+    arguments.RequireOperands(1, 1, "FORM");
+    return arguments.Operands().front();
   }
 
   std::string form;

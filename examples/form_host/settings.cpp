@@ -27,7 +27,7 @@ Change ParseChange(std::string_view word) {
   const std::size_t equals = word.find('=');
   if (equals == std::string_view::npos)
     throw UsageError("--set wants NAME=VALUE: '" + std::string(word) + "'");
-  const Change change{FromUtf8(word.substr(0, equals)), FromUtf8(word.substr(equals + 1))};
+  Change change{FromUtf8(word.substr(0, equals)), FromUtf8(word.substr(equals + 1))};
   const bool is_known = std::ranges::any_of(
       kSettings, [&](const char16_t* name) { return change.setting == Text(name); });
   if (!is_known) {

@@ -1,5 +1,6 @@
 #include "examples/quorvane/commands.h"
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -7,17 +8,18 @@ namespace quorvane::examples {
 namespace {
 
 // The table of subcommands: one line for each family, see commands.h.
-constexpr std::span<const Command> (*kFamilies[])() = {
+using Family = std::span<const Command> (*)();
+constexpr auto kFamilies = std::to_array<Family>({
     CrcCommands,
     FormCommands,
     TextCommands,
     GradientCommands,
     HostCommands,
-};
+});
 
 std::vector<Command> Collect() {
   std::vector<Command> all;
-  for (const auto family : kFamilies) {
+  for (const Family family : kFamilies) {
     const std::span<const Command> commands = family();
     all.insert(all.end(), commands.begin(), commands.end());
   }

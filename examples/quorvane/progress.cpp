@@ -5,7 +5,7 @@
 namespace quorvane::examples {
 namespace {
 
-constexpr std::int64_t kLargeFile = 16 * 1024 * 1024;
+constexpr std::int64_t kLargeFile = 16LL * 1024 * 1024;
 constexpr std::size_t kBarWidth = 40;
 constexpr std::size_t kLineWidth = kBarWidth + 8;  // "[...] 100 %"
 

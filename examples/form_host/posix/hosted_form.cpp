@@ -3,6 +3,7 @@
 
 #include "examples/form_host/hosted_form.h"
 
+#include <array>
 #include <future>
 #include <utility>
 
@@ -35,6 +36,8 @@ class StandInForm final : public HostedForm, private ControlSite {
   explicit StandInForm(ChangeListener listener) : listener_(std::move(listener)) {
     control_.Initialize();
   }
+  StandInForm(const StandInForm&) = delete;
+  StandInForm& operator=(const StandInForm&) = delete;
   ~StandInForm() override { control_.Terminate(); }
 
   void Load(FormBag& bag) override {
@@ -70,7 +73,7 @@ class StandInForm final : public HostedForm, private ControlSite {
   static const Member& MemberOf(const Text& name) {
     using Control = SecurityCtrl;
     using Value = TaggedValue;
-    static constexpr Member kMembers[] = {
+    static constexpr auto kMembers = std::to_array<Member>({
         {u"ServerAddress", [](const Control& c) { return Value(c.ServerAddress()); },
          [](Control& c, const Value& v) { c.PutServerAddress(v.ToText()); }},
         {u"ServerPort", [](const Control& c) { return Value(c.ServerPort()); },
@@ -85,7 +88,7 @@ class StandInForm final : public HostedForm, private ControlSite {
          [](Control& c, const Value& v) { c.PutUserName(v.ToText()); }},
         {u"Password", [](const Control& c) { return Value(c.Password()); },
          [](Control& c, const Value& v) { c.PutPassword(v.ToText()); }},
-    };
+    });
     for (const Member& member : kMembers)
       if (name == Text(member.name)) return member;
     constexpr std::int32_t kNoSuchMember = 438;
