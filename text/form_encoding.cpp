@@ -1,7 +1,9 @@
 #include "text/form_encoding.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -18,93 +20,89 @@ constexpr std::u16string_view kPassThrough =
     u"1234567890ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz:/.?=_-$(){}~&";
 
 constexpr std::size_t kAsciiCount = 128;
+constexpr std::size_t kLongestPiece = 5;
 
-enum class Class : std::uint8_t { kEscape, kPass, kBlank };
-
-constexpr auto kClasses = [] {
-  std::array<Class, kAsciiCount> classes{};
-  for (const char16_t c : kPassThrough) classes[c] = Class::kPass;
-  classes[u' '] = Class::kBlank;
-  return classes;
-}();
-
-// The encoded text, written through a block so that the common piece of one or three characters
-// costs no test of the string's own capacity.
-class Output {
- public:
-  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): what Add has not written is not read
-  explicit Output(std::size_t expected) { text_.reserve(expected); }
-
-  void Add(char16_t character) {
-    if (used_ == block_.size()) Flush();
-    block_[used_++] = character;
-  }
-
-  void AddEscape(std::uint32_t code) {
-    Add(u'%');
-    // Kept: a code of two bytes comes out as one piece of four digits behind a single percent sign,
-    // which is no well-formed escape; servers of double-byte systems take it apart. Pinned by
-    // FormEncode.WritesATwoByteCharacterAsOnePiece.
-    if (code > 0xFF) {
-      Add(Digit(code >> 12));
-      Add(Digit(code >> 8));
-    }
-    Add(Digit(code >> 4));
-    Add(Digit(code));
-  }
-
-  Text Take() {
-    Flush();
-    return Text(std::move(text_));
-  }
-
- private:
-  static char16_t Digit(std::uint32_t value) { return u"0123456789ABCDEF"[value & 0xF]; }
-
-  void Flush() {
-    text_.append(block_.data(), used_);
-    used_ = 0;
-  }
-
-  std::u16string text_;
-  std::array<char16_t, 1024> block_;  // NOLINT: written before it is read
-  std::size_t used_ = 0;
+// What one character becomes. All of `characters` is copied, of which the first `length` count.
+struct Piece {
+  std::array<char16_t, 3> characters;
+  std::uint16_t length;
 };
 
-// The code of one character in the page: one byte, or lead and trail byte.
-std::uint32_t CodeOf(char16_t character, const CodePage& code_page) {
-  // Every page of the system holds ASCII at its own places.
-  if (character < kAsciiCount) return character;
-  const std::string bytes = code_page.ToBytes({&character, 1});
-  const auto byte = [&bytes](std::size_t i) {
-    return static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[i]));
-  };
-  if (bytes.size() == 1) return byte(0);
-  if (bytes.size() == 2) return byte(0) << 8 | byte(1);
-  return u'?';
+constexpr char16_t HexDigit(std::uint32_t value) { return u"0123456789ABCDEF"[value & 0xF]; }
+
+// By the code of one byte. A character above ASCII may have the code of a blank, too: the nearest
+// one that its page holds.
+constexpr auto kPiecesOfBytes = [] {
+  std::array<Piece, 256> pieces{};
+  for (std::uint32_t code = 0; code < pieces.size(); ++code)
+    pieces[code] = {{u'%', HexDigit(code >> 4), HexDigit(code)}, 3};
+  pieces[u' '] = {{u'+'}, 1};
+  return pieces;
+}();
+
+// By the character. Every page of the system holds ASCII at its own places.
+constexpr auto kAsciiPieces = [] {
+  std::array<Piece, kAsciiCount> pieces{};
+  std::copy_n(kPiecesOfBytes.begin(), kAsciiCount, pieces.begin());
+  for (const char16_t c : kPassThrough) pieces[c] = {{c}, 1};
+  return pieces;
+}();
+
+// Writes into at least kLongestPiece characters of room; gives the end of the piece.
+char16_t* Write(const Piece& piece, char16_t* out) {
+  std::memcpy(out, piece.characters.data(), sizeof piece.characters);
+  return out + piece.length;
 }
 
-void Encode(char16_t character, const CodePage& code_page, Output& output) {
-  const Class kind = character < kAsciiCount ? kClasses[character] : Class::kEscape;
-  if (kind == Class::kPass) return output.Add(character);
-  if (kind == Class::kBlank) return output.Add(u'+');
-  const std::uint32_t code = CodeOf(character, code_page);
-  // A character whose nearest one in the page is the blank.
-  if (code == u' ') return output.Add(u'+');
-  output.AddEscape(code);
+// Kept: a code of two bytes comes out as one piece of four digits behind a single percent sign,
+// which is no well-formed escape; servers of double-byte systems take it apart. Pinned by
+// FormEncode.WritesATwoByteCharacterAsOnePiece.
+char16_t* WriteTwoBytes(std::uint32_t lead, std::uint32_t trail, char16_t* out) {
+  for (const char16_t c :
+       {u'%', HexDigit(lead >> 4), HexDigit(lead), HexDigit(trail >> 4), HexDigit(trail)})
+    *out++ = c;
+  return out;
+}
+
+char16_t* WriteThroughPage(char16_t character, const CodePage& code_page, char16_t* out) {
+  const std::string bytes = code_page.ToBytes({&character, 1});
+  const auto byte = [&bytes](std::size_t i) {
+    return std::uint32_t{static_cast<unsigned char>(bytes[i])};
+  };
+  if (bytes.size() == 1) return Write(kPiecesOfBytes[byte(0)], out);
+  if (bytes.size() == 2) return WriteTwoBytes(byte(0), byte(1), out);
+  return Write(kPiecesOfBytes[u'?'], out);
+}
+
+// How long the encoded text will be, if no character takes two bytes.
+std::size_t ExpectedLength(std::u16string_view characters) {
+  std::size_t length = 0;
+  for (const char16_t c : characters) length += c < kAsciiCount ? kAsciiPieces[c].length : 3U;
+  return length;
 }
 
 // Kept: position and length are 16 bits wide and the step behind the last character is tested, too,
 // so 32767 characters fail after all of them are encoded, and more fail at once; the empty text is
 // what callers test for. Pinned by FormEncode.HoldsAtMost32766Characters.
 Text EncodeAll(const std::u16string& characters, const CodePage& code_page) {
-  Output output(characters.size());
   const std::int16_t length = NarrowTo16(characters.size());
+  std::u16string encoded;
+  encoded.reserve(ExpectedLength(characters));
+  // Pieces are collected here, so that adding one costs no test of the text's own room.
+  std::array<char16_t, 1024> block;  // NOLINT(cppcoreguidelines-pro-type-member-init)
+  char16_t* end = block.data();
+  const char16_t* const full = block.data() + block.size() - kLongestPiece;
   for (std::int16_t position = 1; position <= length;
        position = CheckedAdd<std::int16_t>(position, 1)) {
-    Encode(characters[static_cast<std::size_t>(position) - 1], code_page, output);
+    const char16_t character = characters[static_cast<std::size_t>(position) - 1];
+    end = character < kAsciiCount ? Write(kAsciiPieces[character], end)
+                                  : WriteThroughPage(character, code_page, end);
+    if (end <= full) continue;
+    encoded.append(block.data(), end);
+    end = block.data();
   }
-  return output.Take();
+  encoded.append(block.data(), end);
+  return Text(std::move(encoded));
 }
 
 }  // namespace

@@ -24,6 +24,16 @@ static_assert(kHeader.size() == 49);
 constexpr auto kFailureText = u"Error : Unable to connect to the Internet";
 constexpr std::size_t kBlockSize = 2048;
 
+template <class Unit>
+using Block = std::array<Unit, kBlockSize>;
+
+// Whether each byte is the character of the same number, as ASCII is in every page of the system.
+bool IsAscii(const Block<char>& block) {
+  unsigned char all = 0;
+  for (const char byte : block) all |= static_cast<unsigned char>(byte);
+  return all < 0x80;
+}
+
 // For results that nobody looks at, on purpose.
 void Ignore(std::int32_t /*result*/) {}
 
@@ -143,8 +153,13 @@ class FormPost {
   // pair of bytes that two blocks share is lost; single-byte pages never meet it. Pinned by
   // PostFormRequest.CountsTheReplyInBytesUnderATwoBytePage.
   void AppendToReply(std::uint32_t count) {
-    const std::u16string characters = code_page_.FromBytes({block_.data(), block_.size()});
-    reply_.append(characters, 0, count);
+    if (IsAscii(block_)) {
+      Block<char16_t> characters;
+      std::ranges::copy(block_, characters.begin());
+      reply_.append(characters.data(), std::min<std::size_t>(count, kBlockSize));
+    } else {
+      reply_.append(code_page_.FromBytes({block_.data(), kBlockSize}), 0, count);
+    }
   }
 
   void CloseAll() {
@@ -174,7 +189,7 @@ class FormPost {
   InternetHandle session_ = 0;
   InternetHandle connection_ = 0;
   InternetHandle request_ = 0;
-  std::array<char, kBlockSize> block_{};
+  Block<char> block_{};
   std::u16string reply_;
 };
 
