@@ -57,21 +57,14 @@ char16_t* Write(const Piece& piece, char16_t* out) {
 // Kept: a code of two bytes comes out as one piece of four digits behind a single percent sign,
 // which is no well-formed escape; servers of double-byte systems take it apart. Pinned by
 // FormEncode.WritesATwoByteCharacterAsOnePiece.
-char16_t* WriteTwoBytes(std::uint32_t lead, std::uint32_t trail, char16_t* out) {
-  for (const char16_t c :
-       {u'%', HexDigit(lead >> 4), HexDigit(lead), HexDigit(trail >> 4), HexDigit(trail)})
-    *out++ = c;
+char16_t* WriteTwoBytes(std::uint32_t code, char16_t* out) {
+  *out++ = u'%';
+  for (const int shift : {12, 8, 4, 0}) *out++ = HexDigit(code >> shift);
   return out;
 }
 
-char16_t* WriteThroughPage(char16_t character, const CodePage& code_page, char16_t* out) {
-  const std::string bytes = code_page.ToBytes({&character, 1});
-  const auto byte = [&bytes](std::size_t i) {
-    return std::uint32_t{static_cast<unsigned char>(bytes[i])};
-  };
-  if (bytes.size() == 1) return Write(kPiecesOfBytes[byte(0)], out);
-  if (bytes.size() == 2) return WriteTwoBytes(byte(0), byte(1), out);
-  return Write(kPiecesOfBytes[u'?'], out);
+char16_t* WriteCode(std::uint16_t code, char16_t* out) {
+  return code <= 0xFF ? Write(kPiecesOfBytes[code], out) : WriteTwoBytes(code, out);
 }
 
 // How long the encoded text will be, if no character takes two bytes.
@@ -95,8 +88,9 @@ Text EncodeAll(const std::u16string& characters, const CodePage& code_page) {
   for (std::int16_t position = 1; position <= length;
        position = CheckedAdd<std::int16_t>(position, 1)) {
     const char16_t character = characters[static_cast<std::size_t>(position) - 1];
-    end = character < kAsciiCount ? Write(kAsciiPieces[character], end)
-                                  : WriteThroughPage(character, code_page, end);
+    end = character < kAsciiCount
+              ? Write(kAsciiPieces[character], end)
+              : WriteCode(static_cast<std::uint16_t>(code_page.CodeOf(character)), end);
     if (end <= full) continue;
     encoded.append(block.data(), end);
     end = block.data();

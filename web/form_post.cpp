@@ -154,7 +154,7 @@ class FormPost {
   // PostFormRequest.CountsTheReplyInBytesUnderATwoBytePage.
   void AppendToReply(std::uint32_t count) {
     if (IsAscii(block_)) {
-      Block<char16_t> characters;
+      Block<char16_t> characters;  // NOLINT(cppcoreguidelines-pro-type-member-init)
       std::ranges::copy(block_, characters.begin());
       reply_.append(characters.data(), std::min<std::size_t>(count, kBlockSize));
     } else {

@@ -78,6 +78,8 @@ class TablePage final : public CodePage {
     return bytes;
   }
 
+  std::int16_t CodeOf(char16_t character) const override { return CodeOfBytes(bytes_[character]); }
+
   std::u16string FromBytes(std::string_view bytes) const override {
     std::u16string characters;
     characters.reserve(bytes.size());

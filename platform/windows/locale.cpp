@@ -14,13 +14,6 @@ class AnsiCodePage final : public CodePage {
     if (characters.empty()) return {};
     const auto* const source = reinterpret_cast<const wchar_t*>(characters.data());
     const int length = NarrowTo32(characters.size());
-    // What takes single characters, one after the other, does not ask for the length first.
-    if (length == 1) {
-      std::array<char, 8> room{};
-      const int count =
-          ::WideCharToMultiByte(CP_ACP, 0, source, 1, room.data(), room.size(), nullptr, nullptr);
-      return {room.data(), static_cast<std::size_t>(count)};
-    }
     const int needed =
         ::WideCharToMultiByte(CP_ACP, 0, source, length, nullptr, 0, nullptr, nullptr);
     std::string bytes(static_cast<std::size_t>(needed), '\0');
@@ -36,6 +29,15 @@ class AnsiCodePage final : public CodePage {
     ::MultiByteToWideChar(CP_ACP, 0, bytes.data(), length,
                           reinterpret_cast<wchar_t*>(characters.data()), needed);
     return characters;
+  }
+
+  // What takes single characters, one after the other, does not ask for the length first.
+  std::int16_t CodeOf(char16_t character) const override {
+    std::array<char, 8> room;  // NOLINT(cppcoreguidelines-pro-type-member-init): the call fills it
+    const auto unit = static_cast<wchar_t>(character);
+    const int count =
+        ::WideCharToMultiByte(CP_ACP, 0, &unit, 1, room.data(), room.size(), nullptr, nullptr);
+    return CodeOfBytes({room.data(), static_cast<std::size_t>(count)});
   }
 };
 

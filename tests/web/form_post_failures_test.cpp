@@ -107,6 +107,7 @@ TEST(PostFormRequest, EndsAtOnceWhenMemoryIsExhausted) {
   const PageThatFailsToRead page;
   PostCase post;
   post.code_page = &page;
+  post.reads = {{"caf\xE9"}};
   const Outcome outcome = post.Run();
   EXPECT_EQ(outcome.result, u"");
   EXPECT_FALSE(outcome.internet_failed);
