@@ -52,8 +52,9 @@ std::vector<std::u16string_view> NamesOf(std::u16string_view path) {
 RegistryStore::RegistryStore(const std::filesystem::path& file) {
   CreatePrivateFolder(file.parent_path());
   database_ = std::make_unique<SqliteDatabase>(file);
-  // Readers go on while a writer is at work.
-  database_->Run("PRAGMA journal_mode = WAL");
+  // Readers go on while a writer is at work; what is written reaches the disk a little later, as
+  // with the platform's own registry, but always as a whole.
+  database_->Run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
   PrepareTables(*database_);
 }
 

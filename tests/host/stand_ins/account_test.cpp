@@ -1,0 +1,89 @@
+// Proves that accounts and identifiers of the stand-in are those of the user database.
+
+#include "platform/posix/account.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <array>
+#include <string>
+
+#include "platform/kernel32.h"
+#include "platform/posix/local_memory.h"
+#include "platform/posix/user_database.h"
+#include "tests/support/raises.h"
+
+namespace quorvane {
+namespace {
+
+std::string TextOf(std::string sid) {
+  sid.resize(68);
+  return account::SidText(reinterpret_cast<const unsigned char*>(sid.data())).value_or("(none)");
+}
+
+TEST(UnixAccount, HasTheUsersNumberInItsIdentifier) {
+  const auto user = CurrentUser();
+  ASSERT_TRUE(user.has_value());
+  EXPECT_EQ(user->id, ::geteuid());
+  const auto found = account::Find(user->name);
+  ASSERT_TRUE(found.has_value());
+  EXPECT_EQ(TextOf(found->sid), "S-1-22-1-" + std::to_string(::geteuid()));
+  EXPECT_EQ(found->domain, "Unix User");
+  EXPECT_EQ(found->type, 1);
+}
+
+TEST(UnixAccount, IsAGroupWhereNoUserHasTheName) {
+  const auto group = account::Find("Unix Group\\root");
+  ASSERT_TRUE(group.has_value());
+  EXPECT_EQ(TextOf(group->sid), "S-1-22-2-0");
+  EXPECT_EQ(group->domain, "Unix Group");
+  EXPECT_EQ(group->type, 2);
+  EXPECT_EQ(account::Find("root")->type, 1) << "the user comes first";
+}
+
+TEST(UnixAccount, IsFoundBehindItsDomainOrTheMachinesName) {
+  for (const std::string& domain :
+       {std::string("unix user"), HostName(), std::string("localhost")}) {
+    EXPECT_TRUE(account::Find(domain + "\\root").has_value()) << domain;
+  }
+  EXPECT_FALSE(account::Find("ELSEWHERE\\root").has_value());
+  EXPECT_FALSE(account::Find("").has_value());
+  EXPECT_FALSE(account::Find("no such user").has_value());
+}
+
+TEST(UnixAccount, KnowsItsMachine) {
+  EXPECT_TRUE(account::IsThisMachine("\\\\" + HostName()));
+  EXPECT_TRUE(account::IsThisMachine("LOCALHOST"));
+  EXPECT_FALSE(account::IsThisMachine("elsewhere"));
+}
+
+TEST(SidText, WritesRevisionAuthorityAndParts) {
+  EXPECT_EQ(TextOf(std::string("\1\1\0\0\0\0\0\5\x12", 9)), "S-1-5-18");
+  EXPECT_EQ(TextOf(std::string("\1\0\0\0\0\0\0\1", 8)), "S-1-1");
+  EXPECT_EQ(TextOf(std::string("\1\1\0\0\0\0\0\5\xFF\xFF\xFF\xFF", 12)), "S-1-5-4294967295");
+  EXPECT_EQ(TextOf(std::string("\1\17", 2)), "S-1-0-0-0-0-0-0-0-0-0-0-0-0-0-0-0-0");
+}
+
+TEST(SidText, RefusesOtherRevisionsAndMoreThanFifteenParts) {
+  EXPECT_EQ(TextOf(std::string("\0", 1)), "(none)");
+  EXPECT_EQ(TextOf("\2"), "(none)");
+  EXPECT_EQ(TextOf("\1\20"), "(none)");
+}
+
+TEST(LocalMemory, IsHandedOutByAddressAndGivenBackOnce) {
+  const std::size_t before = local_memory::BlocksHandedOut();
+  const Address32 address = local_memory::HandOut("S-1");
+  EXPECT_NE(address, kNoAddress);
+  EXPECT_EQ(kernel32().lstrlenA(address), 3);
+  std::array<char, 4> copy{};
+  kernel32().RtlMoveMemory(copy.data(), address, 4);
+  EXPECT_STREQ(copy.data(), "S-1");
+  EXPECT_EQ(testing::ErrorNumberOf([&] { kernel32().RtlMoveMemory(copy.data(), address, 5); }), 5);
+  EXPECT_EQ(kernel32().LocalFree(address), kNoAddress);
+  EXPECT_EQ(kernel32().LocalFree(address), address);
+  EXPECT_EQ(kernel32().lstrlenA(address), 0);
+  EXPECT_EQ(local_memory::BlocksHandedOut(), before);
+}
+
+}  // namespace
+}  // namespace quorvane

@@ -1,0 +1,104 @@
+// Proves that a profile document keeps the bytes of the lines it does not change, in every
+// encoding.
+
+#include "platform/posix/profile_document.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace quorvane {
+namespace {
+
+std::string After(std::string_view before, void (*change)(ProfileDocument&)) {
+  ProfileDocument document(before);
+  change(document);
+  return document.Bytes();
+}
+
+void SetB(ProfileDocument& document) { document.SetValue(u"x", u"b", u"9"); }
+void AddC(ProfileDocument& document) { document.SetValue(u"x", u"c", u"3"); }
+void AddSection(ProfileDocument& document) { document.SetValue(u"new", u"k", u"v"); }
+
+TEST(ProfileDocument, ComesOutAsItWentIn) {
+  const std::string all_kinds[] = {
+      "",
+      "\n",
+      "a",
+      "[x]\r\nb=2\n\r\r\n\n[y",
+      "; comment\n\n  [ x ] behind \n b = 2 \n nosign\n=\n",
+      "\xEF\xBB\xBF[x]\n",
+      "\xEF\xBB\xBF",
+      "[x]\nb=\xFF\xFE no utf-8\n",
+      std::string("\xFF\xFE[\0x\0]\0\r\0\n\0odd", 15),
+      std::string("[x]\nzero=\0\n", 11),
+  };
+  for (const std::string& bytes : all_kinds) EXPECT_EQ(ProfileDocument(bytes).Bytes(), bytes);
+}
+
+TEST(ProfileDocument, ChangesOneLineAndKeepsItsSpelling) {
+  EXPECT_EQ(After(" ; c\n [ X ] \n\n  B = 2 ;\n\ta\t\n", SetB), " ; c\n [ X ] \n\n  B =9\n\ta\t\n");
+  EXPECT_EQ(After("[x]\nb\n", SetB), "[x]\nb=9\n");
+}
+
+TEST(ProfileDocument, AddsBehindTheLastLineThatIsNotBlank) {
+  EXPECT_EQ(After("[x]\nb=2\n; c\n\n \t\n[y]\n", AddC), "[x]\nb=2\n; c\nc=3\n\n \t\n[y]\n");
+  EXPECT_EQ(After("[x]\n\n\n[y]\n", AddC), "[x]\nc=3\n\n\n[y]\n");
+  EXPECT_EQ(After("[x]", AddC), "[x]\nc=3\n");
+}
+
+TEST(ProfileDocument, WritesTheLineEndThatTheFileHas) {
+  EXPECT_EQ(After("[x]\r\nb=2", AddC), "[x]\r\nb=2\r\nc=3\r\n");
+  EXPECT_EQ(After("[x]\rb=2\r", AddC), "[x]\rb=2\rc=3\r");
+  EXPECT_EQ(After("", AddC), "[x]\nc=3\n");
+  EXPECT_EQ(After("[x]\r\nb=2\n", AddSection), "[x]\r\nb=2\n[new]\r\nk=v\r\n");
+}
+
+TEST(ProfileDocument, TakesComments) {
+  const ProfileDocument document("[x]\n;b=1\n ; b=2\n#b=3\nb=4\n");
+  EXPECT_EQ(document.Value(u"x", u"b"), u"4");
+  EXPECT_EQ(document.Value(u"x", u";b"), std::nullopt);
+  EXPECT_EQ(document.Value(u"x", u"#b"), u"3");
+}
+
+TEST(ProfileDocument, CallsTheLinesInFrontASectionWithoutAName) {
+  ProfileDocument document("a=1\n[x]\na=2\n");
+  EXPECT_EQ(document.Value(u"", u"a"), u"1");
+  document.SetValue(u" ", u"z", u"3");
+  EXPECT_EQ(document.Bytes(), "a=1\nz=3\n[x]\na=2\n");
+}
+
+TEST(ProfileDocument, TakesUtf8WhereItIsValidAndTheSystemsPageElse) {
+  EXPECT_EQ(ProfileDocument("[x]\nb=\xC3\xA9\n").Value(u"x", u"b"), u"\u00E9");
+  EXPECT_EQ(ProfileDocument("[x]\nb=\xE9\n").Value(u"x", u"b"), u"\u00E9");
+  ProfileDocument unmarked("[x]\nb=\xE9\n");
+  unmarked.SetValue(u"x", u"c", u"\u20AC");
+  EXPECT_EQ(unmarked.Bytes(), "[x]\nb=\xE9\nc=\x80\n");
+  ProfileDocument fresh("");
+  fresh.SetValue(u"x", u"c", u"\u20AC");
+  EXPECT_EQ(fresh.Bytes(), "[x]\nc=\xE2\x82\xAC\n");
+}
+
+TEST(ProfileDocument, WritesUtf16WhereItReadsIt) {
+  ProfileDocument document(std::string_view("\xFF\xFE[\0x\0]\0\n\0", 10));
+  document.SetValue(u"x", u"c", u"\u20AC");
+  EXPECT_EQ(document.Bytes(), std::string("\xFF\xFE[\0x\0]\0\n\0c\0=\0\xAC\x20\n\0", 18));
+}
+
+TEST(ProfileDocument, FoldsLettersOfEveryScript) {
+  const ProfileDocument document(
+      "[\xD0\x96\xC3\xA9]\nstra\xC3\x9F"
+      "e=1\n");
+  EXPECT_EQ(document.Value(u"\u0436\u00C9", u"STRA\u00DFE"), u"1");
+  EXPECT_EQ(document.Value(u"\u0436\u00C9", u"STRASSE"), std::nullopt);
+}
+
+TEST(ProfileDocument, RemovesAKeyOrAWholeSectionWithItsComments) {
+  EXPECT_EQ(After("[x]\nb=1\nb=2\n", [](ProfileDocument& d) { d.RemoveKey(u"X", u"B"); }),
+            "[x]\nb=2\n");
+  EXPECT_EQ(After("[w]\n[x]\n; c\nb=1\n[y]\n", [](ProfileDocument& d) { d.RemoveSection(u"X"); }),
+            "[w]\n[y]\n");
+}
+
+}  // namespace
+}  // namespace quorvane
