@@ -1,0 +1,246 @@
+"""Proves the host services with other programs as witnesses, through `quorvane` as a shell sees it.
+
+On Windows (in Wine) the registry is seen by the system's own reg.exe and the account by whoami.exe; on Linux by
+SQLite's own module and id. Profile files are seen by Python's configparser, adapters by `ip`.
+The program to test is the words of the command line.
+"""
+
+import configparser
+import json
+import os
+import sqlite3
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+PROGRAM = sys.argv[1:]
+IS_WINDOWS = PROGRAM[-1].endswith(".exe")
+KEY = r"Software\QuorvaneWitness"
+REG = r"C:\windows\system32\reg.exe"
+WHOAMI = r"C:\windows\system32\whoami.exe"
+
+
+def run(*words):
+    return subprocess.run([*PROGRAM, *words], capture_output=True, check=False, timeout=120)
+
+
+def output(*words):
+    done = run(*words)
+    if done.returncode != 0:
+        raise AssertionError(f"{words}: exit code {done.returncode}: {done.stderr.decode()}")
+    return done.stdout.decode()
+
+
+def witness(*words):
+    """What another program says; a Windows one through the same Wine as the program."""
+    return subprocess.run([*PROGRAM[:-1], *words] if IS_WINDOWS else words, capture_output=True, check=True,
+                          timeout=120).stdout.decode()
+
+
+def read(name, hive="HKCU"):
+    return output("registry", "read", hive, KEY, name).rstrip("\n")
+
+
+def write(name, *words):
+    output("registry", "write", "HKCU", KEY, name, *words)
+
+
+class Stores(unittest.TestCase):
+    """Each test has a folder of its own for profile files and, on Linux, for the stand-ins' stores."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        os.environ["XDG_DATA_HOME"] = str(self.folder / "data")
+        os.environ["XDG_CONFIG_HOME"] = str(self.folder / "config")
+
+
+class BesideReg:
+    """For Windows, where reg.exe looks at the same registry."""
+
+    def setUp(self):
+        super().setUp()
+        self.addCleanup(witness, REG, "delete", rf"HKCU\{KEY}", "/f")
+
+    def add(self, name, kind, data):
+        witness(REG, "add", rf"HKCU\{KEY}", "/v", name, "/t", kind, "/d", data, "/f")
+
+    def test_reads_what_reg_adds(self):
+        for kind, data, seen in (("REG_SZ", "hello world", 'string "hello world"'),
+                                 ("REG_DWORD", "0xffffffff", "integer -1"),
+                                 ("REG_DWORD", "12", "integer 12"),
+                                 ("REG_BINARY", "01020384", "integer -2080177663"),
+                                 ("REG_BINARY", "ff", "integer 255"),
+                                 ("REG_BINARY", "010203040506", "integer 67305985"),
+                                 ("REG_EXPAND_SZ", "%PATH%", "empty"),
+                                 ("REG_MULTI_SZ", r"one\0two", "empty"),
+                                 ("REG_NONE", "00", "empty")):
+            self.add("v", kind, data)
+            self.assertEqual(read("v"), seen, (kind, data))
+
+    def test_reg_sees_what_is_written(self):
+        write("text", "hello world")
+        write("number", "--type", "dword", "-1")
+        write("nothing", "--type", "binary", "abc")
+        listing = [line.split(None, 2) for line in witness(REG, "query", rf"HKCU\{KEY}").splitlines() if "REG_" in line]
+        self.assertEqual(sorted(listing), [["number", "REG_DWORD", "0xffffffff"], ["text", "REG_SZ", "hello world"]])
+
+    def test_a_write_of_another_type_makes_the_key_alone(self):
+        write("nothing", "--type", "3", "abc")
+        self.assertNotIn("nothing", witness(REG, "query", rf"HKCU\{KEY}"))
+
+
+class BesideSqlite:
+    """For the stand-in, whose store any SQLite opens."""
+
+    def rows(self, statement, *values):
+        with sqlite3.connect(self.folder / "data/quorvane/registry.db") as store:
+            rows = store.execute(statement, values).fetchall()
+        store.close()
+        return rows
+
+    def test_sqlite_sees_what_is_written(self):
+        write("Text", "hello")
+        write("Number", "--type", "dword", "-2")
+        write("nothing", "--type", "binary", "abc")
+        self.assertEqual(self.rows("SELECT name, type, data FROM value ORDER BY name"),
+                         [("Number", 4, b"\xfe\xff\xff\xff"), ("Text", 1, b"hello\0")])
+        self.assertEqual([name for name, in self.rows("SELECT name FROM key ORDER BY id")],
+                         ["HKEY_CURRENT_USER", "Software", "QuorvaneWitness"])
+        self.assertEqual(self.rows("PRAGMA integrity_check"), [("ok",)])
+
+    def test_reads_what_sqlite_changes(self):
+        write("v", "x")
+        for kind, data, seen in ((1, b"five5\0", 'string "five5"'), (1, b"cut", 'string "cu"'), (1, b"", 'string ""'),
+                                 (3, b"\x01\x02", "integer 513"), (3, b"", "integer 0"),
+                                 (4, b"\xff\xff\xff\xff", "integer -1"), (2, b"x\0", "empty"), (7, b"x\0\0", "empty")):
+            self.rows("UPDATE value SET type = ?, data = ?", kind, data)
+            self.assertEqual(read("v"), seen, (kind, data))
+
+    def test_writers_at_a_time_lose_nothing(self):
+        writers = [subprocess.Popen([*PROGRAM, "registry", "write", "HKCU", KEY, f"n{i}", str(i)]) for i in range(12)]
+        self.assertEqual([writer.wait(timeout=60) for writer in writers], [0] * 12)
+        self.assertEqual([read(f"n{i}") for i in range(12)], [f'string "{i}"' for i in range(12)])
+
+
+class RegistryWitnessed(BesideReg if IS_WINDOWS else BesideSqlite, Stores):
+    """Either of them."""
+
+
+class RegistryByItself(Stores):
+    def test_shows_the_kind_of_the_result(self):
+        self.assertEqual(read("none", hive="HKEY_CURRENT_USER"), "empty")
+        write("quoted", 'say "a\\b"')
+        self.assertEqual(read("quoted"), r'string "say \"a\\b\""')
+        write("quoted", "--", "")
+        self.assertEqual(read("quoted"), 'string ""')
+
+    def test_tells_a_failed_write(self):
+        done = run("registry", "write", "HKCU", KEY, "n", "--type", "dword", "twelve")
+        self.assertEqual((done.returncode, done.stdout), (1, b""))
+        self.assertIn(b"nothing was written", done.stderr)
+
+    def test_refuses_wrong_usage(self):
+        for words in ((), ("read",), ("read", "HKXX", "k", "n"), ("read", "HKCU", "k"), ("show", "HKCU", "k", "n"),
+                      ("write", "HKCU", "k", "n", "v", "--type", "text"), ("read", "HKCU", "k", "n", "--type", "sz")):
+            self.assertEqual(run("registry", *words).returncode, 2, words)
+
+
+class Profiles(Stores):
+    def setUp(self):
+        super().setUp()
+        self.file = self.folder / "a.ini"
+
+    def name(self):
+        return "Z:" + str(self.file).replace("/", "\\") if IS_WINDOWS else str(self.file)
+
+    def write(self, *words):
+        output("profile", "write", *words, "--file", self.name())
+
+    def read(self, section, key):
+        return output("profile", "read", section, key, "--file", self.name()).rstrip("\n")
+
+    def test_another_reader_sees_what_is_written(self):
+        self.write("First", "key", "value")
+        self.write("Second", "key", "1 = 2")
+        self.write("First", "other", "x")
+        seen = configparser.ConfigParser(interpolation=None)
+        seen.read(self.file)
+        self.assertEqual({name: dict(seen[name]) for name in seen.sections()},
+                         {"First": {"key": "value", "other": "x"}, "Second": {"key": "1 = 2"}})
+
+    def test_reads_what_another_writer_wrote(self):
+        written = configparser.ConfigParser(interpolation=None)
+        written["Some Section"] = {"key": "value", "long": "v" * 300, "quoted": '" x "'}
+        with open(self.file, "w", encoding="ascii") as file:
+            written.write(file)
+        self.assertEqual(self.read("some section", "KEY"), "value")
+        self.assertEqual(self.read("Some Section", "long"), "v" * 255)
+        self.assertEqual(self.read("Some Section", "quoted"), " x ")
+        self.assertEqual(self.read("Some Section", "none"), "")
+
+    def test_leaves_other_lines_alone(self):
+        before = "; mine\n[a]\nk=1\n; also mine\n[b]\nk=2\n"
+        self.file.write_text(before, encoding="ascii")
+        self.write("b", "k", "3")
+        after = self.file.read_text(encoding="ascii")
+        self.assertEqual(after, before.replace("k=2", "k=3"))
+
+    def test_takes_a_key_away(self):
+        self.file.write_text("[a]\nk=1\nl=2\n", encoding="ascii")
+        self.write("a", "k")
+        self.assertEqual(self.file.read_text(encoding="ascii").split(), ["[a]", "l=2"])
+
+    def test_keeps_the_systems_own_profile(self):
+        self.assertEqual(output("profile", "write", "QuorvaneWitness", "key", "value"), "")
+        self.assertEqual(output("profile", "read", "quorvanewitness", "KEY"), "value\n")
+        if not IS_WINDOWS:
+            self.assertEqual((self.folder / "config/quorvane/profile.ini").read_text(encoding="ascii"),
+                             "[QuorvaneWitness]\nkey=value\n")
+
+    def test_tells_a_failed_write(self):
+        done = run("profile", "write", "a", "k", "v", "--file", self.name() + "/none/x.ini")
+        self.assertEqual((done.returncode, done.stdout), (1, b""))
+
+
+class Machine(unittest.TestCase):
+    def test_adapters_are_those_of_ip_in_reverse(self):
+        links = json.loads(subprocess.run(["ip", "-j", "link"], capture_output=True, check=True).stdout)
+        addresses = [link["address"].replace(":", "").upper() for link in links if "LOOPBACK" not in link["flags"]]
+        found = output("adapters").split()
+        if IS_WINDOWS:  # Wine lists only adapters that it can bring up as such
+            self.assertTrue(found or not addresses)
+            self.assertEqual(found, [address for address in reversed(addresses) if address in found])
+        else:
+            self.assertEqual(found, [address[:12] for address in reversed(addresses)])
+
+    def test_the_account_is_the_one_that_others_name(self):
+        name = output("user").rstrip("\n")
+        sid = output("sid").rstrip("\n")
+        if IS_WINDOWS:
+            self.assertEqual(name.lower(), witness(WHOAMI).split("\\")[-1].strip().lower())
+            self.assertRegex(sid, r"^S15\d+$")
+        else:
+            self.assertEqual(name, witness("id", "-un").strip())
+            self.assertEqual(sid, "S1221" + witness("id", "-u").strip())
+
+    def test_the_platform_and_its_directory(self):
+        self.assertEqual(output("platform"), "Windows NT\n")
+        directory = output("system-directory").rstrip("\n")
+        if IS_WINDOWS:
+            self.assertEqual(directory.lower(), r"c:\windows\system32")
+        else:
+            maps = Path("/proc/self/maps").read_text(encoding="ascii")
+            libraries = {Path(line.split()[-1]).resolve().parent for line in maps.splitlines() if "/libc.so" in line}
+            self.assertEqual({Path(directory)}, libraries)
+
+    def test_takes_no_arguments(self):
+        for command in ("platform", "system-directory", "sid", "user", "adapters"):
+            self.assertEqual(run(command, "x").returncode, 2, command)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
