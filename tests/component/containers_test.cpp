@@ -6,41 +6,12 @@
 #include "tests/component/fake_sinks.h"
 #include "tests/component/fake_site.h"
 #include "tests/component/fake_stream.h"
+#include "tests/component/host_window.h"
 #include "tests/component/module_under_test.h"
 #include "tests/component/values.h"
 
 namespace quorvane::component {
 namespace {
-
-class HostWindow {
- public:
-  HostWindow()
-      : window_(::CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW, 0, 0, 300, 300,
-                                  nullptr, nullptr, ::GetModuleHandleW(nullptr), nullptr)) {
-    EXPECT_NE(window_, nullptr) << "needs a display";
-  }
-  HostWindow(const HostWindow&) = delete;
-  HostWindow& operator=(const HostWindow&) = delete;
-  ~HostWindow() { ::DestroyWindow(window_); }
-  HWND Get() const { return window_; }
-
- private:
-  HWND window_;
-};
-
-class FakeAdviseSink final : public FakeUnknown<IAdviseSink> {
- public:
-  void STDMETHODCALLTYPE OnDataChange(FORMATETC*, STGMEDIUM*) override {}
-  void STDMETHODCALLTYPE OnViewChange(DWORD, LONG) override {}
-  void STDMETHODCALLTYPE OnRename(IMoniker*) override {}
-  void STDMETHODCALLTYPE OnSave() override {}
-  void STDMETHODCALLTYPE OnClose() override {}
-
- private:
-  void* Find(REFIID id) override {
-    return IsEqualIID(id, IID_IUnknown) || IsEqualIID(id, IID_IAdviseSink) ? this : nullptr;
-  }
-};
 
 template <class Replay>
 void OnHostThread(Replay replay) {

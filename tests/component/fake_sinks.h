@@ -59,4 +59,22 @@ class FakeEventSink final : public FakeUnknown<IDispatch> {
   GUID source_id_;
 };
 
+/// An advise sink that counts what it is told.
+class FakeAdviseSink final : public FakeUnknown<IAdviseSink> {
+ public:
+  void STDMETHODCALLTYPE OnDataChange(FORMATETC*, STGMEDIUM*) override {}
+  void STDMETHODCALLTYPE OnViewChange(DWORD, LONG) override { ++views; }
+  void STDMETHODCALLTYPE OnRename(IMoniker*) override {}
+  void STDMETHODCALLTYPE OnSave() override { ++saves; }
+  void STDMETHODCALLTYPE OnClose() override { ++closes; }
+  int views = 0;
+  int saves = 0;
+  int closes = 0;
+
+ private:
+  void* Find(REFIID id) override {
+    return IsEqualIID(id, IID_IUnknown) || IsEqualIID(id, IID_IAdviseSink) ? this : nullptr;
+  }
+};
+
 }  // namespace quorvane::component

@@ -2,30 +2,13 @@
 // every way back.
 
 #include "tests/component/fake_site.h"
+#include "tests/component/host_window.h"
 #include "tests/component/module_under_test.h"
 
 namespace quorvane::component {
 namespace {
 
 using Offers = FakeSite::Offers;
-
-// A container's window, shown nowhere.
-class HostWindow {
- public:
-  HostWindow()
-      : window_(::CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0,
-                                  0, 300, 300, nullptr, nullptr, ::GetModuleHandleW(nullptr),
-                                  nullptr)) {
-    EXPECT_NE(window_, nullptr) << "needs a display";
-  }
-  HostWindow(const HostWindow&) = delete;
-  HostWindow& operator=(const HostWindow&) = delete;
-  ~HostWindow() { ::DestroyWindow(window_); }
-  HWND Get() const { return window_; }
-
- private:
-  HWND window_;
-};
 
 template <class Body>
 void OnStage(Offers offers, Body body) {

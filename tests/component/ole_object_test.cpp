@@ -1,6 +1,7 @@
 // Proves the control as an OLE object, apart from activation: site, extents and the size lock,
 // verbs, names, advice, closing.
 
+#include "tests/component/fake_sinks.h"
 #include "tests/component/fake_site.h"
 #include "tests/component/module_under_test.h"
 
@@ -164,24 +165,6 @@ TEST(OleObject, ListsNoVerbsItLacks) {
     EXPECT_TRUE(result == OLEOBJ_E_NOVERBS ? !verbs : result == S_OK) << std::hex << result;
   });
 }
-
-// An advise sink that counts what it is told.
-class FakeAdviseSink final : public FakeUnknown<IAdviseSink> {
- public:
-  void STDMETHODCALLTYPE OnDataChange(FORMATETC*, STGMEDIUM*) override {}
-  void STDMETHODCALLTYPE OnViewChange(DWORD, LONG) override { ++views; }
-  void STDMETHODCALLTYPE OnRename(IMoniker*) override {}
-  void STDMETHODCALLTYPE OnSave() override { ++saves; }
-  void STDMETHODCALLTYPE OnClose() override { ++closes; }
-  int views = 0;
-  int saves = 0;
-  int closes = 0;
-
- private:
-  void* Find(REFIID id) override {
-    return IsEqualIID(id, IID_IUnknown) || IsEqualIID(id, IID_IAdviseSink) ? this : nullptr;
-  }
-};
 
 TEST(OleObject, TellsAdviseSinksOfItsClosing) {
   WithControl([](auto&, auto& object) {

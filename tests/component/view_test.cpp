@@ -3,6 +3,7 @@
 
 #include <set>
 
+#include "tests/component/fake_sinks.h"
 #include "tests/component/fake_site.h"
 #include "tests/component/module_under_test.h"
 
@@ -116,24 +117,10 @@ TEST(View, LeavesOptionalCallsUnimplemented) {
   });
 }
 
-class FakeViewSink final : public FakeUnknown<IAdviseSink> {
- public:
-  void STDMETHODCALLTYPE OnDataChange(FORMATETC*, STGMEDIUM*) override {}
-  void STDMETHODCALLTYPE OnViewChange(DWORD, LONG) override {}
-  void STDMETHODCALLTYPE OnRename(IMoniker*) override {}
-  void STDMETHODCALLTYPE OnSave() override {}
-  void STDMETHODCALLTYPE OnClose() override {}
-
- private:
-  void* Find(REFIID id) override {
-    return IsEqualIID(id, IID_IUnknown) || IsEqualIID(id, IID_IAdviseSink) ? this : nullptr;
-  }
-};
-
 TEST(View, KeepsOneCountedSink) {
   WithView([](auto&, auto& view) {
-    FakeViewSink first;
-    FakeViewSink second;
+    FakeAdviseSink first;
+    FakeAdviseSink second;
     EXPECT_EQ(view->SetAdvise(DVASPECT_CONTENT, 0, &first), S_OK);
     EXPECT_EQ(first.References(), 2U);
     EXPECT_EQ(view->SetAdvise(DVASPECT_CONTENT, ADVF_PRIMEFIRST, &second), S_OK);
@@ -155,7 +142,7 @@ TEST(View, KeepsOneCountedSink) {
 
 TEST(View, DropsItsSinkWithTheSite) {
   WithView([](auto& control, auto& view) {
-    FakeViewSink sink;
+    FakeAdviseSink sink;
     FakeSite site;
     const auto object = control.template As<IOleObject>();
     EXPECT_EQ(object->SetClientSite(site.Site()), S_OK);
