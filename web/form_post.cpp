@@ -4,10 +4,10 @@
 #include <array>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "control/basGlobals.h"
 #include "runtime/ansi_text.h"
+#include "web/reply_text.h"
 
 // The fixed texts are ASCII, which is the same bytes in every code page, so they go to the calls
 // without a copy.
@@ -156,9 +156,10 @@ class FormPost {
     if (IsAscii(block_)) {
       Block<char16_t> characters;  // NOLINT(cppcoreguidelines-pro-type-member-init)
       std::ranges::copy(block_, characters.begin());
-      reply_.append(characters.data(), std::min<std::size_t>(count, kBlockSize));
+      reply_.Append({characters.data(), std::min<std::size_t>(count, kBlockSize)});
     } else {
-      reply_.append(code_page_.FromBytes({block_.data(), kBlockSize}), 0, count);
+      const std::u16string characters = code_page_.FromBytes({block_.data(), kBlockSize});
+      reply_.Append(std::u16string_view(characters).substr(0, count));
     }
   }
 
@@ -171,8 +172,8 @@ class FormPost {
   // Kept: an answer with an empty body counts as a failed connection; callers wait for a reply text
   // and take none for no server. Pinned by PostFormRequest.TakesAnEmptyReplyForAFailure.
   void Settle() {
-    if (reply_.empty()) return Fail();
-    result_ = Text(std::move(reply_));
+    if (reply_.IsEmpty()) return Fail();
+    result_ = Text(reply_.Take());
   }
 
   // Kept: nothing ever clears the flag; callers look at it after a series of posts. Pinned by
@@ -190,7 +191,7 @@ class FormPost {
   InternetHandle connection_ = 0;
   InternetHandle request_ = 0;
   Block<char> block_{};
-  std::u16string reply_;
+  ReplyText reply_;
 };
 
 }  // namespace
