@@ -2,7 +2,8 @@
 """Usage: real_servers.py COMMAND [ARGS]
 
 Runs a command beside real servers on the loopback interface, each on a free port of its own, and ends them by
-their ids when the command has ended. Exit code: that of the command. The command finds them in its environment:
+their ids when the command has ended. Exit code: that of the command. The command finds them in its environment, and a
+name in braces, such as {NGINX}, in its words is replaced by the port:
 
   QUORVANE_TEST_NGINX         nginx with pages of 1, 2047, 2048 and 2049 bytes and more, 404, 500, an empty reply
   QUORVANE_TEST_PEER          the scripted peer, see scripted_peer.py
@@ -15,6 +16,7 @@ With QUORVANE_TEST_BIG_PAGES=MEGABYTES[,MEGABYTES] nginx has pages of those size
 """
 
 import os
+import re
 import shutil
 import signal
 import socket
@@ -172,7 +174,8 @@ def main(command):
             for name in ("http_proxy", "all_proxy", "no_proxy"):
                 environment.pop(name, None)
                 environment.pop(name.upper(), None)
-            return subprocess.run(command, env=environment, check=False).returncode
+            words = [re.sub(r"\{([A-Z_]+)\}", lambda name: str(ports[name[1]]), word) for word in command]
+            return subprocess.run(words, env=environment, check=False).returncode
         finally:
             servers.end()
 

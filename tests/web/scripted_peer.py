@@ -45,6 +45,9 @@ class Scenes:
         """The request as it came, in hexadecimal digits."""
         self.send(reply(self.request.hex().encode()))
 
+    def scene_thanks(self, _tail):
+        self.send(reply(b"Thank you for " + self.request.partition(b"\r\n\r\n")[2] + b"\n"))
+
     def scene_close(self, _tail):
         """No answer at all."""
 
