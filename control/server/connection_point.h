@@ -26,7 +26,6 @@ class ConnectionPoint final : public IConnectionPoint {
       : container_(container), id_(id) {}
   ConnectionPoint(const ConnectionPoint&) = delete;
   ConnectionPoint& operator=(const ConnectionPoint&) = delete;
-  virtual ~ConnectionPoint() = default;
 
   [[nodiscard]] const GUID& Id() const { return id_; }
   /// A counted copy: sinks may come and go while their list is walked.

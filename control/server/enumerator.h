@@ -73,7 +73,7 @@ class Enumerator final : public EnumInterface {
 
  private:
   Enumerator(Items items, std::size_t position) : items_(std::move(items)), position_(position) {}
-  virtual ~Enumerator() = default;
+  ~Enumerator() = default;
 
   ModuleUse use_;
   Items items_;

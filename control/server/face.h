@@ -14,8 +14,6 @@ class Face : public Interfaces... {
   explicit Face(IUnknown* outer) : outer_(outer) {}
   Face(const Face&) = delete;
   Face& operator=(const Face&) = delete;
-  virtual ~Face() = default;
-
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) final {
     return outer_->QueryInterface(id, out);
   }
@@ -23,6 +21,9 @@ class Face : public Interfaces... {
   ULONG STDMETHODCALLTYPE Release() final { return outer_->Release(); }
 
  protected:
+  /// Faces are members of the control and end with it, never by themselves.
+  ~Face() = default;
+
   /// Holds the whole object over a call out of it, whose receiver may give back the last reference.
   [[nodiscard]] ComPtr<IUnknown> KeepAlive() const { return ComPtr<IUnknown>(outer_); }
 

@@ -15,7 +15,6 @@ class InPlaceFace final : public Face<IOleInPlaceObject, IOleInPlaceActiveObject
  public:
   InPlaceFace(IUnknown* outer, SecurityCtrl& logic, const Extent& extent)
       : Face(outer), logic_(logic), extent_(extent) {}
-  ~InPlaceFace() override { Deactivate(); }
 
   [[nodiscard]] void* Find(REFIID id);
 
