@@ -74,9 +74,6 @@ endfunction()
 # runs from Windows XP on (subsystem 5.1), data is not executable, any address will do. The file is stripped: its
 # symbols are no use to a host.
 function(quorvane_module_image target)
-  # The server asks no object for its class, and the type descriptions of its many interfaces would add 6 KB. What is
-  # thrown and caught is described all the same.
-  target_compile_options(${target} PRIVATE -fno-rtti)
   set(exports ${quorvane_server_dir}/QuorvaneSecurity.def)
   target_sources(${target} PRIVATE ${exports})
   set_target_properties(${target} PROPERTIES LINK_DEPENDS ${exports})

@@ -18,12 +18,15 @@ if(WIN32)
   target_compile_options(quorvane_options INTERFACE
     -ffunction-sections -fdata-sections
     # Hosts may enter with a stack aligned to 4 bytes only, and nothing here needs more.
-    -mpreferred-stack-boundary=2
-    # Exceptions come out of calls only, so what calls nothing needs no unwinding; only the compiler's own way of writing
-    # the tables leaves it out.
-    -fno-asynchronous-unwind-tables -fno-dwarf2-cfi-asm
-    # Nothing in the module asks for a type at run time; the framework of the tests does.
-    $<$<BOOL:${QUORVANE_MODULE}>:-fno-rtti>)
+    -mpreferred-stack-boundary=2)
+  if(QUORVANE_MODULE)
+    target_compile_options(quorvane_options INTERFACE
+      # Exceptions come out of calls only, so what calls nothing needs no unwinding; only the compiler's own way of
+      # writing the tables leaves it out.
+      -fno-asynchronous-unwind-tables -fno-dwarf2-cfi-asm
+      # Nothing in the module asks for a type at run time; the framework of the tests does.
+      -fno-rtti)
+  endif()
   # Windows XP is the oldest system that the module serves.
   target_compile_definitions(quorvane_options INTERFACE
     WINVER=0x0501 _WIN32_WINNT=0x0501 _WIN32_IE=0x0600 UNICODE _UNICODE)
