@@ -47,6 +47,12 @@ Com<ISecurityCtrl> Module::CreateSecurityCtrl() const {
   return CreateControl().As<ISecurityCtrl>(kSecurityCtrlId);
 }
 
+ULONG_PTR HandlePlace() {
+  const HANDLE probe = ::CreateEventW(nullptr, FALSE, FALSE, nullptr);
+  ::CloseHandle(probe);
+  return reinterpret_cast<ULONG_PTR>(probe) / 4;
+}
+
 bool IsInMemory(const std::wstring& path) { return ::GetModuleHandleW(path.c_str()) != nullptr; }
 
 TemporaryFolder::TemporaryFolder() {

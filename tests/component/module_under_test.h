@@ -47,6 +47,10 @@ void OnApartmentThread(Body body) {
   }).join();
 }
 
+/// The place of a new handle among all. Freed places are used again, so it grows only with handles
+/// that are lost. The system's own count does not serve: Wine always gives 0.
+ULONG_PTR HandlePlace();
+
 /// Whether the module of this path is in the process's memory.
 bool IsInMemory(const std::wstring& path = QUORVANE_MODULE_FILE);
 
