@@ -17,6 +17,7 @@ constexpr int kDigitsPerLimb = 9;
 // A natural number in limbs of nine decimal digits, the lowest first.
 class Natural {
  public:
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): limbs above the count are not read
   explicit Natural(std::uint64_t value) { Push(value); }
 
   // In steps as large as a factor can be.
@@ -102,6 +103,7 @@ DecimalDigits FifteenDigits(double value) {
   const int fraction_digits = std::max(-exponent, 0);
   number.MultiplyByPower(2, exponent);
   number.MultiplyByPower(5, fraction_digits);
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): Digits tells how much it wrote
   std::array<char, kLimbs * kDigitsPerLimb> room;
   const std::string_view digits = number.Digits(room);
 

@@ -140,6 +140,7 @@ Integer RoundTo(double value) {
 }
 
 // A text of limited length while it is written.
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): what is not put is not read
 class ShortText {
  public:
   void Put(char character) { characters_[size_++] = static_cast<char16_t>(character); }

@@ -136,7 +136,7 @@ TEST_F(ProfileContract, ReadsUtf8AndUtf16BehindTheirMarks) {
   EXPECT_EQ(Read(u"x", u"b"), Text(u"\u00E9"));
   EXPECT_EQ(Write(u"x", u"c", u"1"), kTrue);
   EXPECT_EQ(Lines(), "\xEF\xBB\xBF[x]\nb=\xC3\xA9\nc=1\n");
-  Lines(std::string("\xFF\xFE[\0x\0]\0\n\0b\0=\0\xE9\0\n\0", 20));
+  Lines(std::string("\xFF\xFE[\0x\0]\0\n\0b\0=\0\xE9\0\n\0", 18));
   EXPECT_EQ(Read(u"x", u"b"), Text(u"\u00E9"));
   EXPECT_EQ(Write(u"x", u"c", u"1"), kTrue);
   EXPECT_EQ(Read(u"x", u"c"), Text(u"1"));
