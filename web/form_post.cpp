@@ -7,6 +7,7 @@
 
 #include "control/basGlobals.h"
 #include "runtime/ansi_text.h"
+#include "runtime/ignored_result.h"
 #include "web/reply_text.h"
 
 // The fixed texts are ASCII, which is the same bytes in every code page, so they go to the calls
@@ -33,9 +34,6 @@ bool IsAscii(const Block<char>& block) {
   for (const char byte : block) all |= static_cast<unsigned char>(byte);
   return all < 0x80;
 }
-
-// For results that nobody looks at, on purpose.
-void Ignore(std::int32_t /*result*/) {}
 
 // One call of the operation: its members are the steps, its data what they share.
 class FormPost {
@@ -123,8 +121,8 @@ class FormPost {
   // False when the operation ends here and all stays open.
   bool Exchange(Text& server, Text& object_name, Text& body, std::int16_t port) {
     if (Connect(server, port) == 0 || OpenRequest(object_name) == 0) return true;
-    Ignore(web_.HttpAddRequestHeadersA(request_, kHeader.data(), kHeader.size(),
-                                       WinInet::kAddHeader | WinInet::kReplaceHeader));
+    IgnoreResult(web_.HttpAddRequestHeadersA(request_, kHeader.data(), kHeader.size(),
+                                             WinInet::kAddHeader | WinInet::kReplaceHeader));
     // Kept: a failed send closes nothing, unlike every other way out: the request, the connection
     // and the session stay open for the life of the process, and hosts that watch the handles
     // expect three of them. Pinned by PostFormRequest.LeavesThreeHandlesOpenAfterAFailedSend.
@@ -164,9 +162,9 @@ class FormPost {
   }
 
   void CloseAll() {
-    if (request_ != 0) Ignore(web_.InternetCloseHandle(request_));
-    if (connection_ != 0) Ignore(web_.InternetCloseHandle(connection_));
-    Ignore(web_.InternetCloseHandle(session_));
+    if (request_ != 0) IgnoreResult(web_.InternetCloseHandle(request_));
+    if (connection_ != 0) IgnoreResult(web_.InternetCloseHandle(connection_));
+    IgnoreResult(web_.InternetCloseHandle(session_));
   }
 
   // Kept: an answer with an empty body counts as a failed connection; callers wait for a reply text
