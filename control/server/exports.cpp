@@ -6,7 +6,7 @@
 #include "control/server/identities.h"
 #include "control/server/module_use.h"
 #include "control/server/registration.h"
-#include "control/server/runtime_support/unload.h"
+#include "control/server/runtime_support/emulated_tls.h"
 #include "platform/windows/loader_notice.h"
 
 using quorvane::server::AsGuid;
@@ -33,6 +33,6 @@ STDAPI DllUnregisterServer() {
 // the other gives back.
 extern "C" BOOL WINAPI DllMain(HINSTANCE /*module*/, DWORD reason, void* process_ends) {
   quorvane::OnLoaderNotice(reason, process_ends);
-  quorvane::server::RuntimeSupportOnLoaderNotice(reason, process_ends);
+  quorvane::server::EmulatedTlsOnLoaderNotice(reason, process_ends);
   return TRUE;
 }

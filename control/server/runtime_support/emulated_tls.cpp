@@ -77,6 +77,32 @@ Copy* Add(const Variable& variable, DWORD index, Copy* first_of_thread) {
 
 void Free(Copy* copy) { ::HeapFree(::GetProcessHeap(), 0, copy); }
 
+void EndThread() {
+  if (tls_index == TLS_OUT_OF_INDEXES) return;
+  auto* copy = static_cast<Copy*>(::TlsGetValue(tls_index));
+  ::TlsSetValue(tls_index, nullptr);
+  const Turn turn;
+  while (copy != nullptr) {
+    Copy** link = &all_copies;
+    while (*link != copy) link = &(*link)->next;
+    *link = copy->next;
+    Copy* const next = copy->next_of_thread;
+    Free(copy);
+    copy = next;
+  }
+}
+
+void EndModule() {
+  const Turn turn;
+  while (all_copies != nullptr) {
+    Copy* const copy = all_copies;
+    all_copies = copy->next;
+    Free(copy);
+  }
+  if (tls_index != TLS_OUT_OF_INDEXES) ::TlsFree(tls_index);
+  tls_index = TLS_OUT_OF_INDEXES;
+}
+
 }  // namespace
 
 extern "C" void* __emutls_get_address(Variable* variable);
@@ -95,30 +121,10 @@ extern "C" void* __emutls_get_address(Variable* variable) {
 
 namespace quorvane::server {
 
-void EndEmulatedTlsOfThread() {
-  if (tls_index == TLS_OUT_OF_INDEXES) return;
-  auto* copy = static_cast<Copy*>(::TlsGetValue(tls_index));
-  ::TlsSetValue(tls_index, nullptr);
-  const Turn turn;
-  while (copy != nullptr) {
-    Copy** link = &all_copies;
-    while (*link != copy) link = &(*link)->next;
-    *link = copy->next;
-    Copy* const next = copy->next_of_thread;
-    Free(copy);
-    copy = next;
-  }
-}
-
-void EndEmulatedTls() {
-  const Turn turn;
-  while (all_copies != nullptr) {
-    Copy* const copy = all_copies;
-    all_copies = copy->next;
-    Free(copy);
-  }
-  if (tls_index != TLS_OUT_OF_INDEXES) ::TlsFree(tls_index);
-  tls_index = TLS_OUT_OF_INDEXES;
+void EmulatedTlsOnLoaderNotice(unsigned long reason, const void* process_ends) {
+  if (reason == DLL_THREAD_DETACH) EndThread();
+  // At the end of the process the system takes all back.
+  if (reason == DLL_PROCESS_DETACH && process_ends == nullptr) EndModule();
 }
 
 }  // namespace quorvane::server

@@ -2,11 +2,9 @@
 
 namespace quorvane::server {
 
-/// Gives back the compiler's per-thread variables (the exception handling has some) of this thread.
-void EndEmulatedTlsOfThread();
-
-/// Gives back those of all threads, and the module's TLS index. No other thread may be in the
-/// module.
-void EndEmulatedTls();
+/// To be told of every notice of the loader, last of all who are: gives back the compiler's
+/// per-thread variables (the exception handling has some) of a thread that ends, and at unload
+/// those of all threads and the module's TLS index.
+void EmulatedTlsOnLoaderNotice(unsigned long reason, const void* process_ends);
 
 }  // namespace quorvane::server
