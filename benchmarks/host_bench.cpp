@@ -51,6 +51,16 @@ void BareDirectory(benchmark::State& state) {
   });
 }
 
+// The least that an 8-bit call for a 16-bit buffer can do: there and back by the system's own
+// conversions.
+void DirectoryWithConversions(benchmark::State& state) {
+  Rounds(state, [] {
+    std::string bytes = systemCodePage().ToBytes(std::u16string(255, u' '));
+    static_cast<void>(kernel32().GetSystemDirectoryA(bytes.data(), 255));
+    return systemCodePage().FromBytes(bytes);
+  });
+}
+
 void SystemDirectory(benchmark::State& state) {
   Rounds(state, [] { return basAPI_api::GetSystemDirectoryPath(); });
 }
@@ -295,6 +305,7 @@ const TaggedValue kInteger = std::int32_t{305419896};
 BENCHMARK(BareVersion)->Name("Platform/base_call");
 BENCHMARK(PlatformName)->Name("Platform/GetOSPlatformName");
 BENCHMARK(BareDirectory)->Name("Directory/base_call");
+BENCHMARK(DirectoryWithConversions)->Name("Directory/call_with_conversions");
 BENCHMARK(SystemDirectory)->Name("Directory/GetSystemDirectoryPath");
 BENCHMARK_CAPTURE(BareRead, , kText, 1)->Name("ReadText/base_calls");
 BENCHMARK_CAPTURE(Read, , kText, 1)->Name("ReadText/ReadRegistryValue");

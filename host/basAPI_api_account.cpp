@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <string>
 
 #include "host/basAPI_api.h"
@@ -65,7 +66,7 @@ Text GetCurrentUserName(Advapi32& os, const CodePage& code_page) {
   // A call that fails leaves the zeros, and the text before the first one is empty.
   IgnoreResult(CallWithAnsi(
       code_page, [&](char* name) { return os.GetUserNameA(name, &size); }, buffer));
-  const Text name = FixedLength(buffer, kNameSize);
+  Text name = FixedLength(std::move(buffer), kNameSize);
   // Kept: a buffer without a zero makes this length -1, which raises 5. Hosts see an error rather
   // than half a name. Test: GetCurrentUserName.RaisesWhenNoZeroComesBack
   const std::size_t zero = name.Characters().find(u'\0');
@@ -87,8 +88,9 @@ ByteArray LookupAccountSidBytes(Text& account_name, Text& domain, Text system_na
     domain = Text(u"");
     return ByteArray(0, 0);
   }
-  domain = lookup.domain_size > 0 ? FirstCharacters(domain, lookup.domain_size) : Text(u"");
-  return lookup.sid;
+  domain =
+      lookup.domain_size > 0 ? FirstCharacters(std::move(domain), lookup.domain_size) : Text(u"");
+  return std::move(lookup.sid);
 }
 
 Text SidBytesToText(const ByteArray& sid, Advapi32& accounts, Kernel32& memory,
@@ -96,8 +98,9 @@ Text SidBytesToText(const ByteArray& sid, Advapi32& accounts, Kernel32& memory,
   IgnoreResult(sid.At(sid.LowerBound()));  // raises where there is no first element
   // An identifier may say that it is longer than the array. So that the system reads no foreign
   // memory then, it is given a copy with zeros behind.
-  std::vector<std::uint8_t> bytes(sid.Elements().begin(), sid.Elements().end());
-  bytes.resize(std::max(bytes.size(), kLongestSid));
+  std::array<std::uint8_t, kLongestSid> bytes{};
+  const auto elements = sid.Elements().first(std::min(sid.Elements().size(), bytes.size()));
+  std::ranges::copy(elements, bytes.begin());
   Text text(u"");
   Address32 address = kNoAddress;
   if (accounts.ConvertSidToStringSidA(bytes.data(), &address) != 0) {
@@ -113,7 +116,7 @@ Text SidBytesToText(const ByteArray& sid, Advapi32& accounts, Kernel32& memory,
   }
   // Kept: the signs between the parts go. Licences are bound to the compact form.
   // Test: SidBytesToText.RemovesDashesAndSpaces
-  std::u16string compact = text.Characters();
+  std::u16string compact = std::move(text).Release();
   std::erase_if(compact, [](char16_t c) { return c == u' ' || c == u'-'; });
   return Text(std::move(compact));
 }

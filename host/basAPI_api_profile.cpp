@@ -13,8 +13,8 @@ constexpr std::int32_t kValueSize = 256;
 // behind it. Hosts split such lists at the zeros. Tests:
 // ReadProfileValue.KeepsZerosInsideTheCount,
 // ReadProfileValue.CountsBytesUnderAMultiByteCodePage
-Text CutToCount(const Text& buffer, std::int32_t count) {
-  return FirstCharacters(FixedLength(buffer, kValueSize), NarrowTo16(count));
+Text CutToCount(Text buffer, std::int32_t count) {
+  return FirstCharacters(FixedLength(std::move(buffer), kValueSize), NarrowTo16(count));
 }
 
 }  // namespace
@@ -28,7 +28,7 @@ Text ReadProfileValue(Text& section, Text& key, Kernel32& os, const CodePage& co
         return os.GetProfileStringA(section_copy, key_copy, default_copy, buffer_copy, kValueSize);
       },
       section, key, default_text, buffer);
-  return CutToCount(buffer, count);
+  return CutToCount(std::move(buffer), count);
 }
 
 Boolean16 WriteProfileValue(Text& section, Text& key, Text& value, Kernel32& os,
@@ -56,7 +56,7 @@ Text ReadPrivateProfileValue(Text& section, Text& key, Text& file_name, Kernel32
                                            kValueSize, file_copy);
       },
       section, key, default_text, buffer, file_name);
-  return CutToCount(buffer, count);
+  return CutToCount(std::move(buffer), count);
 }
 
 Boolean16 WritePrivateProfileValue(Text& section, Text& key, Text& value, Text& file_name,

@@ -53,7 +53,7 @@ TaggedValue QueryString(RegistryHandle key, Text& value_name, ReportedValue repo
       },
       value_name, buffer);
   if (result != 0) return {};
-  return FirstCharacters(buffer, reported.size);
+  return FirstCharacters(std::move(buffer), reported.size);
 }
 
 // The call is given the size that the value has, not the integer's own, so the destination has room

@@ -13,15 +13,10 @@ constexpr std::int16_t kDirectorySize = 255;
 // whatever stands behind one joins the result. The path comes out whole because the bytes behind it
 // are still the buffer's spaces. Hosts compare this text with the one they saved.
 // Test: GetSystemDirectoryPath.KeepsCharactersBehindNul
-Text WithoutZeros(const Text& buffer) {
-  const std::u16string& characters = buffer.Characters();
-  std::u16string kept;
-  kept.reserve(kDirectorySize);
-  for (std::size_t position = 0; position < kDirectorySize; ++position) {
-    const char16_t slot = position < characters.size() ? characters[position] : u' ';
-    if (slot != u'\0') kept += slot;
-  }
-  return Text(std::move(kept));
+Text WithoutZeros(Text buffer) {
+  std::u16string characters = FixedLength(std::move(buffer), kDirectorySize).Release();
+  std::erase(characters, u'\0');
+  return Text(std::move(characters));
 }
 
 Text SystemDirectory(Kernel32& os, const CodePage& code_page) {
@@ -30,7 +25,7 @@ Text SystemDirectory(Kernel32& os, const CodePage& code_page) {
   // A call that fails leaves the spaces, and those make the empty text.
   IgnoreResult(CallWithAnsi(
       code_page, [&](char* copy) { return os.GetSystemDirectoryA(copy, size); }, buffer));
-  return TrimSpaces(WithoutZeros(buffer));
+  return TrimSpaces(WithoutZeros(std::move(buffer)));
 }
 
 }  // namespace

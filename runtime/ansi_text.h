@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -19,15 +21,23 @@ namespace quorvane {
 class AnsiCopy {
  public:
   AnsiCopy(Text& original, const CodePage& code_page);
+  AnsiCopy(const AnsiCopy&) = delete;
+  AnsiCopy& operator=(const AnsiCopy&) = delete;
+  ~AnsiCopy() = default;
 
-  [[nodiscard]] char* Pointer() { return original_.IsAbsent() ? nullptr : bytes_.data(); }
+  [[nodiscard]] char* Pointer() { return original_.IsAbsent() ? nullptr : bytes_; }
   void CopyBack() const;
 
  private:
+  // Room for `size` bytes: most texts need no memory of their own for a call.
+  [[nodiscard]] char* Room(std::size_t size);
+
   Text& original_;
   const CodePage& code_page_;
-  std::string bytes_;
   std::size_t count_;
+  std::array<char, 264> short_;
+  std::string long_;
+  char* bytes_;
 };
 
 /// The one rule for texts around an 8-bit call: each is converted just before the call, handed over
@@ -39,7 +49,7 @@ class AnsiCopy {
 ///   }, section, key);
 template <class Call, class... Texts>
 auto CallWithAnsi(const CodePage& code_page, Call&& call, Texts&... texts) {
-  return [&call](auto... copies) {
+  return [&call](auto&&... copies) {
     if constexpr (std::is_void_v<decltype(std::forward<Call>(call)(copies.Pointer()...))>) {
       std::forward<Call>(call)(copies.Pointer()...);
       (copies.CopyBack(), ...);

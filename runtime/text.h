@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace quorvane {
 
@@ -32,6 +33,9 @@ class Text {
   [[nodiscard]] std::int32_t Length() const;
   /// The characters; empty for an absent text.
   [[nodiscard]] const std::u16string& Characters() const { return characters_; }
+  /// The characters themselves, for a caller that makes a new text of them; this one is not to be
+  /// read any more.
+  [[nodiscard]] std::u16string Release() && { return std::move(characters_); }
 
   /// Exact comparison of the 16-bit characters; absent equals empty.
   friend bool operator==(const Text& left, const Text& right) {

@@ -1,7 +1,7 @@
 #include "runtime/text_parts.h"
 
 #include <string>
-#include <string_view>
+#include <utility>
 
 #include "runtime/runtime_error.h"
 
@@ -15,26 +15,29 @@ std::size_t CountOf(std::int32_t count) {
 
 }  // namespace
 
-Text FirstCharacters(const Text& text, std::int32_t count) {
-  return Text(text.Characters().substr(0, CountOf(count)));
+Text FirstCharacters(Text text, std::int32_t count) {
+  const std::size_t wanted = CountOf(count);
+  std::u16string characters = std::move(text).Release();
+  if (wanted < characters.size()) characters.resize(wanted);
+  return Text(std::move(characters));
 }
 
 Text RepeatedCharacter(std::int32_t count, char16_t character) {
   return Text(CountOf(count), character);
 }
 
-Text FixedLength(const Text& text, std::int32_t length) {
-  std::u16string characters = text.Characters();
-  characters.resize(CountOf(length), u' ');
+Text FixedLength(Text text, std::int32_t length) {
+  const std::size_t wanted = CountOf(length);
+  std::u16string characters = std::move(text).Release();
+  characters.resize(wanted, u' ');
   return Text(std::move(characters));
 }
 
-Text TrimSpaces(const Text& text) {
-  const std::u16string_view characters = text.Characters();
-  const std::size_t first = characters.find_first_not_of(u' ');
-  if (first == std::u16string_view::npos) return Text(u"");
-  const std::size_t last = characters.find_last_not_of(u' ');
-  return Text(characters.substr(first, last - first + 1));
+Text TrimSpaces(Text text) {
+  std::u16string characters = std::move(text).Release();
+  characters.erase(characters.find_last_not_of(u' ') + 1);
+  characters.erase(0, characters.find_first_not_of(u' '));
+  return Text(std::move(characters));
 }
 
 }  // namespace quorvane

@@ -125,5 +125,55 @@ TEST(CallWithAnsi, KeepsTheOrderOfItsTexts) {
   EXPECT_EQ(second, Text(u"y"));
 }
 
+TEST(CallWithAnsi, LetsTheCallWriteOverTheCopysOwnZeroAndLeavesThatOut) {
+  for (const std::size_t size :
+       {std::size_t{5}, std::size_t{263}, std::size_t{264}, std::size_t{5000}}) {
+    Text buffer(size, u'\0');
+    CallWithAnsi(
+        kLatin1, [&](char* bytes) { std::memset(bytes, 'x', size + 1); }, buffer);
+    EXPECT_EQ(buffer, Text(size, u'x')) << size;
+  }
+}
+
+TEST(CallWithAnsi, TakesBackOtherCharactersThanAscii) {
+  Text buffer(300, u' ');
+  CallWithAnsi(
+      kLatin1, [](char* bytes) { bytes[299] = '\xE9'; }, buffer);
+  EXPECT_EQ(buffer, Text(std::u16string(299, u' ') + u"\u00E9"));
+}
+
+// One byte for every two characters above 127.
+class HalfByte final : public CodePage {
+ public:
+  std::string ToBytes(std::u16string_view characters) const override {
+    return std::string(characters.size() / 2, '\x80');
+  }
+  std::u16string FromBytes(std::string_view bytes) const override {
+    return std::u16string(bytes.size() * 2, u'\u3042');
+  }
+};
+
+TEST(CallWithAnsi, FillsACopyUpThatHasFewerBytesThanCharacters) {
+  const HalfByte page;
+  Text text(4, u'\u3042');
+  CallWithAnsi(
+      page,
+      [](const char* bytes) {
+        EXPECT_EQ(std::string_view(bytes, 5), std::string_view("\x80\x80\0\0\0", 5));
+      },
+      text);
+  EXPECT_EQ(text, Text(4, u'\u3042')) << "the filling does not come back";
+}
+
+TEST(CallWithAnsi, ReplacesNothingWhenTheCallRaises) {
+  Text text = u"a\u4E00b";
+  EXPECT_EQ(testing::ErrorNumberOf([&] {
+              CallWithAnsi(
+                  kLatin1, [](char*) { Raise(ErrorNumber::kLibraryNotFound); }, text);
+            }),
+            ErrorNumber::kLibraryNotFound);
+  EXPECT_EQ(text, Text(u"a\u4E00b"));
+}
+
 }  // namespace
 }  // namespace quorvane
