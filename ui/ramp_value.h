@@ -37,16 +37,16 @@ class RampValue {
   /// product in the same, stored as a 32-bit float. The span must not be 0.
   [[nodiscard]] static RampValue Step(std::int16_t difference, std::int16_t span);
 
-  /// The sum, stored as a 32-bit float.
-  constexpr void Add(RampValue step) {
-    count_ = RoundToDigits(count_ + step.count_, kDigitsOfFloat);
-  }
+  /// The sum, stored as a 32-bit float; below 2^18.
+  constexpr void Add(RampValue step) { count_ = RoundedToFloat(count_ + step.count_); }
 
   /// The nearest integer, ties to even.
   [[nodiscard]] constexpr std::int32_t Rounded() const {
-    constexpr std::int64_t kHalf = std::int64_t{1} << (kFractionDigits - 1);
-    const std::int64_t odd = (count_ >> kFractionDigits) & 1;
-    return static_cast<std::int32_t>((count_ + (kHalf - 1) + odd) >> kFractionDigits);
+    static_assert(kFractionDigits == 36);  // so the upper half counts sixteenths
+    const auto sixteenths = static_cast<std::int32_t>(count_ >> 32);
+    const std::int32_t nearest = (sixteenths + 8) >> 4;
+    const bool is_tie = (sixteenths & 15) == 8 && static_cast<std::uint32_t>(count_) == 0;
+    return is_tie ? nearest & ~1 : nearest;
   }
 
   /// The number as a count of 2^-36.
@@ -57,6 +57,20 @@ class RampValue {
   static constexpr int kDigitsOfFloat = 24;
 
   constexpr explicit RampValue(std::int64_t count) : count_(count) {}
+
+  // RoundToDigits(count, 24) for a count below 2^54. What is rounded off then lies in its low half,
+  // and a 32-bit processor has no more to do than that.
+  [[nodiscard]] static constexpr std::int64_t RoundedToFloat(std::int64_t count) {
+    const auto low = static_cast<std::uint32_t>(count);
+    const auto high = static_cast<std::uint32_t>(count >> 32);
+    const std::uint32_t sign = count < 0 ? ~std::uint32_t{0} : 0;
+    const auto width = high != sign ? 32 + std::bit_width(high ^ sign) : std::bit_width(low ^ sign);
+    const int excess = static_cast<int>(width) - kDigitsOfFloat;
+    if (excess <= 0) return count;
+    const std::uint32_t below_unit = (std::uint32_t{1} << excess) - 1;
+    const std::uint32_t odd = (low >> excess) & 1;
+    return (count + ((below_unit >> 1) + odd)) & ~std::int64_t{below_unit};
+  }
 
   std::int64_t count_ = 0;
 };
