@@ -65,8 +65,20 @@ TEST(FormPostThroughAProxy, FailsWhenNoProxyIsNamed) {
   ExpectReply(post, u"");  // there is no session, which is not a failed connection
 }
 
+// A proxy that refuses closes without reading the body, and the system's reset of the connection
+// can overtake the page; the post then fails like any broken one. So a page has a few tries to
+// arrive.
+template <class Settings>
+RealPost PostUntilThePageArrives(std::int16_t port, const Settings& settings) {
+  constexpr int kTries = 8;
+  for (int i = 1;; ++i) {
+    RealPost post(port, u"/raw", u"a=b", settings);
+    if (!post.internet_failed || i == kTries) return post;
+  }
+}
+
 TEST(FormPostThroughAProxy, GivesTheProxysErrorPageForADeadServer) {
-  const RealPost post(PortOf("NOBODY"), u"/raw", u"a=b", Through(AddressOf("PROXY")));
+  const RealPost post = PostUntilThePageArrives(PortOf("NOBODY"), Through(AddressOf("PROXY")));
   EXPECT_TRUE(Contains(ToUtf8(post.result), "tinyproxy")) << ToUtf8(post.result);
   EXPECT_FALSE(post.internet_failed);
 }
@@ -75,7 +87,7 @@ TEST(FormPostThroughAProxy, GivesTheRefusalOfAProxyThatWantsAPassword) {
   // User name and password are for the server: the proxy never sees them.
   for (const auto& settings : {Through(AddressOf("LOCKED_PROXY")),
                                Through(AddressOf("LOCKED_PROXY"), u"anna", u"secret")}) {
-    const RealPost post(PortOf("PEER"), u"/raw", u"a=b", settings);
+    const RealPost post = PostUntilThePageArrives(PortOf("PEER"), settings);
     EXPECT_TRUE(Contains(ToUtf8(post.result), kLockedPage)) << ToUtf8(post.result);
     EXPECT_FALSE(post.internet_failed);
   }
