@@ -17,7 +17,7 @@ namespace {
 // from the exception. It takes less than this.
 constexpr std::size_t kHeader = 128;
 
-struct alignas(16) Reserve {
+struct alignas(8) Reserve {
   std::byte bytes[kHeader + 128];
 };
 
