@@ -23,6 +23,12 @@ TEST(ByteArray, HasNoBoundsUntilItIsAllocated) {
   EXPECT_TRUE(array.Elements().empty());
 }
 
+TEST(ByteArray, IsNotAllocatedByAnEmptyListOfDimensions) {
+  const ByteArray array(std::vector<Bounds>{});
+  EXPECT_EQ(ErrorNumberOf([&] { (void)array.LowerBound(); }), 9);
+  EXPECT_TRUE(array.Elements().empty());
+}
+
 TEST(ByteArray, CountsFromItsOwnLowerBound) {
   ByteArray array(-5, 5);
   EXPECT_EQ(array.LowerBound(), -5);

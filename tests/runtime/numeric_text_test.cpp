@@ -37,6 +37,7 @@ TEST(ParseNumber, TakesBlanksSignPointAndExponent) {
                         {u"2d2", 200},
                         {u"0e99999999", 0},
                         {u"1e-400", 0},
+                        {u"1e-700", 0},
                         {u"12345678901234567890", 12345678901234567890.0},
                         {u"0.000000000000000000000000015", 1.5e-26}}) {
     const auto number = ParseNumber(c.text);
@@ -66,9 +67,10 @@ TEST(ParseNumber, TakesHexadecimalAndOctalAsBitPatterns) {
 }
 
 TEST(ParseNumber, RefusesWhatIsNoNumber) {
-  for (const char16_t* text : {u"",   u" ",  u"abc",   u"12x", u"1 2",  u"--1",  u"+-1",  u"1-",
-                               u".",  u"-",  u"1.2.3", u"e5",  u"1e",   u"1e+",  u"1,5",  u"&",
-                               u"&H", u"&O", u"&HG",   u"&O8", u"-&H1", u"&H-1", u"0x10", u"1\n"}) {
+  for (const char16_t* text :
+       {u"",   u" ",   u"abc",   u"12x",  u"1 2",  u"--1",  u"+-1", u"1-", u"1e5x",
+        u".",  u"-",   u"1.2.3", u"e5",   u"1e",   u"1e+",  u"1,5", u"&",  u"&H",
+        u"&O", u"&HG", u"&O8",   u"-&H1", u"&H-1", u"0x10", u"1\n"}) {
     EXPECT_FALSE(ParseNumber(text)) << ToUtf8(text);
   }
   EXPECT_FALSE(ParseNumber(Text()));

@@ -66,6 +66,8 @@ TEST(TaggedValue, RaisesTypeMismatchForTextWithoutMeaning) {
   EXPECT_EQ(ErrorNumberOf([] { (void)TaggedValue(Text(u"")).ToInteger32(); }), 13);
   EXPECT_EQ(ErrorNumberOf([] { (void)TaggedValue(Text(u"yes")).ToBoolean(); }), 13);
   EXPECT_EQ(ErrorNumberOf([] { (void)TaggedValue(Text(u"truE!")).ToBoolean(); }), 13);
+  for (const char16_t* text : {u"trux", u"TRUX", u"tru!", u"TRU[", u"tru{"})
+    EXPECT_EQ(ErrorNumberOf([&] { (void)TaggedValue(Text(text)).ToBoolean(); }), 13);
 }
 
 TEST(TaggedValue, BecomesABooleanOfMinusOneOrZero) {
