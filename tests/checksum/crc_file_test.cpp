@@ -171,6 +171,34 @@ TEST_F(GetFileCrc32OfFakeFiles, GoesOnFromWhereTheStreamStands) {
   EXPECT_EQ(cCRC32().GetFileCrc32(stream), PlainCrc(std::span(bytes).subspan(100)));
 }
 
+TEST_F(GetFileCrc32OfFakeFiles, OfAFileThatShrankInItsLastBlockTakesZerosForWhatIsGone) {
+  const auto bytes = SampleBytes(100);
+  files_.contents[u"a.bin"] = {bytes, 200};
+  auto seen = bytes;
+  seen.resize(200);
+  EXPECT_EQ(CrcOf(u"a.bin"), PlainCrc(seen));
+  EXPECT_EQ(files_.OpenCount(), 0U);
+}
+
+TEST_F(GetFileCrc32OfFakeFiles, OfAFileThatShrankInAFullBlockTakesTheBlockBeforeForWhatIsGone) {
+  const auto bytes = SampleBytes(8192 + 1000);
+  files_.contents[u"a.bin"] = {bytes, 20000};
+  auto seen = bytes;
+  seen.insert(seen.end(), bytes.begin() + 1000, bytes.begin() + 8192);
+  seen.resize(20000);
+  EXPECT_EQ(CrcOf(u"a.bin"), PlainCrc(seen));
+  EXPECT_EQ(files_.OpenCount(), 0U);
+}
+
+TEST_F(GetFileCrc32OfFakeFiles, OfAFileThatGrewTakesTheMeasuredLengthOnly) {
+  const auto bytes = SampleBytes(20000);
+  for (const std::int32_t measured : {100, 8192, 9000}) {
+    files_.contents[u"a.bin"] = {bytes, measured};
+    EXPECT_EQ(CrcOf(u"a.bin"),
+              PlainCrc(std::span(bytes).first(static_cast<std::size_t>(measured))));
+  }
+}
+
 TEST_F(GetFileCrc32OfFakeFiles, OverflowsOnALengthFarBelowZero) {
   files_.contents[u"huge.bin"].shown_length = -2147483647 - 1;
   EXPECT_EQ(ErrorNumberOf([&] { static_cast<void>(CrcOf(u"huge.bin")); }), 6);
