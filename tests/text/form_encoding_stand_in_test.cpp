@@ -54,7 +54,7 @@ TEST(FormEncodeOverStandIn, FoldsTheKanjiRowsOf932AsShiftJisDoes) {
       if (::iconv(euc, &from, &from_left, &to, &to_left) != 0) continue;
       const unsigned lead = (row - 1) / 2 + (row <= 62 ? 0x81 : 0xC1);
       const unsigned trail = row % 2 == 0 ? cell + 0x9E : cell + (cell <= 63 ? 0x3F : 0x40);
-      std::array<char, 8> digits{};
+      std::array<char, 16> digits{};
       std::snprintf(digits.data(), digits.size(), "%%%02X%02X", lead, trail);
       const std::string piece = digits.data();
       ASSERT_EQ(FormEncode(Text(1, character), *page),
