@@ -1,0 +1,179 @@
+// Proves what each operation does when memory runs out at any point in it: every allocation fails
+// in turn, until a run meets no failure.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <string>
+
+#include "host/basAPI_api.h"
+#include "tests/support/code_pages.h"
+#include "tests/support/fake_registry.h"
+#include "tests/support/idle_kernel32.h"
+#include "tests/support/raises.h"
+
+namespace {
+
+int allocations_until_failure = 0;  // 0: none fails
+
+void* Allocate(std::size_t size) {
+  if (allocations_until_failure > 0 && --allocations_until_failure == 0) throw std::bad_alloc();
+  void* const memory = std::malloc(size > 0 ? size : 1);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) { return Allocate(size); }
+void* operator new[](std::size_t size) { return Allocate(size); }
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete[](void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
+
+namespace quorvane::basAPI_api {
+namespace {
+
+using testing::FakeRegistry;
+using testing::Page1252;
+using testing::Page932;
+
+constexpr int kMostAllocations = 200;
+
+// Runs `attempt` with its n-th allocation failing, n = 1, 2, 3 ..., until all of them are granted;
+// gives the count of runs that met a failure. `attempt` is called with a switch that arms the
+// failure.
+template <class Attempt>
+int FailEachAllocation(Attempt attempt) {
+  static_cast<void>(Page1252());  // made at their first use
+  static_cast<void>(Page932());
+  for (int n = 1; n < kMostAllocations; ++n) {
+    attempt([n] { allocations_until_failure = n; });
+    const bool struck = allocations_until_failure == 0;
+    allocations_until_failure = 0;
+    if (!struck) return n - 1;
+  }
+  ADD_FAILURE() << "no end after " << kMostAllocations;
+  return 0;
+}
+
+// Disarms before the results are looked at, which allocates, too; whether it had struck stays.
+class Disarmed {
+ public:
+  Disarmed() : left_(allocations_until_failure) { allocations_until_failure = 0; }
+  Disarmed(const Disarmed&) = delete;
+  Disarmed& operator=(const Disarmed&) = delete;
+  ~Disarmed() { allocations_until_failure = left_; }
+  [[nodiscard]] bool Struck() const { return left_ == 0; }
+
+ private:
+  int left_;
+};
+
+class FakeSystem final : public testing::IdleKernel32 {
+ public:
+  std::int32_t GetSystemDirectoryA(char* buffer, std::int32_t /*size*/) override {
+    std::memcpy(buffer, "C:\\Windows\\System32", 20);
+    return 19;
+  }
+  std::int32_t GetProfileStringA(const char* /*section*/, const char* /*key*/,
+                                 const char* /*default_text*/, char* buffer,
+                                 std::int32_t /*size*/) override {
+    std::memcpy(buffer, "a value of some length", 23);
+    return 22;
+  }
+};
+
+const Text kLong = Text(std::size_t{400}, u'\u00E9');
+
+TEST(ExhaustedMemory, GivesTheEmptySystemDirectory) {
+  FakeSystem os;
+  const int failures = FailEachAllocation([&](auto arm) {
+    arm();
+    const Text path = GetSystemDirectoryPath(os, Page1252());
+    const Disarmed disarmed;
+    EXPECT_EQ(path, disarmed.Struck() ? Text(u"") : Text(u"C:\\Windows\\System32"));
+  });
+  EXPECT_GE(failures, 1);
+}
+
+TEST(ExhaustedMemory, GivesTheEmptyTextForARegistryValue) {
+  const int failures = FailEachAllocation([](auto arm) {
+    FakeRegistry os;
+    os.values["name"] = {1, std::string(400, '\xE9') + '\0'};
+    Text path = kLong;
+    Text name = u"name";
+    arm();
+    const TaggedValue value = ReadRegistryValue(1, path, name, os, Page1252());
+    const Disarmed disarmed;
+    EXPECT_EQ(value, TaggedValue(disarmed.Struck() ? Text(u"") : kLong));
+    EXPECT_LE(os.open.size(), disarmed.Struck() ? 1U : 0U);
+  });
+  EXPECT_GE(failures, 6);
+}
+
+TEST(ExhaustedMemory, IsFalseForARegistryWrite) {
+  const int failures = FailEachAllocation([](auto arm) {
+    FakeRegistry os;
+    Text path = kLong;
+    Text name = u"name";
+    TaggedValue value = kLong;
+    arm();
+    const Boolean16 written = WriteRegistryValue(1, path, name, value, 1, os, Page1252());
+    const Disarmed disarmed;
+    EXPECT_EQ(written, disarmed.Struck() ? kFalse : kTrue);
+    EXPECT_LE(os.open.size(), disarmed.Struck() ? 1U : 0U);
+    EXPECT_EQ(value, TaggedValue(kLong));
+  });
+  EXPECT_GE(failures, 5);
+}
+
+TEST(ExhaustedMemory, LeavesAProfileReadAsTheErrorItIs) {
+  FakeSystem os;
+  const int failures = FailEachAllocation([&](auto arm) {
+    Text section = kLong;
+    Text key = u"key";
+    Text value;
+    bool raised = false;
+    arm();
+    try {
+      value = ReadProfileValue(section, key, os, Page932());
+    } catch (...) {
+      raised = true;
+      EXPECT_EQ(CurrentRuntimeError().number, 7);
+    }
+    const Disarmed disarmed;
+    EXPECT_EQ(raised, disarmed.Struck());
+    EXPECT_EQ(value, raised ? Text() : Text(u"a value of some length"));
+  });
+  EXPECT_GE(failures, 3);
+}
+
+class OneAdapter final : public Iphlpapi {
+ public:
+  std::int32_t GetAdaptersInfo(void* block, std::int32_t* size) override {
+    *size = 640;
+    if (block != nullptr) std::memset(block, 0, 640);
+    return block != nullptr ? 0 : 111;
+  }
+  Address32 AddressOf(const void* /*block*/) override { return Address32{1}; }
+};
+
+TEST(ExhaustedMemory, GivesNoListOfAdapters) {
+  OneAdapter os;
+  testing::IdleKernel32 memory;
+  const int failures = FailEachAllocation([&](auto arm) {
+    arm();
+    const auto list = GetAdapterAddresses(os, memory);
+    const Disarmed disarmed;
+    EXPECT_EQ(list.has_value(), !disarmed.Struck());
+    EXPECT_EQ(list.value_or(TextList{u"000000000000"}), (TextList{u"000000000000"}));
+  });
+  EXPECT_GE(failures, 3);
+}
+
+}  // namespace
+}  // namespace quorvane::basAPI_api
