@@ -4,11 +4,30 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
+#include <chrono>
+#include <thread>
+
 namespace quorvane {
 namespace {
 
+using namespace std::chrono_literals;
+
 // Longer than any honest writer holds the file.
-constexpr int kPatienceInMilliseconds = 30000;
+constexpr auto kPatience = 30s;
+constexpr auto kPause = 2ms;
+
+// Tries again while other programs hold the file. The database's own patience is no use here: it
+// answers at once, without waiting, while another program makes, recovers or takes away the log.
+template <class Attempt>
+int Patiently(Attempt attempt) {
+  const auto end = std::chrono::steady_clock::now() + kPatience;
+  int result = attempt();
+  while (result == SQLITE_BUSY && std::chrono::steady_clock::now() < end) {
+    std::this_thread::sleep_for(kPause);
+    result = attempt();
+  }
+  return result;
+}
 
 [[noreturn]] void Fail(sqlite3* connection) {
   throw DatabaseFailure(connection != nullptr ? ::sqlite3_errmsg(connection) : "out of memory");
@@ -21,10 +40,7 @@ SqliteDatabase::SqliteDatabase(const std::filesystem::path& file) {
   if (created >= 0) ::close(created);
   const int result = ::sqlite3_open_v2(file.c_str(), &connection_,
                                        SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOFOLLOW, nullptr);
-  if (result == SQLITE_OK) {
-    ::sqlite3_busy_timeout(connection_, kPatienceInMilliseconds);
-    return;
-  }
+  if (result == SQLITE_OK) return;
   const std::string reason = connection_ != nullptr ? ::sqlite3_errmsg(connection_) : "";
   ::sqlite3_close(connection_);
   throw DatabaseFailure(reason);
@@ -33,9 +49,9 @@ SqliteDatabase::SqliteDatabase(const std::filesystem::path& file) {
 SqliteDatabase::~SqliteDatabase() { ::sqlite3_close(connection_); }
 
 void SqliteDatabase::Run(const char* statements) {
-  if (::sqlite3_exec(connection_, statements, nullptr, nullptr, nullptr) != SQLITE_OK) {
-    Fail(connection_);
-  }
+  const int result =
+      Patiently([&] { return ::sqlite3_exec(connection_, statements, nullptr, nullptr, nullptr); });
+  if (result != SQLITE_OK) Fail(connection_);
 }
 
 std::int64_t SqliteDatabase::LastInsertedRow() const {
@@ -44,7 +60,8 @@ std::int64_t SqliteDatabase::LastInsertedRow() const {
 
 SqliteStatement::SqliteStatement(SqliteDatabase& database, const char* text)
     : connection_(database.connection_) {
-  Check(::sqlite3_prepare_v2(connection_, text, -1, &statement_, nullptr));
+  Check(
+      Patiently([&] { return ::sqlite3_prepare_v2(connection_, text, -1, &statement_, nullptr); }));
 }
 
 SqliteStatement::~SqliteStatement() { ::sqlite3_finalize(statement_); }
@@ -72,7 +89,12 @@ SqliteStatement& SqliteStatement::BindBytes(std::string_view bytes) {
 }
 
 bool SqliteStatement::Step() {
-  const int result = ::sqlite3_step(statement_);
+  const int result = Patiently([&] {
+    const int outcome = ::sqlite3_step(statement_);
+    // Nothing was done or read yet: a row, once there, is followed by the next without a new lock.
+    if (outcome == SQLITE_BUSY) ::sqlite3_reset(statement_);
+    return outcome;
+  });
   if (result != SQLITE_ROW && result != SQLITE_DONE) Fail(connection_);
   return result == SQLITE_ROW;
 }

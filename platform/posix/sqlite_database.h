@@ -16,7 +16,9 @@ struct DatabaseFailure : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// One connection to an SQLite database file. Each operation throws DatabaseFailure.
+/// One connection to an SQLite database file. Each operation throws DatabaseFailure. While other
+/// programs hold the file, it waits for up to 30 seconds; statements that are run together are then
+/// run again from the first, so outside a transaction each must bear being run twice.
 class SqliteDatabase {
  public:
   /// Opens the file, or makes it in an existing folder, readable for the user alone.

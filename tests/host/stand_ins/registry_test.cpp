@@ -80,6 +80,27 @@ TEST_F(StoredRegistry, LosesNothingToManyPrograms) {
   }
 }
 
+// The first programs of a user make the file, its log and its tables in each other's way, and the
+// last to leave takes the log away while others come.
+TEST_F(StoredRegistry, MayBeMadeByManyProgramsAtOnce) {
+  for (int round = 0; round < 20; ++round) {
+    const auto file = folder_.Path(u"data") / ("registry" + std::to_string(round) + ".db");
+    EXPECT_TRUE(testing::AllProcesses(8,
+                                      [&](int program) {
+                                        const std::string name = "p" + std::to_string(program);
+                                        for (int visit = 0; visit < 3; ++visit) {
+                                          Registry registry(file);
+                                          if (!Write(registry, "A", name.c_str(), visit))
+                                            return false;
+                                          if (Read(registry, "A", name.c_str()) != visit)
+                                            return false;
+                                        }
+                                        return true;
+                                      }))
+        << "round " << round;
+  }
+}
+
 TEST_F(StoredRegistry, ServesManyThreads) {
   Registry registry(file_);
   std::vector<std::thread> threads;
