@@ -1,8 +1,6 @@
 // The lightest module that can be loaded, asked for a class object, made to create something and
 // unloaded: what the real one is held against. It imports the system's base library and the C
-// library only.
-
-#include <new>
+// library only, and nothing of the C++ library is in it, so its one object is always there.
 
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
@@ -21,15 +19,9 @@ class Plain final : public IClassFactory {
     return S_OK;
   }
   ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
-  HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* /*outer*/, REFIID /*id*/,
-                                           void** out) override {
-    *out = new (std::nothrow) Plain;
-    return *out != nullptr ? S_OK : E_OUTOFMEMORY;
+  ULONG STDMETHODCALLTYPE Release() override { return --references_; }
+  HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* /*outer*/, REFIID id, void** out) override {
+    return QueryInterface(id, out);
   }
   HRESULT STDMETHODCALLTYPE LockServer(BOOL /*lock*/) override { return S_OK; }
 
@@ -37,10 +29,11 @@ class Plain final : public IClassFactory {
   ULONG references_ = 1;
 };
 
+Plain plain;
+
 }  // namespace
 
 extern "C" __declspec(dllexport) HRESULT STDMETHODCALLTYPE
-    DllGetClassObject(REFCLSID /*class_id*/, REFIID /*id*/, void** out) {
-  *out = new (std::nothrow) Plain;
-  return *out != nullptr ? S_OK : E_OUTOFMEMORY;
+    DllGetClassObject(REFCLSID /*class_id*/, REFIID id, void** out) {
+  return plain.QueryInterface(id, out);
 }
