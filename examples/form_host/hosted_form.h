@@ -39,6 +39,9 @@ class HostedForm {
   [[nodiscard]] virtual SizeInTwips Size() = 0;
   /// Shows the form for a moment where there is a display. Gives a line that tells what was shown.
   [[nodiscard]] virtual std::string Show() = 0;
+  /// Keeps what Show() has shown on the screen until Enter is pressed or standard input ends;
+  /// returns at once where nothing is shown.
+  virtual void StayUntilEnter() = 0;
 
   /// A member of the control by its name, "ServerPort". Put converts the value to the member's
   /// kind: type mismatch (13), overflow (6).

@@ -16,7 +16,7 @@ namespace quorvane::examples {
 namespace {
 
 constexpr const char* kHelp =
-    "usage: form_host [--set NAME=VALUE]... [--save FILE] FORM\n"
+    "usage: form_host [--set NAME=VALUE]... [--save FILE] [--wait] FORM\n"
     "       form_host --help\n"
     "\n"
     "Opens the saved form FORM, creates the control on it, loads it, shows its size and its seven\n"
@@ -28,6 +28,9 @@ constexpr const char* kHelp =
     "                    (without any: ServerPort=8081)\n"
     "  --save FILE       writes the form to FILE, which may be FORM itself; else it is kept in\n"
     "                    memory only\n"
+    "  --wait            keeps the form on the screen until Enter is pressed or standard input "
+    "ends\n"
+    "                    (without it: a moment)\n"
     "\n"
     "A form file holds one entry a line: Name = \"text\", Name = 8080, Name = True. Passwords show "
     "as\n"
@@ -39,6 +42,7 @@ constexpr std::array kOptions{
     Option{"--help", false},
     Option{"--set", true, true},
     Option{"--save"},
+    Option{"--wait", false},
 };
 
 using SettingValues = std::array<TaggedValue, kSettings.size()>;
@@ -48,7 +52,7 @@ constexpr int kTwipsPerPixel = 15;
 // What the words ask for.
 struct Task {
   explicit Task(const Arguments& arguments)
-      : form(FormOf(arguments)), save_to(arguments.Value("--save")) {
+      : form(FormOf(arguments)), save_to(arguments.Value("--save")), wait(arguments.Has("--wait")) {
     for (const std::string& word : arguments.Values("--set")) changes.push_back(ParseChange(word));
     if (changes.empty()) changes.push_back({u"ServerPort", u"8081"});
   }
@@ -60,6 +64,7 @@ struct Task {
 
   std::string form;
   std::optional<std::string> save_to;
+  bool wait;
   std::vector<Change> changes;
 };
 
@@ -90,7 +95,7 @@ class FormHost {
     });
     Load(*form, bag);
     ShowSettings("settings as loaded:", SettingsOf(*form));
-    Say("on screen: " + form->Show());
+    Show(*form);
     for (const Change& change : task_.changes) {
       Say("set " + ToUtf8(change.setting) + " = " + Display(change.setting, change.value));
       form->Put(change.setting, change.value);
@@ -108,6 +113,13 @@ class FormHost {
         std::to_string(size.height / kTwipsPerPixel) + " pixels");
     for (const Text& name : bag.Unread())
       Say("note: the control has not read the entry " + ToUtf8(name));
+  }
+
+  void Show(HostedForm& form) {
+    Say("on screen: " + form.Show());
+    if (!task_.wait) return;
+    console_.Flush();
+    form.StayUntilEnter();
   }
 
   static SettingValues SettingsOf(HostedForm& form) {

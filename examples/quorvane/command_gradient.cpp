@@ -42,10 +42,12 @@ Colour ParseColour(const std::string& words, const std::string& what) {
   std::istringstream stream(words);
   std::string word;
   for (std::int32_t& channel : channels) {
-    std::getline(stream, word, ',');
+    if (!std::getline(stream, word, ',')) break;
     channel = ParseInteger(word, what, 0, 255);
   }
-  if (!stream.eof()) throw UsageError(what + " wants three channels, R,G,B: '" + words + "'");
+  // With fewer, the last reading has failed; with more, the end is not reached.
+  if (!stream || !stream.eof())
+    throw UsageError(what + " wants three channels, R,G,B: '" + words + "'");
   return Rgb(channels[0], channels[1], channels[2]);
 }
 

@@ -46,6 +46,11 @@ class Road(FormHostTest):
             self.assertIn(line, outcome.lines)
         self.assertEqual(outcome.lines[-1], f"GetCRCValue={crc(MODULE.read_bytes())}")
 
+    def test_waits_no_longer_than_there_is_input(self):
+        outcome = self.form_host("--wait", SAMPLE)
+        self.assertEqual((outcome.code, outcome.err), (0, ""))
+        self.assertEqual(outcome.lines[-1], f"GetCRCValue={crc(MODULE.read_bytes())}")
+
     def test_an_empty_form_has_the_defaults(self):
         outcome = self.host("", "--set", "ServerPort=80")
         self.assertEqual(self.loaded(outcome), DEFAULTS)

@@ -55,6 +55,7 @@ class StandInForm final : public HostedForm, private ControlSite {
 
   SizeInTwips Size() override { return size_; }
   std::string Show() override { return "nothing, as the stand-in has no windows"; }
+  void StayUntilEnter() override {}
 
   TaggedValue Get(const Text& member) override { return MemberOf(member).get(control_); }
   void Put(const Text& member, const TaggedValue& value) override {

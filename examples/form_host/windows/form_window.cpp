@@ -12,6 +12,7 @@ constexpr DWORD kMoment = 250;  // milliseconds
 constexpr int kLeftOfControl = 24;
 constexpr int kTopOfControl = 24;
 constexpr int kSideOfControl = 28;
+constexpr RECT kPlaceOfPanel{24, 64, 296, 176};
 
 HINSTANCE Program() { return ::GetModuleHandleW(nullptr); }
 
@@ -34,16 +35,31 @@ FormWindow::FormWindow() {
   handle_ = ::CreateWindowExW(kExtendedStyle, kClassName, L"Form", kStyle, CW_USEDEFAULT,
                               CW_USEDEFAULT, frame.right - frame.left, frame.bottom - frame.top,
                               nullptr, nullptr, Program(), nullptr);
-  if (handle_ == nullptr) reason_ = SystemMessage(::GetLastError());
+  if (handle_ == nullptr) {
+    reason_ = SystemMessage(::GetLastError());
+    return;
+  }
+  panel_.emplace(handle_, kPlaceOfPanel);
 }
 
+RECT FormWindow::PlaceOfPanel() { return kPlaceOfPanel; }
+
 FormWindow::~FormWindow() {
+  panel_.reset();
   if (handle_ != nullptr) ::DestroyWindow(handle_);
 }
 
 void FormWindow::ShowForAMoment() const {
   ::ShowWindow(handle_, SW_SHOWNOACTIVATE);
   ::UpdateWindow(handle_);
+  ServeMessages(nullptr, kMoment);
+  panel_->RaiseFailure();
+}
+
+void FormWindow::StayUntil(HANDLE event) const { ServeMessages(event, INFINITE); }
+
+void FormWindow::ServeMessages(HANDLE end, DWORD limit) {
+  const DWORD count = end != nullptr ? 1 : 0;
   const DWORD start = ::GetTickCount();
   for (;;) {
     MSG message;
@@ -52,12 +68,14 @@ void FormWindow::ShowForAMoment() const {
       ::DispatchMessageW(&message);
     }
     const DWORD passed = ::GetTickCount() - start;
-    if (passed >= kMoment) return;
-    ::MsgWaitForMultipleObjects(0, nullptr, FALSE, kMoment - passed, QS_ALLINPUT);
+    if (passed >= limit) return;
+    const DWORD left = limit == INFINITE ? INFINITE : limit - passed;
+    const DWORD signal = ::MsgWaitForMultipleObjects(count, &end, FALSE, left, QS_ALLINPUT);
+    if (signal == WAIT_FAILED || signal < WAIT_OBJECT_0 + count) return;
   }
 }
 
-// What lies behind the controls: panels that the form paints itself belong here.
+// What lies behind the control and the panel.
 void FormWindow::Paint(HDC surface, const RECT& area) {
   ::FillRect(surface, &area, ::GetSysColorBrush(COLOR_3DFACE));
 }

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "examples/common/standard_streams.h"
 #include "examples/form_host/settings.h"
 #include "examples/form_host/windows/form_property_bag.h"
 #include "examples/form_host/windows/form_window.h"
@@ -34,6 +35,20 @@ ComPtr<IOleObject> CreateControl() {
 
 // Units of 0.01 mm to 1/1440 inch.
 long TwipsOf(LONG himetric) { return std::lround(himetric * 1440.0 / 2540.0); }
+
+std::string Describe(const RECT& place) {
+  return std::to_string(place.right - place.left) + " x " +
+         std::to_string(place.bottom - place.top) + " at " + std::to_string(place.left) + ", " +
+         std::to_string(place.top);
+}
+
+// The end of standard input is as good as Enter.
+DWORD WINAPI ReadLine(void* /*parameter*/) {
+  char character = 0;
+  while (ReadStandardInput(&character, 1) == std::size_t{1} && character != '\n') {
+  }
+  return 0;
+}
 
 class ContainerForm final : public HostedForm {
  public:
@@ -91,7 +106,16 @@ class ContainerForm final : public HostedForm {
     window_.ShowForAMoment();
     return std::string("a window of ") + std::to_string(FormWindow::kWidth) + " x " +
            std::to_string(FormWindow::kHeight) + " pixels, in it the control's, " +
-           DescribeControlWindow();
+           DescribeControlWindow() + ", and a panel, " + Describe(FormWindow::PlaceOfPanel());
+  }
+
+  // The keyboard is waited for beside, as the window wants to be served.
+  void StayUntilEnter() override {
+    if (window_.Handle() == nullptr) return;
+    const HANDLE reader = ::CreateThread(nullptr, 0, ReadLine, nullptr, 0, nullptr);
+    if (reader == nullptr) RaiseResult(HRESULT_FROM_WIN32(::GetLastError()), u"CreateThread");
+    window_.StayUntil(reader);
+    ::CloseHandle(reader);
   }
 
   TaggedValue Get(const Text& member) override { return members_.Get(member); }
@@ -131,9 +155,7 @@ class ContainerForm final : public HostedForm {
     RECT place{};
     ::GetWindowRect(own, &place);
     ::MapWindowPoints(nullptr, window_.Handle(), reinterpret_cast<POINT*>(&place), 2);
-    return std::to_string(place.right - place.left) + " x " +
-           std::to_string(place.bottom - place.top) + " at " + std::to_string(place.left) + ", " +
-           std::to_string(place.top);
+    return Describe(place);
   }
 
   ChangeListener listener_;
