@@ -67,6 +67,30 @@ char16_t* WriteCode(std::uint16_t code, char16_t* out) {
   return code <= 0xFF ? Write(kPiecesOfBytes[code], out) : WriteTwoBytes(code, out);
 }
 
+// The codes of characters above ASCII. A text has few of them, and many times each, so those last
+// asked for are kept.
+class KnownCodes {
+ public:
+  explicit KnownCodes(const CodePage& code_page) : code_page_(code_page) {}
+
+  std::uint16_t Of(char16_t character) {
+    Entry& entry = entries_[character % entries_.size()];
+    if (entry.character != character) {
+      entry = {character, static_cast<std::uint16_t>(code_page_.CodeOf(character))};
+    }
+    return entry.code;
+  }
+
+ private:
+  struct Entry {
+    char16_t character;
+    std::uint16_t code;
+  };
+
+  const CodePage& code_page_;
+  std::array<Entry, 64> entries_{};
+};
+
 // How long the encoded text will be, if no character takes two bytes.
 std::size_t ExpectedLength(std::u16string_view characters) {
   std::size_t length = 0;
@@ -79,6 +103,7 @@ std::size_t ExpectedLength(std::u16string_view characters) {
 // what callers test for. Pinned by FormEncode.HoldsAtMost32766Characters.
 Text EncodeAll(const std::u16string& characters, const CodePage& code_page) {
   const std::int16_t length = NarrowTo16(characters.size());
+  KnownCodes codes(code_page);
   std::u16string encoded;
   encoded.reserve(ExpectedLength(characters));
   // Pieces are collected here, so that adding one costs no test of the text's own room.
@@ -88,9 +113,8 @@ Text EncodeAll(const std::u16string& characters, const CodePage& code_page) {
   for (std::int16_t position = 1; position <= length;
        position = CheckedAdd<std::int16_t>(position, 1)) {
     const char16_t character = characters[static_cast<std::size_t>(position) - 1];
-    end = character < kAsciiCount
-              ? Write(kAsciiPieces[character], end)
-              : WriteCode(static_cast<std::uint16_t>(code_page.CodeOf(character)), end);
+    end = character < kAsciiCount ? Write(kAsciiPieces[character], end)
+                                  : WriteCode(codes.Of(character), end);
     if (end <= full) continue;
     encoded.append(block.data(), end);
     end = block.data();
