@@ -25,11 +25,10 @@ static_assert(kHeader.size() == 49);
 constexpr auto kFailureText = u"Error : Unable to connect to the Internet";
 constexpr std::size_t kBlockSize = 2048;
 
-template <class Unit>
-using Block = std::array<Unit, kBlockSize>;
+using Block = std::array<char, kBlockSize>;
 
 // Whether each byte is the character of the same number, as ASCII is in every page of the system.
-bool IsAscii(const Block<char>& block) {
+bool IsAscii(const Block& block) {
   unsigned char all = 0;
   for (const char byte : block) all |= static_cast<unsigned char>(byte);
   return all < 0x80;
@@ -152,9 +151,7 @@ class FormPost {
   // PostFormRequest.CountsTheReplyInBytesUnderATwoBytePage.
   void AppendToReply(std::uint32_t count) {
     if (IsAscii(block_)) {
-      Block<char16_t> characters;  // NOLINT(cppcoreguidelines-pro-type-member-init)
-      std::ranges::copy(block_, characters.begin());
-      reply_.Append({characters.data(), std::min<std::size_t>(count, kBlockSize)});
+      reply_.AppendAscii({block_.data(), std::min<std::size_t>(count, kBlockSize)});
     } else {
       const std::u16string characters = code_page_.FromBytes({block_.data(), kBlockSize});
       reply_.Append(std::u16string_view(characters).substr(0, count));
@@ -188,7 +185,7 @@ class FormPost {
   InternetHandle session_ = 0;
   InternetHandle connection_ = 0;
   InternetHandle request_ = 0;
-  Block<char> block_{};
+  Block block_{};
   ReplyText reply_;
 };
 

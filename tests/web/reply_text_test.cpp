@@ -39,5 +39,24 @@ TEST(ReplyText, JoinsPartsOfAnySize) {
   }
 }
 
+TEST(ReplyText, JoinsPartsOfBothKinds) {
+  for (const std::size_t part : {1U, 2047U, 2048U, 2049U, 32767U, 32768U, 32769U}) {
+    ReplyText text;
+    std::u16string expected;
+    for (int number = 0; number < 12; ++number) {
+      // Two of one kind, then two of the other.
+      if (number % 4 < 2) {
+        text.AppendAscii(std::string(part, static_cast<char>('a' + number)));
+        expected += std::u16string(part, static_cast<char16_t>(u'a' + number));
+      } else {
+        text.Append(Counted(expected.size(), part));
+        expected += Counted(expected.size(), part);
+      }
+    }
+    EXPECT_TRUE(text.Take() == expected) << part;
+    EXPECT_TRUE(text.IsEmpty());
+  }
+}
+
 }  // namespace
 }  // namespace quorvane
