@@ -95,8 +95,7 @@ TEST(FormEncode, GivesAllCharactersTogetherWhatEachGetsAlone) {
 
 TEST(FormEncode, TellsCharactersApartThatComeInTurns) {
   // Codes that differ by multiples of 64, twice over.
-  EXPECT_EQ(FormEncode(u"\u00E9\u00A9\u0129\u00E9\u00A9\u0129", kPage1252),
-            u"%E9%A9%3F%E9%A9%3F");
+  EXPECT_EQ(FormEncode(u"\u00E9\u00A9\u0129\u00E9\u00A9\u0129", kPage1252), u"%E9%A9%3F%E9%A9%3F");
 }
 
 TEST(FormEncode, GivesTheEmptyTextForTheEmptyInput) {
