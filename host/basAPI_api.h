@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include "platform/advapi32.h"
@@ -25,8 +26,9 @@ namespace quorvane::basAPI_api {
 
 /// The family of the operating system: "Win32s" for platform id 0, "Windows 95" for 1, and "Windows
 /// NT" for every other one. Versions do not count. A system call that fails is not noticed and
-/// leaves the id 0. Raises nothing of its own.
-[[nodiscard]] Text GetOSPlatformName(Kernel32& os = kernel32());
+/// leaves the id 0. The word is a
+/// literal of the module's own. Raises nothing of its own.
+[[nodiscard]] std::u16string_view GetOSPlatformName(Kernel32& os = kernel32());
 
 /// The system directory without leading and trailing spaces; the empty text when the system gives
 /// none, when it needs more than 254 bytes, or after any run-time error. Raises nothing.

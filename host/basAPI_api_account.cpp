@@ -1,10 +1,13 @@
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <string>
 
 #include "host/basAPI_api.h"
 #include "runtime/ansi_text.h"
+#include "runtime/fixed_buffer.h"
 #include "runtime/ignored_result.h"
+#include "runtime/runtime_error.h"
 #include "runtime/text_parts.h"
 
 namespace quorvane::basAPI_api {
@@ -61,16 +64,16 @@ Text GetCurrentAccountSidText(Advapi32& accounts, Kernel32& memory, const CodePa
 }
 
 Text GetCurrentUserName(Advapi32& os, const CodePage& code_page) {
-  Text buffer = RepeatedCharacter(kNameSize, u'\0');
+  FixedBuffer<kNameSize> buffer('\0');
   std::int32_t size = kNameSize;
   // A call that fails leaves the zeros, and the text before the first one is empty.
-  IgnoreResult(CallWithAnsi(
-      code_page, [&](char* name) { return os.GetUserNameA(name, &size); }, buffer));
-  Text name = FixedLength(std::move(buffer), kNameSize);
-  // Kept: a buffer without a zero makes this length -1, which raises 5. Hosts see an error rather
+  IgnoreResult(os.GetUserNameA(buffer.Bytes(), &size));
+  const std::u16string_view name = buffer.CopyBack(code_page);
+  // Kept: a buffer without a zero has no text before it, which raises 5. Hosts see an error rather
   // than half a name. Test: GetCurrentUserName.RaisesWhenNoZeroComesBack
-  const std::size_t zero = name.Characters().find(u'\0');
-  return FirstCharacters(name, zero == std::u16string::npos ? -1 : static_cast<std::int32_t>(zero));
+  const std::size_t zero = name.find(u'\0');
+  if (zero == std::u16string_view::npos) Raise(ErrorNumber::kInvalidProcedureCall);
+  return name.substr(0, zero);
 }
 
 ByteArray LookupAccountSidBytes(Text& account_name, Text& domain, Text system_name, Advapi32& os,
@@ -99,9 +102,8 @@ Text SidBytesToText(const ByteArray& sid, Advapi32& accounts, Kernel32& memory,
   // An identifier may say that it is longer than the array. So that the system reads no foreign
   // memory then, it is given a copy with zeros behind.
   std::array<std::uint8_t, kLongestSid> bytes{};
-  const auto elements = sid.Elements().first(std::min(sid.Elements().size(), bytes.size()));
-  std::ranges::copy(elements, bytes.begin());
-  Text text(u"");
+  std::memcpy(bytes.data(), sid.Elements().data(), std::min(sid.Elements().size(), bytes.size()));
+  Text text(std::u16string{});
   Address32 address = kNoAddress;
   if (accounts.ConvertSidToStringSidA(bytes.data(), &address) != 0) {
     const std::int32_t length = memory.lstrlenA(address);
@@ -116,9 +118,8 @@ Text SidBytesToText(const ByteArray& sid, Advapi32& accounts, Kernel32& memory,
   }
   // Kept: the signs between the parts go. Licences are bound to the compact form.
   // Test: SidBytesToText.RemovesDashesAndSpaces
-  std::u16string compact = std::move(text).Release();
-  std::erase_if(compact, [](char16_t c) { return c == u' ' || c == u'-'; });
-  return Text(std::move(compact));
+  std::erase_if(text.Edit(), [](char16_t c) { return c == u' ' || c == u'-'; });
+  return text;
 }
 
 }  // namespace quorvane::basAPI_api

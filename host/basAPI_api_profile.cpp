@@ -1,5 +1,6 @@
 #include "host/basAPI_api.h"
 #include "runtime/ansi_text.h"
+#include "runtime/fixed_buffer.h"
 #include "runtime/integers.h"
 #include "runtime/text_parts.h"
 
@@ -13,22 +14,21 @@ constexpr std::int32_t kValueSize = 256;
 // behind it. Hosts split such lists at the zeros. Tests:
 // ReadProfileValue.KeepsZerosInsideTheCount,
 // ReadProfileValue.CountsBytesUnderAMultiByteCodePage
-Text CutToCount(Text buffer, std::int32_t count) {
-  return FirstCharacters(FixedLength(std::move(buffer), kValueSize), NarrowTo16(count));
+Text CutToCount(std::u16string_view buffer, std::int32_t count) {
+  return FirstCharacters(buffer, NarrowTo16(count));
 }
 
 }  // namespace
 
 Text ReadProfileValue(Text& section, Text& key, Kernel32& os, const CodePage& code_page) {
-  Text default_text(u"");
-  Text buffer(std::size_t{kValueSize}, u'\0');
+  FixedBuffer<kValueSize> buffer('\0');
   const std::int32_t count = CallWithAnsi(
       code_page,
-      [&](char* section_copy, char* key_copy, char* default_copy, char* buffer_copy) {
-        return os.GetProfileStringA(section_copy, key_copy, default_copy, buffer_copy, kValueSize);
+      [&](char* section_copy, char* key_copy) {
+        return os.GetProfileStringA(section_copy, key_copy, "", buffer.Bytes(), kValueSize);
       },
-      section, key, default_text, buffer);
-  return CutToCount(std::move(buffer), count);
+      section, key);
+  return CutToCount(buffer.CopyBack(code_page), count);
 }
 
 Boolean16 WriteProfileValue(Text& section, Text& key, Text& value, Kernel32& os,
@@ -46,17 +46,15 @@ Boolean16 WriteProfileValue(Text& section, Text& key, Text& value, Kernel32& os,
 
 Text ReadPrivateProfileValue(Text& section, Text& key, Text& file_name, Kernel32& os,
                              const CodePage& code_page) {
-  Text default_text(u"");
-  Text buffer(std::size_t{kValueSize}, u'\0');
+  FixedBuffer<kValueSize> buffer('\0');
   const std::int32_t count = CallWithAnsi(
       code_page,
-      [&](char* section_copy, char* key_copy, char* default_copy, char* buffer_copy,
-          char* file_copy) {
-        return os.GetPrivateProfileStringA(section_copy, key_copy, default_copy, buffer_copy,
-                                           kValueSize, file_copy);
+      [&](char* section_copy, char* key_copy, char* file_copy) {
+        return os.GetPrivateProfileStringA(section_copy, key_copy, "", buffer.Bytes(), kValueSize,
+                                           file_copy);
       },
-      section, key, default_text, buffer, file_name);
-  return CutToCount(std::move(buffer), count);
+      section, key, file_name);
+  return CutToCount(buffer.CopyBack(code_page), count);
 }
 
 Boolean16 WritePrivateProfileValue(Text& section, Text& key, Text& value, Text& file_name,

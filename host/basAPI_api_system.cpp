@@ -1,8 +1,8 @@
+#include <string>
+
 #include "host/basAPI_api.h"
-#include "runtime/ansi_text.h"
+#include "runtime/fixed_buffer.h"
 #include "runtime/ignored_result.h"
-#include "runtime/integers.h"
-#include "runtime/text_parts.h"
 
 namespace quorvane::basAPI_api {
 namespace {
@@ -13,24 +13,28 @@ constexpr std::int16_t kDirectorySize = 255;
 // whatever stands behind one joins the result. The path comes out whole because the bytes behind it
 // are still the buffer's spaces. Hosts compare this text with the one they saved.
 // Test: GetSystemDirectoryPath.KeepsCharactersBehindNul
-Text WithoutZeros(Text buffer) {
-  std::u16string characters = FixedLength(std::move(buffer), kDirectorySize).Release();
+//
+// Zeros go wherever they stand and spaces at the ends, so the ends can go first, before anything is
+// copied.
+Text WithoutZerosAndOuterSpaces(std::u16string_view buffer) {
+  const auto goes = [](char16_t c) { return c == u'\0' || c == u' '; };
+  while (!buffer.empty() && goes(buffer.back())) buffer.remove_suffix(1);
+  while (!buffer.empty() && goes(buffer.front())) buffer.remove_prefix(1);
+  std::u16string characters(buffer);
   std::erase(characters, u'\0');
   return Text(std::move(characters));
 }
 
 Text SystemDirectory(Kernel32& os, const CodePage& code_page) {
-  Text buffer(std::size_t{kDirectorySize}, u' ');
-  const std::int16_t size = NarrowTo16(buffer.Length());
+  FixedBuffer<kDirectorySize> buffer(' ');
   // A call that fails leaves the spaces, and those make the empty text.
-  IgnoreResult(CallWithAnsi(
-      code_page, [&](char* copy) { return os.GetSystemDirectoryA(copy, size); }, buffer));
-  return TrimSpaces(WithoutZeros(std::move(buffer)));
+  IgnoreResult(os.GetSystemDirectoryA(buffer.Bytes(), kDirectorySize));
+  return WithoutZerosAndOuterSpaces(buffer.CopyBack(code_page));
 }
 
 }  // namespace
 
-Text GetOSPlatformName(Kernel32& os) {
+std::u16string_view GetOSPlatformName(Kernel32& os) {
   constexpr std::uint32_t kWin32s = 0;
   constexpr std::uint32_t kWindows95 = 1;
   OsVersionInformation information{};

@@ -18,7 +18,7 @@ AnsiCopy::AnsiCopy(Text& original, const CodePage& code_page)
   const std::u16string_view characters = original.Characters();
   if (IsAscii(characters)) {
     bytes_ = Room(count_ + 1);
-    for (std::size_t i = 0; i < count_; ++i) bytes_[i] = static_cast<char>(characters[i]);
+    NarrowAscii(characters, bytes_);
     bytes_[count_] = '\0';
     return;
   }
@@ -42,10 +42,9 @@ void AnsiCopy::CopyBack() const {
     original_ = Text(code_page_.FromBytes(bytes));
     return;
   }
-  std::u16string characters = std::move(original_).Release();
+  std::u16string& characters = original_.Edit();
   characters.resize(count_);
-  for (std::size_t i = 0; i < count_; ++i) characters[i] = static_cast<char16_t>(bytes[i]);
-  original_ = Text(std::move(characters));
+  WidenAscii(bytes, characters.data());
 }
 
 }  // namespace quorvane

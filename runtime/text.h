@@ -33,9 +33,11 @@ class Text {
   [[nodiscard]] std::int32_t Length() const;
   /// The characters; empty for an absent text.
   [[nodiscard]] const std::u16string& Characters() const { return characters_; }
-  /// The characters themselves, for a caller that makes a new text of them; this one is not to be
-  /// read any more.
-  [[nodiscard]] std::u16string Release() && { return std::move(characters_); }
+  /// The characters, to be changed in place; the text is a present one from then on.
+  [[nodiscard]] std::u16string& Edit() {
+    present_ = true;
+    return characters_;
+  }
 
   /// Exact comparison of the 16-bit characters; absent equals empty.
   friend bool operator==(const Text& left, const Text& right) {

@@ -17,27 +17,20 @@ std::size_t CountOf(std::int32_t count) {
 
 Text FirstCharacters(Text text, std::int32_t count) {
   const std::size_t wanted = CountOf(count);
-  std::u16string characters = std::move(text).Release();
+  std::u16string& characters = text.Edit();
   if (wanted < characters.size()) characters.resize(wanted);
-  return Text(std::move(characters));
+  return text;
 }
 
 Text RepeatedCharacter(std::int32_t count, char16_t character) {
   return Text(CountOf(count), character);
 }
 
-Text FixedLength(Text text, std::int32_t length) {
-  const std::size_t wanted = CountOf(length);
-  std::u16string characters = std::move(text).Release();
-  characters.resize(wanted, u' ');
-  return Text(std::move(characters));
-}
-
 Text TrimSpaces(Text text) {
-  std::u16string characters = std::move(text).Release();
+  std::u16string& characters = text.Edit();
   characters.erase(characters.find_last_not_of(u' ') + 1);
   characters.erase(0, characters.find_first_not_of(u' '));
-  return Text(std::move(characters));
+  return text;
 }
 
 }  // namespace quorvane

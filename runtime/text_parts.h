@@ -13,9 +13,6 @@ namespace quorvane {
 /// `count` times the same character. Raises invalid procedure call (5) for a negative count.
 [[nodiscard]] Text RepeatedCharacter(std::int32_t count, char16_t character);
 
-/// The text put into a fixed place of `length` characters: cut behind it, or filled up with spaces.
-[[nodiscard]] Text FixedLength(Text text, std::int32_t length);
-
 /// The text without the spaces (code 32, no other blank) at its start and end.
 [[nodiscard]] Text TrimSpaces(Text text);
 

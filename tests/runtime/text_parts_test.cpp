@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
+
 #include "runtime/ascii.h"
 #include "tests/support/raises.h"
 
@@ -26,12 +29,6 @@ TEST(RepeatedCharacter, MakesThatMany) {
   EXPECT_EQ(ErrorNumberOf([] { static_cast<void>(RepeatedCharacter(-1, u'x')); }), 5);
 }
 
-TEST(FixedLength, CutsOrFillsWithSpaces) {
-  EXPECT_EQ(FixedLength(u"abc", 5), Text(u"abc  "));
-  EXPECT_EQ(FixedLength(u"abc", 2), Text(u"ab"));
-  EXPECT_EQ(ErrorNumberOf([] { static_cast<void>(FixedLength(u"abc", -2)); }), 5);
-}
-
 TEST(TrimSpaces, RemovesOuterSpacesAndNoOtherBlank) {
   EXPECT_EQ(TrimSpaces(u"  a b \t "), Text(u"a b \t"));
   EXPECT_EQ(TrimSpaces(u"\u00A0 a"), Text(u"\u00A0 a"));
@@ -52,6 +49,23 @@ TEST(IsAscii, SeesEveryPlaceOfBothKindsOfText) {
       }
       narrow[place] = '\x80';
       EXPECT_FALSE(IsAscii(std::string_view(narrow))) << size << ' ' << place;
+    }
+  }
+}
+
+TEST(NarrowAscii, AndWidenAsciiKeepEveryCharacterAtEveryPlace) {
+  for (std::size_t size = 0; size < 20; ++size) {
+    std::u16string wide(size, u'\0');
+    for (char16_t first = 0; first < 128; ++first) {
+      for (std::size_t i = 0; i < size; ++i) wide[i] = static_cast<char16_t>((first + 7 * i) % 128);
+      std::string narrow(size + 1, '#');
+      NarrowAscii(wide, narrow.data());
+      std::u16string back(size + 1, u'#');
+      WidenAscii(std::string_view(narrow).substr(0, size), back.data());
+      ASSERT_TRUE(std::equal(wide.begin(), wide.end(), narrow.begin(),
+                             [](char16_t w, char n) { return w == static_cast<char16_t>(n); }));
+      ASSERT_EQ(narrow[size], '#') << "nothing is written behind";
+      ASSERT_EQ(back, wide + u"#");
     }
   }
 }

@@ -41,6 +41,15 @@ TEST(Text, IsPresentAfterConcatenation) {
   EXPECT_EQ(Text(u"ab") + u"c", Text(u"abc"));
 }
 
+TEST(Text, IsPresentOnceItIsEdited) {
+  Text text;
+  text.Edit() += u"ab";
+  EXPECT_EQ(text, Text(u"ab"));
+  Text untouched;
+  EXPECT_TRUE(untouched.Edit().empty());
+  EXPECT_FALSE(untouched.IsAbsent());
+}
+
 TEST(Text, OwnsItsCopy) {
   Text original(u"abc");
   const Text copy = original;
