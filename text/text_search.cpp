@@ -5,18 +5,23 @@
 namespace quorvane {
 namespace {
 
-std::string Small(std::u16string_view plain_text) {
-  std::string small(plain_text.size(), '\0');
-  std::ranges::transform(plain_text, small.begin(), [](char16_t c) {
-    const bool is_capital = c >= u'A' && c <= u'Z';
-    return static_cast<char>(is_capital ? c + (u'a' - u'A') : c);
-  });
+bool IsCapital(char16_t c) { return c >= u'A' && c <= u'Z'; }
+char16_t Small(char16_t c) { return IsCapital(c) ? static_cast<char16_t>(c + (u'a' - u'A')) : c; }
+
+char16_t Capital(char16_t c) {
+  const bool is_small = c >= u'a' && c <= u'z';
+  return is_small ? static_cast<char16_t>(c - (u'a' - u'A')) : c;
+}
+
+std::u16string InSmallLetters(std::u16string_view plain_text) {
+  std::u16string small(plain_text);
+  std::ranges::transform(small, small.begin(), Small);
   return small;
 }
 
 // The failure function of Knuth, Morris and Pratt: at each index the length of the longest proper
 // prefix that is also a suffix of what stands in front of that index.
-std::vector<std::uint16_t> FallbackOf(const std::string& sought) {
+std::vector<std::uint16_t> FallbackOf(const std::u16string& sought) {
   std::vector<std::uint16_t> fallback(sought.size(), 0);
   std::uint16_t matched = 0;
   for (std::size_t i = 1; i + 1 < sought.size(); ++i) {
@@ -40,24 +45,30 @@ bool IsPlain(std::u16string_view text, const Collation& collation) {
 TextSearch::TextSearch(std::u16string_view text, std::u16string_view sought)
     : text_(text),
       sought_(sought),
-      small_text_(Small(text)),
-      small_sought_(Small(sought)),
+      small_sought_(InSmallLetters(sought)),
       fallback_(FallbackOf(small_sought_)) {}
 
 TextSearch::TextSearch(std::u16string_view text, std::u16string_view sought,
                        const Collation& collation)
     : text_(text), sought_(sought), collation_(&collation) {}
 
+// The next place, from one on, that may begin an occurrence: it holds the first character sought.
+std::size_t TextSearch::FindFirst(std::size_t from) const {
+  const char16_t small = small_sought_.front();
+  const char16_t capital = Capital(small);
+  std::size_t i = from;
+  while (i < text_.size() && text_[i] != small && text_[i] != capital) ++i;
+  return i;
+}
+
 std::size_t TextSearch::FindPlain(std::size_t from) const {
-  const char first = small_sought_.front();
   std::size_t matched = 0;
-  for (std::size_t i = from; i < small_text_.size(); ++i) {
-    if (matched == 0 && small_text_[i] != first) {
-      i = small_text_.find(first, i);
-      if (i == std::string::npos) break;
-    }
-    while (matched > 0 && small_text_[i] != small_sought_[matched]) matched = fallback_[matched];
-    if (small_text_[i] == small_sought_[matched]) ++matched;
+  for (std::size_t i = from; i < text_.size(); ++i) {
+    if (matched == 0) i = FindFirst(i);
+    if (i == text_.size()) break;
+    const char16_t c = Small(text_[i]);
+    while (matched > 0 && c != small_sought_[matched]) matched = fallback_[matched];
+    if (c == small_sought_[matched]) ++matched;
     if (matched == small_sought_.size()) return i + 1 - matched;
   }
   return kNone;

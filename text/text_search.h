@@ -39,16 +39,16 @@ class TextSearch {
   }
 
  private:
+  [[nodiscard]] std::size_t FindFirst(std::size_t from) const;
   [[nodiscard]] std::size_t FindPlain(std::size_t from) const;
   [[nodiscard]] std::size_t FindCollated(std::size_t from) const;
 
   std::u16string_view text_;
   std::u16string_view sought_;
   const Collation* collation_ = nullptr;
-  // Only for a plain search: both in small letters, and how many characters of the sought text
-  // still match when the one at an index does not.
-  std::string small_text_;
-  std::string small_sought_;
+  // Only for a plain search: the sought text in small letters, and how many of its characters still
+  // match when the one at an index does not.
+  std::u16string small_sought_;
   std::vector<std::uint16_t> fallback_;
 };
 
