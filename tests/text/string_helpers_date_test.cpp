@@ -173,14 +173,31 @@ TEST(PackedDateToShortDate, HandsOnTheRefusalOfTheSystem) {
       ErrorNumberOf([&] { static_cast<void>(PackedDateToShortDate(u"ABCDE20240131", form)); }), 5);
 }
 
+// Keeps the day that it was asked to write: for days by the million.
+class DayKeeper final : public ShortDate {
+ public:
+  Text Format(const CalendarDay& asked) const override {
+    day = asked;
+    return {};
+  }
+  mutable CalendarDay day;
+};
+
+void WriteDigits(std::u16string& text, std::size_t behind_last, std::int32_t count,
+                 std::int32_t value) {
+  for (; count > 0; --count, value /= 10)
+    text[--behind_last] = static_cast<char16_t>(u'0' + value % 10);
+}
+
 TEST(PackedDateToShortDate, AgreesWithACalendarCountedDayByDay) {
-  const FakeShortDate form;
+  const DayKeeper form;
+  std::u16string packed = u"ABCDEyyyymmdd";
   for (CalendarDay day{100, 1, 1}; day.year <= 9999;) {
-    const std::string date =
-        FourDigits(day.year) + TwoCharacters(day.month) + TwoCharacters(day.day);
-    form.days.clear();
-    static_cast<void>(PackedDateToShortDate(Packed(date), form));
-    ASSERT_EQ(form.days.at(0), day) << Shown(day);
+    WriteDigits(packed, 9, 4, day.year);
+    WriteDigits(packed, 11, 2, day.month);
+    WriteDigits(packed, 13, 2, day.day);
+    static_cast<void>(PackedDateToShortDate(Text(packed), form));
+    ASSERT_EQ(form.day, day) << Shown(day);
     if (++day.day > DaysOfMonth(day.year, day.month)) {
       day.day = 1;
       GoToNextMonth(day, 1);

@@ -94,12 +94,14 @@ TEST(ReplaceAllAgainstItsLongestForm, AgreesAroundTheSixteenBitLimits) {
 }
 
 TEST(ReplaceAllAgainstItsLongestForm, AgreesOnTextsFullOfOccurrences) {
+  const Text find(16, u'A');
   for (const std::size_t length : {32766U, 32767U, 32768U, 32769U}) {
     const Text text(length, u'a');
-    for (const Text& replacement : {Text(u""), Text(u"b"), Text(u"bb")}) {
-      ASSERT_EQ(ReplaceAll(text, u"A", replacement),
-                LiteralReplaceAll(text, u"A", replacement, FakeCollation()))
-          << length;
+    for (const std::size_t count : {0U, 1U, 16U, 17U}) {
+      const Text replacement(count, u'b');
+      ASSERT_EQ(ReplaceAll(text, find, replacement),
+                LiteralReplaceAll(text, find, replacement, FakeCollation()))
+          << length << " " << count;
     }
   }
 }

@@ -100,6 +100,20 @@ TEST(ReplaceAll, CountsPositionsInTheTextAsReplacedSoFar) {
   EXPECT_EQ(ReplaceAll(shrunk, u"a", u""), BlanksWith(u"", kLast - 1));
 }
 
+TEST(ReplaceAll, ReplacesEachOf32766Characters) {
+  // At position 32767 the sum with the length of the sought text is the first beyond sixteen bits.
+  for (const std::size_t length : {kLast - 2, kLast - 1, kLast, kLast + 1, kLast + 2}) {
+    const Text text(length, u'a');
+    EXPECT_EQ(ReplaceAll(text, u"A", u"b"), length < kLast ? Text(length, u'b') : text) << length;
+    // Nothing is left in front of a match, and so none is too far.
+    EXPECT_EQ(ReplaceAll(text, u"A", u""), Text(u"")) << length;
+    // The text grows beyond the limit halfway.
+    EXPECT_EQ(ReplaceAll(text, u"A", u"bb"), text) << length;
+  }
+  EXPECT_EQ(ReplaceAll(Text(16383, u'a'), u"A", u"bb"), Text(kLast - 1, u'b'));
+  EXPECT_EQ(ReplaceAll(Text(16384, u'a'), u"A", u"bb"), Text(16384, u'a'));
+}
+
 TEST(ReplaceAll, TakesAFindOfUpTo32767Characters) {
   // One match, at position 1: the sum is 32768 for the longest.
   const Text longest(kLast, u'a');
