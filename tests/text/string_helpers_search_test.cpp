@@ -86,5 +86,25 @@ TEST(LastPosition, AgreesWithTheLongestFormOnRandomTexts) {
   }
 }
 
+// Sixteen bits are no limit here. Overlapping parts stand anywhere in the last characters.
+TEST(LastPosition, AgreesWithTheLongestFormAroundSixteenBits) {
+  std::mt19937 random(20240131);  // NOLINT(cert-msc51-cpp): the same texts on every run
+  const FakeCollation collation;
+  for (std::size_t length = 32766; length <= 32769; ++length) {
+    for (const Text& find : {Text(u"ab"), Text(u"aba"), Text(u"\u0436"), Text(u"-a")}) {
+      for (int i = 0; i < 10; ++i) {
+        std::u16string characters(length, u'-');
+        for (std::size_t k = length - 100; k < length; ++k) {
+          if (random() % 4 != 0) characters[k] = u"ab\u0436\u0416"[random() % 4];
+        }
+        ASSERT_EQ(LastPosition(Text(characters), find, collation),
+                  LiteralLastPosition(Text(characters), find, collation))
+            << length << " " << ::testing::PrintToString(find);
+      }
+    }
+  }
+  EXPECT_EQ(LastPosition(Text(32768, u'a'), u"a"), 32768);
+}
+
 }  // namespace
 }  // namespace quorvane::testing

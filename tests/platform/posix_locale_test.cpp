@@ -1,0 +1,80 @@
+// The stand-ins of the system locale: what they make of a locale of their own, and where they part
+// from Windows.
+#include <gtest/gtest.h>
+
+#include <locale>
+#include <string>
+
+#include "platform/posix/system_locale.h"
+
+namespace quorvane::testing {
+namespace {
+
+// Letters as in Turkish: the capital of i has a dot, the small form of I has none.
+class TurkishLetters final : public std::ctype<wchar_t> {
+ protected:
+  wchar_t do_tolower(wchar_t c) const override {
+    return c == L'I' ? L'\u0131' : std::ctype<wchar_t>::do_tolower(c);
+  }
+  const wchar_t* do_tolower(wchar_t* first, const wchar_t* end) const override {
+    for (; first != end; ++first) *first = do_tolower(*first);
+    return end;
+  }
+};
+
+// An order that passes over hyphens.
+class HyphensDoNotCount final : public std::collate<wchar_t> {
+ protected:
+  int do_compare(const wchar_t* low1, const wchar_t* high1, const wchar_t* low2,
+                 const wchar_t* high2) const override {
+    return Without(low1, high1).compare(Without(low2, high2));
+  }
+
+ private:
+  static std::wstring Without(const wchar_t* low, const wchar_t* high) {
+    std::wstring text(low, high);
+    std::erase(text, L'-');
+    return text;
+  }
+};
+
+TEST(LocaleCollation, FoldsAsciiPlainlyInTheNeutralLocale) {
+  EXPECT_TRUE(MakeCollation(std::locale("C.UTF-8"))->FoldsAsciiPlainly());
+  EXPECT_TRUE(MakeCollation(std::locale::classic())->FoldsAsciiPlainly());
+}
+
+TEST(LocaleCollation, FoldsAsciiOtherwiseWhereALetterHasAnotherPartner) {
+  const auto turkish = MakeCollation(std::locale(std::locale("C.UTF-8"), new TurkishLetters));
+  EXPECT_FALSE(turkish->FoldsAsciiPlainly());
+  EXPECT_FALSE(turkish->AreEqual(u"I", u"i"));
+  EXPECT_TRUE(turkish->AreEqual(u"I", u"\u0131"));
+}
+
+TEST(LocaleCollation, FoldsAsciiOtherwiseWhereACharacterIsPassedOver) {
+  const auto words = MakeCollation(std::locale(std::locale("C.UTF-8"), new HyphensDoNotCount));
+  EXPECT_FALSE(words->FoldsAsciiPlainly());
+  EXPECT_TRUE(words->AreEqual(u"co-op", u"Coop"));
+  EXPECT_TRUE(words->AreEqual(u"-", u""));
+}
+
+TEST(LocaleCollation, TellsApartWhatWindowsJoins) {
+  const auto neutral = MakeCollation(std::locale("C.UTF-8"));
+  EXPECT_FALSE(neutral->AreEqual(u"\u00DF", u"ss"));
+  EXPECT_FALSE(neutral->AreEqual(u"\u00AD", u""));
+  EXPECT_FALSE(neutral->AreEqual(std::u16string_view(u"\0", 1), u""));
+}
+
+TEST(LocaleCollation, TakesAPairForItsCharacterAndTellsHalvesApart) {
+  const auto neutral = MakeCollation(std::locale("C.UTF-8"));
+  EXPECT_TRUE(neutral->AreEqual(u"\xD801\xDC00", u"\xD801\xDC28"));  // a Deseret letter's two cases
+  EXPECT_FALSE(neutral->AreEqual(u"\xD801", u"\xD802"));
+  EXPECT_FALSE(neutral->AreEqual(u"\xD801", u""));
+}
+
+TEST(LocaleShortDate, WritesMonthDayYearInTheNeutralLocale) {
+  EXPECT_EQ(MakeShortDate(std::locale::classic())->Format({2024, 1, 31}), Text(u"01/31/24"));
+  EXPECT_EQ(MakeShortDate(std::locale::classic())->Format({105, 12, 1}), Text(u"12/01/05"));
+}
+
+}  // namespace
+}  // namespace quorvane::testing

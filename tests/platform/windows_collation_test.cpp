@@ -1,0 +1,23 @@
+// Where the system's collation parts from a comparison of characters, for text helpers that must
+// not compare by themselves outside of plain ASCII.
+#include <gtest/gtest.h>
+
+#include "platform/collation.h"
+
+namespace quorvane::testing {
+namespace {
+
+bool AreEqual(std::u16string_view left, std::u16string_view right) {
+  return systemCollation().AreEqual(left, right);
+}
+
+TEST(WindowsCollation, PassesOverCharactersThatMakeNoMark) {
+  EXPECT_TRUE(AreEqual(std::u16string_view(u"\0", 1), u""));
+  EXPECT_TRUE(AreEqual(u"\u00AD", u""));
+  EXPECT_TRUE(AreEqual(u"a\u200Db", u"AB"));
+}
+
+TEST(WindowsCollation, TakesTheSharpSForTwo) { EXPECT_TRUE(AreEqual(u"Stra\u00DFe", u"strasse")); }
+
+}  // namespace
+}  // namespace quorvane::testing
