@@ -9,6 +9,9 @@ tree=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd -P)
 cache_home=${XDG_CACHE_HOME:-${HOME:-/root}/.cache}/quorvane
 export cache_home tree
 
+# What was compiled in one clone serves every other: ccache takes paths as they are from the work tree.
+export CCACHE_BASEDIR=$tree CCACHE_NOHASHDIR=1
+
 # An ordinary user may have no system programs (chroot, debootstrap) on the PATH.
 PATH=$PATH:/usr/sbin:/sbin
 
