@@ -127,6 +127,12 @@ TEST(ReplaceAll, GivesTheTextBackForAFindOfMoreThan32767Characters) {
   const Text too_long(kLast + 1, u'a');
   EXPECT_EQ(ReplaceAll(u"abc", too_long, u"x"), Text(u"abc"));
   EXPECT_EQ(ReplaceAll(too_long, too_long, u"x"), too_long);
+  // Nor one whose length is short again when only sixteen bits of it are looked at.
+  const Text far_too_long(65536 + 1, u'a');
+  EXPECT_EQ(ReplaceAll(far_too_long, far_too_long, u"x"), far_too_long);
+  const Text far_too_long_and_not_plain(65536 + 1, u'\u0436');
+  EXPECT_EQ(ReplaceAll(far_too_long_and_not_plain, far_too_long_and_not_plain, u"x"),
+            far_too_long_and_not_plain);
 }
 
 TEST(ReplaceAll, LetsTheTextGrowBeyondSixteenBits) {
