@@ -12,7 +12,7 @@ native|build for Linux and run all its tests|Run one test by hand: build/native/
 rooms|the arrows between the rooms, and that each kept oddity is pinned by a test|Each line above names file, line and reason.
 format|the format of all C++ files|scripts/check-format --fix mends it.
 shell|shellcheck over all scripts|Each finding above has a number; shellcheck.net/wiki/NUMBER explains it.
-tidy|clang-tidy over the portable rooms|.clang-tidy says how to mark a finding that is wrong.
+tidy|clang-tidy over the portable rooms and the examples|.clang-tidy says how to mark a finding that is wrong.
 asan|the Linux tests again, under the address and undefined-behaviour sanitizers|The first report above is the one to read.
 windows|build the module and the examples for 32-bit Windows; examine the module as a file|Look for the first error above.
 wine|scripts/wine itself: arguments, exit codes, bytes, windows, parallel runs|Try: scripts/wine --setup
