@@ -51,9 +51,7 @@ bool WriteAll(int number, std::string_view bytes) {
 class TemporaryFile {
  public:
   explicit TemporaryFile(const std::filesystem::path& target)
-      : path_(target.native() + "." + std::to_string(::getpid()) + "." + std::to_string(Next())),
-        descriptor_(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666)),
-        exists_(descriptor_.Number() >= 0) {}
+      : descriptor_(Create(target, path_)), exists_(descriptor_.Number() >= 0) {}
   ~TemporaryFile() {
     if (exists_) ::unlink(path_.c_str());
   }
@@ -75,9 +73,16 @@ class TemporaryFile {
   }
 
  private:
-  static unsigned Next() {
+  // A name that is taken is one that a program of the same number left behind when it broke down:
+  // in a container every first program has the number 1.
+  static int Create(const std::filesystem::path& target, std::string& path) {
     static std::atomic<unsigned> count = 0;
-    return ++count;
+    int created = -1;
+    do {
+      path = target.native() + "." + std::to_string(::getpid()) + "." + std::to_string(++count);
+      created = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    } while (created < 0 && errno == EEXIST);
+    return created;
   }
 
   std::string path_;

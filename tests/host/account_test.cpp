@@ -66,6 +66,7 @@ class FakeAccounts final : public testing::IdleAdvapi32 {
   std::int32_t ConvertSidToStringSidA(const void* sid, Address32* text) override {
     const auto* const bytes = static_cast<const unsigned char*>(sid);
     log_.push_back("ConvertSidToStringSidA(" + std::to_string(bytes[0]) + ")");
+    if (lacks_the_text_call) Raise(ErrorNumber::kEntryPointNotFound);
     last_error_ = 122;  // no later reader may take it for the lookup's
     if (bytes[0] != 1) return 0;
     *text = kSidText;
@@ -75,6 +76,7 @@ class FakeAccounts final : public testing::IdleAdvapi32 {
 
   std::string user_name = "Bob";
   bool writes_beyond_rules = false;
+  bool lacks_the_text_call = false;
   std::vector<Pass> passes;
   std::size_t passes_made = 0;
 
@@ -310,6 +312,22 @@ TEST_F(SidBytesToText, StartsAtTheLowerBoundWhateverItIs) {
 TEST_F(SidBytesToText, IsEmptyWhenTheSystemRefusesAndGivesNothingBack) {
   EXPECT_EQ(TextOf(ByteArray(0, 0)), Text(u""));
   EXPECT_EQ(log_, CallLog{"ConvertSidToStringSidA(0)"});
+}
+
+TEST_F(SidBytesToText, LetsTheErrorOfAMissingCallPass) {
+  accounts_.passes = TwoPasses();
+  accounts_.lacks_the_text_call = true;
+  ByteArray sid(1, 12);
+  EXPECT_EQ(ErrorNumberOf([&] { static_cast<void>(TextOf(sid)); }), 453);
+  EXPECT_EQ(ErrorNumberOf([&] { static_cast<void>(CurrentSid()); }), 453);
+}
+
+TEST_F(SidBytesToText, ReadsDoubleByteTexts) {
+  ByteArray sid(1, 12);
+  sid.At(1) = 1;
+  memory_.text = "S-\x83\x56-\x83\x2D 1";
+  EXPECT_EQ(basAPI_api::SidBytesToText(sid, accounts_, memory_, Page932()), Text(u"S\u30B7\u30FB1"))
+      << "a trail byte that looks like a dash is none";
 }
 
 TEST_F(SidBytesToText, RaisesSubscriptOutOfRangeWithoutAFirstElement) {

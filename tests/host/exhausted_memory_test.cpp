@@ -11,6 +11,7 @@
 #include "host/basAPI_api.h"
 #include "tests/support/code_pages.h"
 #include "tests/support/fake_registry.h"
+#include "tests/support/idle_advapi32.h"
 #include "tests/support/idle_kernel32.h"
 #include "tests/support/raises.h"
 
@@ -150,6 +151,63 @@ TEST(ExhaustedMemory, LeavesAProfileReadAsTheErrorItIs) {
     EXPECT_EQ(value, raised ? Text() : Text(u"a value of some length"));
   });
   EXPECT_GE(failures, 3);
+}
+
+// A name and an identifier that no text or array holds in itself.
+class LongAccount final : public testing::IdleAdvapi32 {
+ public:
+  std::int32_t GetUserNameA(char* buffer, std::int32_t* /*size*/) override {
+    std::memcpy(buffer, "a name of some length", 22);
+    return 1;
+  }
+  std::int32_t LookupAccountNameA(const char* /*system*/, const char* /*account*/, void* sid,
+                                  std::int32_t* sid_size, char* /*domain*/,
+                                  std::int32_t* domain_size, std::int32_t* /*type*/) override {
+    const bool fits = *sid_size >= 28;
+    if (fits) std::memset(sid, 1, 28);
+    *sid_size = 28;
+    *domain_size = 0;
+    last_error_ = fits ? 0 : 122;
+    return fits ? 1 : 0;
+  }
+  std::int32_t ConvertSidToStringSidA(const void* /*sid*/, Address32* text) override {
+    *text = Address32{1};
+    return 1;
+  }
+  std::int32_t LastError() override { return last_error_; }
+
+ private:
+  std::int32_t last_error_ = 0;
+};
+
+class SidText final : public testing::IdleKernel32 {
+ public:
+  using IdleKernel32::RtlMoveMemory;
+  std::int32_t lstrlenA(Address32 /*text*/) override { return 25; }
+  void RtlMoveMemory(void* destination, Address32 /*source*/, std::uint32_t length) override {
+    std::memcpy(destination, "S-1-5-21-100-200-300-1000", length);
+  }
+  Address32 LocalFree(Address32 /*memory*/) override { return kNoAddress; }
+};
+
+TEST(ExhaustedMemory, LeavesAnAccountsTextAsTheErrorItIs) {
+  LongAccount os;
+  SidText memory;
+  const int failures = FailEachAllocation([&](auto arm) {
+    Text text;
+    bool raised = false;
+    arm();
+    try {
+      text = GetCurrentAccountSidText(os, memory, Page1252());
+    } catch (...) {
+      raised = true;
+      EXPECT_EQ(CurrentRuntimeError().number, 7);
+    }
+    const Disarmed disarmed;
+    EXPECT_EQ(raised, disarmed.Struck());
+    EXPECT_EQ(text, raised ? Text() : Text(u"S15211002003001000"));
+  });
+  EXPECT_GE(failures, 6);
 }
 
 class OneAdapter final : public Iphlpapi {

@@ -123,6 +123,10 @@ TEST(GetSystemDirectoryPath, KeepsCharactersBehindNul) {
   EXPECT_EQ(DirectoryAfterWriting(std::string("AB\0CD", 5)), Text(u"ABCD"));
   EXPECT_EQ(DirectoryAfterWriting(std::string("\0AB\0 \0CD\0", 9)), Text(u"AB CD"));
   EXPECT_EQ(DirectoryAfterWriting(std::string(255, '\0')), Text(u""));
+  EXPECT_EQ(DirectoryAfterWriting(std::string("\0 \0 AB\0 C \0 \0", 13)), Text(u"AB C"))
+      << "the spaces at the ends go, whatever zeros stand between them";
+  EXPECT_EQ(DirectoryAfterWriting(std::string(250, ' ') + std::string("\0\0abc", 5)), Text(u"abc"))
+      << "up to the last place";
 }
 
 TEST(GetSystemDirectoryPath, TakesTheBufferAsItIsWithoutLookingAtTheResult) {

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -12,6 +13,8 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include "platform/posix/atomic_file.h"
 #include "platform/posix/desktop_places.h"
@@ -102,6 +105,69 @@ TEST_F(ProfileStore, LosesNothingToManyWriters) {
   const std::string bytes = BytesOf(file_);
   EXPECT_EQ(std::ranges::count(bytes, '\n'), 1 + kWriters * kKeys);
   EXPECT_EQ(FilesInFolder(), 1U);
+}
+
+TEST_F(ProfileStore, LosesNothingToManyThreads) {
+  constexpr int kKeys = 25;
+  std::vector<std::thread> threads;
+  for (int number = 0; number < 4; ++number) {
+    threads.emplace_back([this, number] {
+      for (int key = 0; key < kKeys; ++key) {
+        const std::string name = "t" + std::to_string(number) + "k" + std::to_string(key);
+        EXPECT_TRUE(Write(name.c_str(), "v"));
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  const std::string bytes = BytesOf(file_);
+  EXPECT_EQ(std::ranges::count(bytes, '\n'), 1 + 4 * kKeys);
+  EXPECT_EQ(FilesInFolder(), 1U);
+}
+
+TEST_F(ProfileStore, LosesNothingToWritersThroughALinkAndAnotherPath) {
+  constexpr int kKeys = 20;
+  const fs::path link = folder_.Path(u"link.ini");
+  const fs::path other_path = folder_.Path(u"other folder") / "to a.ini";
+  Put("[s]\n");
+  fs::create_symlink("a.ini", link);
+  fs::create_directory(other_path.parent_path());
+  fs::create_symlink("../a.ini", other_path);
+  EXPECT_TRUE(testing::AllProcesses(3, [&](int number) {
+    const fs::path names[] = {file_, link, other_path};
+    for (int key = 0; key < kKeys; ++key) {
+      const std::string name = "w" + std::to_string(number) + "k" + std::to_string(key);
+      if (!profile_store::Write(names[number], "s", name.c_str(), "v")) return false;
+    }
+    return true;
+  }));
+  const std::string bytes = BytesOf(file_);
+  EXPECT_EQ(std::ranges::count(bytes, '\n'), 1 + 3 * kKeys);
+}
+
+// The first programs of a user make the folder of the settings in each other's way.
+TEST_F(ProfileStore, MayBeMadeByManyProgramsAtOnce) {
+  for (int round = 0; round < 20; ++round) {
+    const fs::path config = folder_.Path(u"config") / std::to_string(round);
+    ::setenv("XDG_CONFIG_HOME", config.c_str(), 1);
+    EXPECT_TRUE(testing::AllProcesses(
+        8,
+        [](int program) {
+          const std::string name = "p" + std::to_string(program);
+          return profile_store::Write(profile_store::NamedProfile("x.ini"), "s", name.c_str(), "v");
+        }))
+        << "round " << round;
+    EXPECT_EQ(std::ranges::count(BytesOf(config / "quorvane" / "x.ini"), '\n'), 9) << round;
+  }
+}
+
+TEST_F(ProfileStore, IsNotHeldUpByWhatABrokenProgramLeft) {
+  EXPECT_TRUE(Write("k", "1"));
+  // This program's next temporary names, whatever it has counted to.
+  const fs::path left = file_.native() + "." + std::to_string(::getpid()) + ".";
+  for (int count = 1; count <= 2000; ++count) std::ofstream(left.native() + std::to_string(count));
+  EXPECT_TRUE(Write("k", "2"));
+  EXPECT_EQ(BytesOf(file_), "[s]\nk=2\n");
+  EXPECT_EQ(FilesInFolder(), 2001U) << "and what others left is left alone";
 }
 
 TEST_F(ProfileStore, ShowsReadersWholeFilesOnly) {
