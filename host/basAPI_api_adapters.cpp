@@ -30,10 +30,10 @@ class AdapterChain {
   [[nodiscard]] AdapterRecord RecordAt(Address32 address) {
     AdapterRecord record{};
     const std::uint32_t offset = Distance(start_, address);
-    if (bytes_.size() < sizeof record || offset > bytes_.size() - sizeof record) {
+    // The count comes first: it also refuses a block without room for a single record.
+    if (++records_read_ > bytes_.size() / sizeof record || offset > bytes_.size() - sizeof record) {
       Raise(ErrorNumber::kSubscriptOutOfRange);
     }
-    if (++records_read_ > bytes_.size() / sizeof record) Raise(ErrorNumber::kSubscriptOutOfRange);
     memory_.RtlMoveMemory(&record, &bytes_[offset], sizeof record);
     return record;
   }

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <functional>
 #include <new>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,7 @@ class FakeAdapters final : public Iphlpapi {
       return first_result;
     }
     if (second_result != 0) return second_result;
+    block_received = {static_cast<const std::uint8_t*>(block), static_cast<std::size_t>(*size)};
     std::memcpy(block, chain.data(), std::min(chain.size(), static_cast<std::size_t>(*size)));
     return 0;
   }
@@ -60,6 +62,26 @@ class FakeAdapters final : public Iphlpapi {
   std::int32_t second_result = 0;
   std::function<void(int)> on_call;
   int calls = 0;
+  std::span<const std::uint8_t> block_received;
+};
+
+// Copies whole records out of the block, and nothing from beside it.
+class GuardedMemory final : public testing::IdleKernel32 {
+ public:
+  explicit GuardedMemory(const FakeAdapters& os) : os_(os) {}
+  using IdleKernel32::RtlMoveMemory;
+
+  void RtlMoveMemory(void* destination, const void* source, std::uint32_t length) override {
+    EXPECT_EQ(length, kRecordSize);
+    const auto block = os_.block_received;
+    const auto offset =
+        static_cast<std::size_t>(static_cast<const std::uint8_t*>(source) - block.data());
+    ASSERT_TRUE(offset <= block.size() && length <= block.size() - offset) << offset;
+    std::memcpy(destination, source, length);
+  }
+
+ private:
+  const FakeAdapters& os_;
 };
 
 class GetAdapterAddresses : public ::testing::Test {
@@ -67,7 +89,7 @@ class GetAdapterAddresses : public ::testing::Test {
   std::optional<TextList> List() { return basAPI_api::GetAdapterAddresses(os_, memory_); }
 
   FakeAdapters os_;
-  testing::IdleKernel32 memory_;
+  GuardedMemory memory_{os_};
 };
 
 TEST_F(GetAdapterAddresses, ReversesThePlatformsOrder) {

@@ -104,12 +104,14 @@ TEST_F(ReadRegistryValue, GivesTheEmptyKindWhenAStringGrowsBetweenTheQueries) {
 }
 
 TEST_F(ReadRegistryValue, RaisesInsideForSizesThatNoBufferCanHave) {
-  os_.values["name"] = {1, "x"};
-  for (const std::int32_t size : {-5, std::numeric_limits<std::int32_t>::min()}) {
-    os_.reported_size = size;
-    EXPECT_EQ(Read(), kEmptyText) << size;
+  for (const std::int32_t type : {1, 3, 4}) {
+    os_.values["name"] = {type, "x"};
+    for (const std::int32_t size : {-5, std::numeric_limits<std::int32_t>::min()}) {
+      os_.reported_size = size;
+      EXPECT_EQ(Read(), kEmptyText) << type << ' ' << size;
+    }
   }
-  EXPECT_EQ(os_.open.size(), 2U);
+  EXPECT_EQ(os_.open.size(), 6U);
 }
 
 TEST_F(ReadRegistryValue, ReadsDwordsAsSignedIntegers) {
