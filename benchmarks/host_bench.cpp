@@ -51,8 +51,8 @@ void BareDirectory(benchmark::State& state) {
   });
 }
 
-// What an 8-bit call for a 16-bit buffer costs by the system's own conversions, there and back, with
-// nothing done to the text.
+// What an 8-bit call for a 16-bit buffer costs by the system's own conversions, there and back,
+// with nothing done to the text.
 void DirectoryWithConversions(benchmark::State& state) {
   Rounds(state, [] {
     std::string bytes = systemCodePage().ToBytes(std::u16string(255, u' '));
