@@ -48,7 +48,7 @@ TEST(Collation, TakesSwappedArgumentsAlike) {
 }
 
 TEST(Collation, FoldsPlainAsciiPlainlyWhereItSaysSo) {
-  ASSERT_TRUE(systemCollation().FoldsAsciiPlainly()) << "in this locale there is nothing to test";
+  if (!systemCollation().FoldsAsciiPlainly()) GTEST_SKIP() << "it does not say so in this locale";
   for (char16_t left = 0x20; left <= 0x7E; ++left) {
     for (char16_t right = 0x20; right <= 0x7E; ++right) {
       const std::u16string one(1, left);
@@ -61,6 +61,7 @@ TEST(Collation, FoldsPlainAsciiPlainlyWhereItSaysSo) {
 
 // Where words are sorted, hyphens and apostrophes weigh less: not so when texts are compared.
 TEST(Collation, FoldsPlainAsciiPlainlyInContext) {
+  if (!systemCollation().FoldsAsciiPlainly()) GTEST_SKIP() << "it does not say so in this locale";
   constexpr std::u16string_view kLetters = u"aAb -'";
   std::vector<std::u16string> texts{u""};
   for (std::size_t done = 0; texts[done].size() < 3; ++done)
