@@ -9,7 +9,7 @@ namespace quorvane {
 
 void CopyBackFixed(std::string_view bytes, std::span<char16_t> characters,
                    const CodePage& code_page) {
-  if (bytes.size() == characters.size() && IsAscii(bytes)) {
+  if (IsAscii(bytes)) {
     WidenAscii(bytes, characters.data());
     return;
   }

@@ -9,8 +9,8 @@
 
 namespace quorvane {
 
-/// Fills `characters` with what `bytes` are in the code page, zeros included: cut behind them, or
-/// filled up with spaces.
+/// Fills `characters` with what as many `bytes` are in the code page, zeros included: cut behind
+/// them, or filled up with spaces.
 void CopyBackFixed(std::string_view bytes, std::span<char16_t> characters,
                    const CodePage& code_page);
 

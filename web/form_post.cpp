@@ -1,12 +1,12 @@
 #include "web/form_post.h"
 
-#include <algorithm>
 #include <array>
 #include <string>
 #include <string_view>
 
 #include "control/basGlobals.h"
 #include "runtime/ansi_text.h"
+#include "runtime/ascii.h"
 #include "runtime/ignored_result.h"
 #include "web/reply_text.h"
 
@@ -26,13 +26,6 @@ constexpr auto kFailureText = u"Error : Unable to connect to the Internet";
 constexpr std::size_t kBlockSize = 2048;
 
 using Block = std::array<char, kBlockSize>;
-
-// Whether each byte is the character of the same number, as ASCII is in every page of the system.
-bool IsAscii(const Block& block) {
-  unsigned char all = 0;
-  for (const char byte : block) all |= static_cast<unsigned char>(byte);
-  return all < 0x80;
-}
 
 // One call of the operation: its members are the steps, its data what they share.
 class FormPost {
@@ -150,10 +143,11 @@ class FormPost {
   // pair of bytes that two blocks share is lost; single-byte pages never meet it. Pinned by
   // PostFormRequest.CountsTheReplyInBytesUnderATwoBytePage.
   void AppendToReply(std::uint32_t count) {
-    if (IsAscii(block_)) {
-      reply_.AppendAscii({block_.data(), std::min<std::size_t>(count, kBlockSize)});
+    const std::string_view bytes(block_.data(), block_.size());
+    if (IsAscii(bytes)) {
+      reply_.AppendAscii(bytes.substr(0, count));
     } else {
-      const std::u16string characters = code_page_.FromBytes({block_.data(), kBlockSize});
+      const std::u16string characters = code_page_.FromBytes(bytes);
       reply_.Append(std::u16string_view(characters).substr(0, count));
     }
   }

@@ -1,7 +1,8 @@
 #include "web/reply_text.h"
 
-#include <algorithm>
 #include <array>
+
+#include "runtime/ascii.h"
 
 namespace quorvane {
 namespace {
@@ -14,7 +15,7 @@ void AppendWidened(std::string_view ascii, std::u16string& text) {
   std::array<char16_t, 2048> step;  // NOLINT(cppcoreguidelines-pro-type-member-init)
   while (!ascii.empty()) {
     const std::string_view now = ascii.substr(0, step.size());
-    std::ranges::copy(now, step.begin());
+    WidenAscii(now, step.data());
     text.append(step.data(), now.size());
     ascii.remove_prefix(now.size());
   }
