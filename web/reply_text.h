@@ -8,12 +8,12 @@
 namespace quorvane {
 
 /// A text that arrives block by block. It is kept in pieces and joined once, so that a long one is
-/// not copied again and again, and needs no single room of twice its size, as it grows. Characters
-/// below 0x80 take one byte each until then: most replies consist of them, and what a long one
+/// not copied again and again, and needs no single room of twice its size, as it grows. Until then
+/// those below 0x80 in front take one byte each: most replies have no others, and what a long one
 /// costs is the memory that is gone through.
 class ReplyText {
  public:
-  [[nodiscard]] bool IsEmpty() const { return pieces_.empty(); }
+  [[nodiscard]] bool IsEmpty() const { return ascii_.empty() && others_.empty(); }
 
   /// Adds characters, at least one.
   void Append(std::u16string_view characters);
@@ -25,17 +25,10 @@ class ReplyText {
   [[nodiscard]] std::u16string Take();
 
  private:
-  /// One of the two is empty.
-  struct Piece {
-    std::string ascii;
-    std::u16string others;
-  };
-
-  template <class Characters>
-  void AppendTo(Characters Piece::*kind,
-                std::basic_string_view<typename Characters::value_type> characters);
-
-  std::deque<Piece> pieces_;
+  // What came before the first character above ASCII, and all from there on. A piece is begun when
+  // the one before is full, so that replies of any mixture take about the room of their text.
+  std::deque<std::string> ascii_;
+  std::deque<std::u16string> others_;
 };
 
 }  // namespace quorvane
