@@ -26,8 +26,8 @@ namespace quorvane::basAPI_api {
 
 /// The family of the operating system: "Win32s" for platform id 0, "Windows 95" for 1, and "Windows
 /// NT" for every other one. Versions do not count. A system call that fails is not noticed and
-/// leaves the id 0. The word is a
-/// literal of the module's own. Raises nothing of its own.
+/// leaves the id 0. The word is a literal, good for as long as the module. Raises nothing of its
+/// own.
 [[nodiscard]] std::u16string_view GetOSPlatformName(Kernel32& os = kernel32());
 
 /// The system directory without leading and trailing spaces; the empty text when the system gives
