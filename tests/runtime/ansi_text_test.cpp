@@ -7,6 +7,7 @@
 
 #include <cstring>
 
+#include "tests/support/double_byte_page.h"
 #include "tests/support/raises.h"
 
 namespace quorvane {
@@ -23,29 +24,6 @@ class Latin1 final : public CodePage {
   std::u16string FromBytes(std::string_view bytes) const override {
     std::u16string characters;
     for (const char c : bytes) characters += static_cast<unsigned char>(c);
-    return characters;
-  }
-};
-
-// Two bytes for every character above 127: 0x80 and the low byte.
-class DoubleByte final : public CodePage {
- public:
-  std::string ToBytes(std::u16string_view characters) const override {
-    std::string bytes;
-    for (const char16_t c : characters) {
-      if (c > 0x7F) bytes += '\x80';
-      bytes += static_cast<char>(c);
-    }
-    return bytes;
-  }
-  std::u16string FromBytes(std::string_view bytes) const override {
-    std::u16string characters;
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-      const bool lead = bytes[i] == '\x80' && i + 1 < bytes.size();
-      if (lead) ++i;
-      characters +=
-          static_cast<char16_t>(static_cast<unsigned char>(bytes[i]) + (lead ? 0x3000 : 0));
-    }
     return characters;
   }
 };
@@ -96,7 +74,7 @@ TEST(CallWithAnsi, TakesBackTheWholeBufferZerosIncluded) {
 }
 
 TEST(CallWithAnsi, CountsBytesForTheCallAndCharactersForTheWrapper) {
-  const DoubleByte page;
+  const testing::DoubleBytePage page;
   Text text = u"\u3041\u3042";
   CallWithAnsi(
       page,

@@ -7,25 +7,17 @@
 #include <cstring>
 #include <string>
 
+#include "tests/support/double_byte_page.h"
+
 namespace quorvane {
 namespace {
 
-// Two bytes, 0x80 and another, for every character from U+3000 on; one for any other.
-class DoubleByte final : public CodePage {
+// What is written into the buffer goes one way only.
+class OneWay final : public testing::DoubleBytePage {
  public:
   std::string ToBytes(std::u16string_view /*characters*/) const override {
     ADD_FAILURE() << "nothing is to be asked for ASCII";
     return {};
-  }
-  std::u16string FromBytes(std::string_view bytes) const override {
-    std::u16string characters;
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-      const bool lead = bytes[i] == '\x80' && i + 1 < bytes.size();
-      if (lead) ++i;
-      const int unit = static_cast<unsigned char>(bytes[i]) + (lead ? 0x3000 : 0);
-      characters += static_cast<char16_t>(unit);
-    }
-    return characters;
   }
 };
 
@@ -40,7 +32,7 @@ class Growing final : public CodePage {
   }
 };
 
-const DoubleByte kPage;
+const OneWay kPage;
 
 TEST(FixedBuffer, StartsFullWithAZeroOfItsOwnBehind) {
   FixedBuffer<5> spaces(' ');
