@@ -15,7 +15,7 @@
 namespace quorvane::basAPI_api {
 namespace {
 
-constexpr RegistryHandle kCurrentUser = -2147483647;
+using testing::kCurrentUser;
 
 class Japanese : public ::testing::Test {
  protected:

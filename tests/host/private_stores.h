@@ -1,10 +1,14 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "runtime/text.h"
 
 namespace quorvane::testing {
+
+/// The hive of these tests, HKEY_CURRENT_USER.
+inline constexpr std::int32_t kCurrentUser = -2147483647;
 
 /// A registry path below the current user's hive that no other test uses; the key does not exist
 /// yet.

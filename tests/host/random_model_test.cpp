@@ -19,7 +19,7 @@
 namespace quorvane::basAPI_api {
 namespace {
 
-constexpr RegistryHandle kCurrentUser = -2147483647;
+using testing::kCurrentUser;
 
 class Dice {
  public:

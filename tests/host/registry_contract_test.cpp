@@ -12,7 +12,7 @@
 namespace quorvane::basAPI_api {
 namespace {
 
-constexpr RegistryHandle kCurrentUser = -2147483647;
+using testing::kCurrentUser;
 const TaggedValue kEmptyText = Text(u"");
 
 class RegistryContract : public ::testing::Test {
