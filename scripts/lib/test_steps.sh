@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # The steps of ./test, in order: a name, what it does, what to do when it fails; below, step_NAME does it.
 # Sourced by ./test.
-# shellcheck disable=SC2154 # tree comes from common.sh
+# shellcheck disable=SC2154 # tree and python come from common.sh
 
 results=$tree/build/test-results
 jobs=$(nproc)
@@ -20,6 +20,7 @@ windows-tests|the same tests, and those of the loaded module, as Windows program
 coverage|the Linux tests once more, counting lines and branches of the portable rooms|The lines listed above are not reached by any test.
 run-native|the example road on Linux: ./run --native|Run it by hand: ./run --native
 run|the example road in Wine: ./run|Run it by hand: ./run
+help|what users read: the help file|Run it by hand: cd tests/help && /usr/bin/python3 -m unittest
 reproducible|two clones in different folders give the same module, bit for bit|Something of the folder or the time got into the file; compare the two with cmp -l.
 '
 
@@ -54,6 +55,9 @@ tests_of() {
     --test-output-size-passed 1000000 --test-output-size-failed 1000000 \
     --output-junit "$results/$step/$preset.xml"
 }
+
+# unittests_in FOLDER: its test_*.py.
+unittests_in() { "$python" -B -m unittest discover -s "$1"; }
 
 # A Wine prefix and a display for the tests alone; one program at a time, since some register the module.
 in_test_prefix=(env QUORVANE_WINEPREFIX="$tree/build/test-prefix" CTEST_PARALLEL_LEVEL=1 scripts/with-display)
@@ -109,6 +113,11 @@ step_coverage() {
 }
 step_run_native() { case_of run ./run --native; }
 step_run() { case_of run ./run; }
+step_help() {
+  scripts/setup --release
+  build windows
+  case_of help-file unittests_in tests/help
+}
 step_reproducible() {
   scripts/setup
   case_of check-reproducible scripts/check-reproducible
