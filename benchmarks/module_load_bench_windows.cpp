@@ -4,7 +4,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "control/server/identities.h"
+#include "control/interface/identities.h"
 
 #ifndef NOMINMAX
 #define NOMINMAX

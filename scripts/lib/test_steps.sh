@@ -12,14 +12,14 @@ native|build for Linux and run all its tests|Run one test by hand: build/native/
 rooms|the arrows between the rooms, and that each kept oddity is pinned by a test|Each line above names file, line and reason.
 format|the format of all C++ files|scripts/check-format --fix mends it.
 shell|shellcheck over all scripts|Each finding above has a number; shellcheck.net/wiki/NUMBER explains it.
-tidy|clang-tidy over the portable rooms and the examples|.clang-tidy says how to mark a finding that is wrong.
+tidy|clang-tidy over the portable rooms and the programs|.clang-tidy says how to mark a finding that is wrong.
 asan|the Linux tests again, under the address and undefined-behaviour sanitizers|The first report above is the one to read.
-windows|build the module and the examples for 32-bit Windows; examine the module as a file|Look for the first error above.
+windows|build the module and the programs for 32-bit Windows; examine the module as a file|Look for the first error above.
 wine|scripts/wine itself: arguments, exit codes, bytes, windows, parallel runs|Try: scripts/wine --setup
 windows-tests|the same tests, and those of the loaded module, as Windows programs in Wine|Run one by hand: scripts/with-display scripts/wine build/windows-tests/tests/ROOM/ROOM_tests.exe
 coverage|the Linux tests once more, counting lines and branches of the portable rooms|The lines listed above are not reached by any test.
-run-native|the example road on Linux: ./run --native|Run it by hand: ./run --native
-run|the example road in Wine: ./run|Run it by hand: ./run
+run-native|the whole road on Linux: ./run --native|Run it by hand: ./run --native
+run|the whole road in Wine: ./run|Run it by hand: ./run
 help|what users read: the help file|Run it by hand: cd tests/help && /usr/bin/python3 -m unittest
 reproducible|two clones in different folders give the same module, bit for bit|Something of the folder or the time got into the file; compare the two with cmp -l.
 '

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string_view>
+
+#include "control/automation/com.h"
+#include "runtime/text.h"
+
+namespace quorvane::server {
+
+/// The text of a BSTR, zeros inside it included. A null BSTR gives an absent text.
+[[nodiscard]] Text FromBstr(BSTR string);
+
+/// A fresh BSTR that the receiver owns, never null: an absent text goes out as an empty one, for
+/// the sake of callers that look at the characters without a test. Throws std::bad_alloc.
+[[nodiscard]] BSTR NewBstr(const Text& text);
+
+/// 7-bit characters, such as names in identities.h, as a text.
+[[nodiscard]] Text FromAscii(std::string_view characters);
+
+/// An id in the form of the registry: capitals in braces.
+[[nodiscard]] Text FromGuid(const GUID& id);
+
+/// The characters as the system's calls take them, terminated; good as long as the text lives.
+[[nodiscard]] const wchar_t* Wide(const Text& text);
+/// The same for calls that only read, yet ask for a pointer to writable characters.
+[[nodiscard]] wchar_t* MutableWide(const Text& text);
+
+}  // namespace quorvane::server

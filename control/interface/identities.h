@@ -1,0 +1,148 @@
+// Everything about the module that a host may have stored or compiled in: ids, versions, names,
+// numbers.
+//
+// This is the only list of them. The server, its registration, the type library, the two id tables
+// and the numbers in QuorvaneSecurity.rc are all made from it, and no value here may change: forms
+// saved by hosts and programs built against any earlier interface rely on each.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "control/interface/guid.h"
+
+namespace quorvane::identities {
+
+// --- Names ---------------------------------------------------------------------------------------
+
+inline constexpr char kModuleName[] = "QuorvaneSecurity";  // also library name and help string
+inline constexpr char kModuleFileName[] = "QuorvaneSecurity.ocx";
+inline constexpr char kHelpFile[] = "SecurityOCX.chm";
+inline constexpr char kClassName[] = "SecurityCtrl";
+inline constexpr char kProgId[] = "QuorvaneSecurity.SecurityCtrl";
+inline constexpr char kInterfaceName[] = "_SecurityCtrl";
+inline constexpr char kSourceInterfaceName[] = "__SecurityCtrl";
+
+// --- Library and class ---------------------------------------------------------------------------
+
+inline constexpr Guid kLibraryId = ParseGuid("D87A57E5-81C3-11D5-97D8-0050BA8CAAD8");
+inline constexpr std::uint16_t kLibraryMajor = 443;
+inline constexpr std::uint16_t kLibraryMinor = 16;
+inline constexpr std::uint32_t kLocale = 0x0409;
+
+inline constexpr Guid kClassId = ParseGuid("D87A57E7-81C3-11D5-97D8-0050BA8CAAD8");
+inline constexpr std::uint16_t kClassMajor = 1;  // of the class and of all interface generations
+inline constexpr std::uint16_t kClassMinor = 16;
+
+// The automation library that ours imports, and IDispatch in it.
+inline constexpr Guid kAutomationLibraryId = ParseGuid("00020430-0000-0000-C000-000000000046");
+inline constexpr Guid kDispatchInterfaceId = ParseGuid("00020400-0000-0000-C000-000000000046");
+
+// SETCLIENTSITEFIRST | NOUIACTIVATE | INVISIBLEATRUNTIME | ACTIVATEWHENVISIBLE | INSIDEOUT |
+// CANTLINKINSIDE | RECOMPOSEONRESIZE
+inline constexpr std::uint32_t kMiscStatus = 0x24591;
+
+// --- Interface generations -----------------------------------------------------------------------
+
+// One step in the life of the interface. The members never changed, only the ids, so the present
+// interface answers to every interface id and its events to every source id.
+struct Generation {
+  const char* entry;            // name in the type library; all but the last are hidden aliases
+  std::uint16_t minor_version;  // the major one is kClassMajor
+  Guid interface_id;
+  Guid source_id;
+};
+
+// Oldest first; the last one is the present interface.
+inline constexpr std::array<Generation, 17> kGenerations{{
+    {"SecurityCtrl___v0", 0, ParseGuid("8B4B3B95-B3A0-11D5-8FF3-0060B0A44813"),
+     ParseGuid("8B4B3B96-B3A0-11D5-8FF3-0060B0A44813")},
+    {"SecurityCtrl___v1", 1, ParseGuid("EC17EC29-D2B2-11D5-8FF8-0060B0A44813"),
+     ParseGuid("EC17EC2A-D2B2-11D5-8FF8-0060B0A44813")},
+    {"SecurityCtrl___v2", 2, ParseGuid("5103B0F6-A5B6-4A93-9AE2-540EDE42B1A5"),
+     ParseGuid("F4EB5032-2EBB-452F-88F6-F22983FC911A")},
+    {"SecurityCtrl___v3", 3, ParseGuid("00FA7AC7-F2CA-4FF8-A0C0-32A1B6CD9CC8"),
+     ParseGuid("2523D7D0-AA4D-464F-B664-DD302BED3A66")},
+    {"SecurityCtrl___v4", 4, ParseGuid("7DE417FD-0A77-4BA2-BD4E-5F85AA09B23C"),
+     ParseGuid("9BE9FDA7-A04B-46F7-9116-BEA759100DCE")},
+    {"SecurityCtrl___v5", 5, ParseGuid("5C69ABDC-AE9A-42FD-B8BB-E73136FDA81E"),
+     ParseGuid("96D616EE-8E13-45AC-BF50-8749B65F3BB2")},
+    {"SecurityCtrl___v6", 6, ParseGuid("157C2BF2-EB9C-4784-8E33-7A2A11363C0C"),
+     ParseGuid("8279C7B2-34CE-4B4C-8CB7-A3074DC38CA2")},
+    {"SecurityCtrl___v7", 7, ParseGuid("662ABC14-2300-424A-9285-DEAB2B004AFD"),
+     ParseGuid("F61A88E2-5A20-47B0-ADA1-02476C0D62E1")},
+    {"SecurityCtrl___v8", 8, ParseGuid("7394FF21-F07A-4047-B2E7-8F2C001B7E4A"),
+     ParseGuid("878949A6-032F-4256-9C07-413602C4FEA2")},
+    {"SecurityCtrl___v9", 9, ParseGuid("837C6A0D-12AB-4ABE-967E-E97D689B1751"),
+     ParseGuid("81E95369-10BD-440F-B081-9C0CD511AABD")},
+    {"SecurityCtrl___v10", 10, ParseGuid("54CB573B-B960-4F71-ACF7-79EBC22C4E3C"),
+     ParseGuid("8D635294-B787-4108-9A1D-413372039790")},
+    {"SecurityCtrl___v11", 11, ParseGuid("DFE7C31B-0349-4617-B766-AA9A5B9DCBA0"),
+     ParseGuid("DF787A3A-A77A-420A-9941-AC3BE7D2A7A9")},
+    {"SecurityCtrl___v12", 12, ParseGuid("AC674024-4E4F-4659-B1CD-582009F4C24C"),
+     ParseGuid("19A1E102-28D8-400C-ACBD-616B747DDF78")},
+    {"SecurityCtrl___v13", 13, ParseGuid("86FD65FD-06C7-4060-BCBA-7157F94EB51A"),
+     ParseGuid("1A552F4A-7433-43F3-9762-8102D89DB6B4")},
+    {"SecurityCtrl___v14", 14, ParseGuid("EB5E841F-A4B5-40C4-AA9D-329848F7CEE5"),
+     ParseGuid("5A41FEC7-4BAB-49F4-B4C2-FBB392B1B61E")},
+    {"SecurityCtrl___v15", 15, ParseGuid("8D7AE9D3-029C-4526-A961-272660BEE4F3"),
+     ParseGuid("49B76257-44DE-4984-9652-CCB74441B05C")},
+    {"_SecurityCtrl", 16, ParseGuid("80A6F5ED-2A74-4AA0-BD7A-211CF85AECE2"),
+     ParseGuid("1D54DF39-6000-4448-ABCE-DA756E22FFF9")},
+}};
+inline constexpr const Generation& kPresent = kGenerations.back();
+
+// --- Members of _SecurityCtrl --------------------------------------------------------------------
+
+enum class MemberKind { kFunction, kPropertyGet, kPropertyPut };
+
+enum class ValueType { kText, kInteger16, kBoolean, kInteger32 };
+
+struct Member {
+  const char* name;
+  MemberKind kind;
+  std::int32_t dispatch_id;
+  ValueType type;        // of the put's argument, or of the value that comes back
+  const char* argument;  // name of the put's argument; empty for a get and for the function
+  std::uint32_t help_context;
+};
+
+// In the order of the virtual table.
+// Kept: the first three properties stand get before put, the last four put before get; clients call
+// by position (test: test_members_stand_in_the_order_of_the_virtual_table).
+inline constexpr std::array<Member, 15> kMembers{{
+    {"ServerAddress", MemberKind::kPropertyGet, 0x6803000D, ValueType::kText, "", 0},
+    {"ServerAddress", MemberKind::kPropertyPut, 0x6803000D, ValueType::kText,
+     "str_New_ServerAddress", 0},
+    {"ServerPort", MemberKind::kPropertyGet, 0x68030053, ValueType::kInteger16, "", 0},
+    {"ServerPort", MemberKind::kPropertyPut, 0x68030053, ValueType::kInteger16,
+     "int_New_ServerPort", 0},
+    {"ServerFile", MemberKind::kPropertyGet, 0x6803000C, ValueType::kText, "", 600},
+    {"ServerFile", MemberKind::kPropertyPut, 0x6803000C, ValueType::kText, "str_New_ServerFile",
+     600},
+    {"UseProxy", MemberKind::kPropertyPut, 0x68030048, ValueType::kBoolean, "bolUseProxy", 0},
+    {"UseProxy", MemberKind::kPropertyGet, 0x68030048, ValueType::kBoolean, "", 0},
+    {"ProxyServer", MemberKind::kPropertyPut, 0x68030047, ValueType::kText, "strProxyServer", 0},
+    {"ProxyServer", MemberKind::kPropertyGet, 0x68030047, ValueType::kText, "", 0},
+    {"UserName", MemberKind::kPropertyPut, 0x68030046, ValueType::kText, "strUserName", 0},
+    {"UserName", MemberKind::kPropertyGet, 0x68030046, ValueType::kText, "", 0},
+    {"Password", MemberKind::kPropertyPut, 0x68030045, ValueType::kText, "strPassword", 0},
+    {"Password", MemberKind::kPropertyGet, 0x68030045, ValueType::kText, "", 0},
+    {"GetCRCValue", MemberKind::kFunction, 0x6003005E, ValueType::kInteger32, "", 0},
+}};
+
+// --- Resources -----------------------------------------------------------------------------------
+
+inline constexpr std::uint16_t kTypeLibraryResource = 1;          // of type TYPELIB
+inline constexpr char kInterfaceIdsType[] = "_IID_SECURITYCTRL";  // resource type, id 1
+inline constexpr char kSourceIdsType[] = "_SRCIID_SECURITYCTRL";  // resource type, id 1
+inline constexpr std::uint16_t kIdTableResource = 1;
+inline constexpr std::uint16_t kToolboxBitmapResource = 30000;  // 16 by 15 pixels, 24 bits
+inline constexpr std::uint16_t kControlIconResource = 30001;    // 32 by 32 pixels, 16 colours
+inline constexpr std::uint16_t kVersionResource = 1;
+
+inline constexpr char kVersionText[] = "3.09.0001";  // of file and product
+inline constexpr std::array<std::uint16_t, 4> kVersionNumbers{3, 9, 0, 1};
+inline constexpr std::uint16_t kVersionCodePage = 0x04B0;  // with kLocale the block "040904B0"
+
+}  // namespace quorvane::identities

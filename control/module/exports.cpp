@@ -1,0 +1,38 @@
+// The doors of the module: the four exported functions and the loader's entry.
+
+#include "control/automation/com.h"
+#include "control/automation/error_to_hresult.h"
+#include "control/automation/module_use.h"
+#include "control/crt/emulated_tls.h"
+#include "control/interface/identities.h"
+#include "control/module/class_object.h"
+#include "control/module/registration.h"
+#include "platform/windows/loader_notice.h"
+
+using quorvane::server::AsGuid;
+using quorvane::server::Guarded;
+
+STDAPI DllCanUnloadNow() { return quorvane::server::ModuleIsInUse() ? S_FALSE : S_OK; }
+
+STDAPI DllGetClassObject(REFCLSID class_id, REFIID id, void** out) {
+  if (out == nullptr) return E_POINTER;
+  *out = nullptr;
+  if (class_id != AsGuid(quorvane::identities::kClassId)) return CLASS_E_CLASSNOTAVAILABLE;
+  return quorvane::server::ClassObject::Instance().QueryInterface(id, out);
+}
+
+STDAPI DllRegisterServer() {
+  return Guarded([] { return quorvane::server::Register(); });
+}
+
+STDAPI DllUnregisterServer() {
+  return Guarded([] { return quorvane::server::Unregister(); });
+}
+
+// Only passes the notice on; the per-thread records come first, since their end may still use what
+// the other gives back.
+extern "C" BOOL WINAPI DllMain(HINSTANCE /*module*/, DWORD reason, void* process_ends) {
+  quorvane::OnLoaderNotice(reason, process_ends);
+  quorvane::server::EmulatedTlsOnLoaderNotice(reason, process_ends);
+  return TRUE;
+}

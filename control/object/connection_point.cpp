@@ -1,0 +1,86 @@
+#include "control/object/connection_point.h"
+
+#include <algorithm>
+#include <atomic>
+#include <utility>
+
+#include "control/automation/enumerator.h"
+#include "control/automation/error_to_hresult.h"
+
+namespace quorvane::server {
+namespace {
+
+// One sequence for the whole module, so that a cookie given to the wrong point is unknown there.
+DWORD NextCookie() {
+  static constinit std::atomic<DWORD> last{0};
+  DWORD next = ++last;
+  while (next == 0) next = ++last;
+  return next;
+}
+
+using ConnectionEnumerator = Enumerator<IEnumConnections, Connection, CONNECTDATA>;
+
+}  // namespace
+
+HRESULT ConnectionPoint::QueryInterface(REFIID id, void** out) {
+  if (out == nullptr) return E_POINTER;
+  const bool is_ours = id == __uuidof(IUnknown) || id == __uuidof(IConnectionPoint);
+  *out = is_ours ? static_cast<IConnectionPoint*>(this) : nullptr;
+  if (!is_ours) return E_NOINTERFACE;
+  AddRef();
+  return S_OK;
+}
+
+HRESULT ConnectionPoint::GetConnectionInterface(IID* out) {
+  if (out == nullptr) return E_POINTER;
+  *out = id_;
+  return S_OK;
+}
+
+HRESULT ConnectionPoint::GetConnectionPointContainer(IConnectionPointContainer** out) {
+  if (out == nullptr) return E_POINTER;
+  ComPtr<IConnectionPointContainer>(&container_).HandOut(out);
+  return S_OK;
+}
+
+ComPtr<IUnknown> ConnectionPoint::AskSink(IUnknown* sink) const {
+  auto asked = Query<IUnknown>(sink, id_);
+  if (!asked && id_ != __uuidof(IPropertyNotifySink))
+    asked = Query<IUnknown>(sink, __uuidof(IDispatch));
+  return asked;
+}
+
+HRESULT ConnectionPoint::Advise(IUnknown* sink, DWORD* cookie) {
+  if (cookie != nullptr) *cookie = 0;
+  if (sink == nullptr || cookie == nullptr) return E_POINTER;
+  const ComPtr<IUnknown> alive(this);
+  return Guarded([&]() -> HRESULT {
+    const ComPtr<IUnknown> asked = AskSink(sink);
+    if (!asked) return CONNECT_E_CANNOTCONNECT;
+    const DWORD given = NextCookie();
+    connections_.push_back({asked, given});
+    *cookie = given;
+    return S_OK;
+  });
+}
+
+HRESULT ConnectionPoint::Unadvise(DWORD cookie) {
+  const ComPtr<IUnknown> alive(this);
+  const auto found = std::ranges::find(connections_, cookie, &Connection::cookie);
+  if (found == connections_.end()) return CONNECT_E_NOCONNECTION;
+  // Off the list first: the sink may end with its last reference, and call back.
+  const Connection taken = std::move(*found);
+  connections_.erase(found);
+  return S_OK;
+}
+
+HRESULT ConnectionPoint::EnumConnections(IEnumConnections** out) {
+  if (out == nullptr) return E_POINTER;
+  *out = nullptr;
+  return Guarded([&] {
+    ConnectionEnumerator::Create(connections_, 0, out);
+    return S_OK;
+  });
+}
+
+}  // namespace quorvane::server

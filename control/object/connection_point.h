@@ -1,0 +1,56 @@
+#pragma once
+
+#include <vector>
+
+#include "control/automation/com.h"
+
+namespace quorvane::server {
+
+/// A sink and the cookie by which its owner may take it off again.
+struct Connection {
+  ComPtr<IUnknown> sink;
+  DWORD cookie = 0;
+
+  void HandOut(CONNECTDATA* out) const {
+    sink.HandOut(&out->pUnk);
+    out->dwCookie = cookie;
+  }
+};
+
+/// The sinks for one outgoing interface. It is an object of its own to those who ask for
+/// interfaces, but its references count as the control's.
+class ConnectionPoint final : public IConnectionPoint {
+ public:
+  /// `container` is the control's face, not counted.
+  ConnectionPoint(IConnectionPointContainer& container, const GUID& id)
+      : container_(container), id_(id) {}
+  ConnectionPoint(const ConnectionPoint&) = delete;
+  ConnectionPoint& operator=(const ConnectionPoint&) = delete;
+
+  [[nodiscard]] const GUID& Id() const { return id_; }
+  /// A counted copy: sinks may come and go while their list is walked.
+  [[nodiscard]] std::vector<Connection> Connections() const { return connections_; }
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) override;
+  ULONG STDMETHODCALLTYPE AddRef() override { return container_.AddRef(); }
+  ULONG STDMETHODCALLTYPE Release() override { return container_.Release(); }
+
+  HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID* out) override;
+  HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer** out) override;
+  /// Any number of sinks. The sink is asked for the interface that the point was found under, then
+  /// for IDispatch unless the point is for property notifications; CONNECT_E_CANNOTCONNECT when it
+  /// has neither. A cookie is never 0 and never given twice by one control.
+  HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override;
+  /// CONNECT_E_NOCONNECTION for a cookie that this point did not give.
+  HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override;
+  HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** out) override;
+
+ private:
+  [[nodiscard]] ComPtr<IUnknown> AskSink(IUnknown* sink) const;
+
+  IConnectionPointContainer& container_;
+  const GUID& id_;
+  std::vector<Connection> connections_;
+};
+
+}  // namespace quorvane::server

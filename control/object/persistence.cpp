@@ -1,0 +1,108 @@
+#include "control/object/persistence.h"
+
+#include <optional>
+#include <vector>
+
+#include "control/automation/error_to_hresult.h"
+#include "control/automation/stream.h"
+#include "control/interface/identities.h"
+#include "control/object/property_bag.h"
+
+namespace quorvane::server {
+
+void* PersistenceFace::Find(REFIID id) {
+  if (id == __uuidof(IPersist)) return static_cast<IPersistStreamInit*>(this);
+  return FindInterface<IPersistStreamInit, IPersistPropertyBag>(*this, id);
+}
+
+HRESULT PersistenceFace::GetClassID(CLSID* out) {
+  if (out == nullptr) return E_POINTER;
+  *out = AsGuid(identities::kClassId);
+  return S_OK;
+}
+
+// Kept: InitNew after a Load is refused, as the component model's documentation asks; a container
+// that always sends it would wipe what it just loaded. Pinned by
+// BagLoad.IsKeptFromALaterInitNew.
+HRESULT PersistenceFace::InitNew() {
+  if (was_loaded_) return E_UNEXPECTED;
+  logic_.InitProperties();
+  is_dirty_ = false;
+  return S_OK;
+}
+
+// Kept: a further Load works, after InitNew too; designers load again and again. Pinned by
+// BagLoad.MayBeRepeated.
+void PersistenceFace::LoadFrom(PropertyBag& bag) {
+  logic_.ReadProperties(bag);
+  was_loaded_ = true;
+  is_dirty_ = false;
+}
+
+StreamBag PersistenceFace::WrittenBag() {
+  StreamBag bag;
+  logic_.WriteProperties(bag);
+  return bag;
+}
+
+HRESULT PersistenceFace::IsDirty() { return is_dirty_ ? S_OK : S_FALSE; }
+
+HRESULT PersistenceFace::Load(IStream* stream) {
+  if (stream == nullptr) return E_POINTER;
+  const auto alive = KeepAlive();
+  return Guarded([&]() -> HRESULT {
+    std::vector<std::uint8_t> head;
+    if (const HRESULT result = ReadExactly(*stream, StreamBag::kHeadSize, head); FAILED(result))
+      return result;
+    const auto body_size = StreamBag::BodySize(std::span(head).first<StreamBag::kHeadSize>());
+    if (!body_size) return E_FAIL;
+    std::vector<std::uint8_t> body;
+    if (const HRESULT result = ReadExactly(*stream, *body_size, body); FAILED(result))
+      return result;
+    std::optional<StreamBag> bag = StreamBag::FromBody(body);
+    if (!bag) return E_FAIL;
+    LoadFrom(*bag);
+    return S_OK;
+  });
+}
+
+HRESULT PersistenceFace::Save(IStream* stream, BOOL clear_dirty) {
+  if (stream == nullptr) return E_POINTER;
+  const auto alive = KeepAlive();
+  return Guarded([&] {
+    const HRESULT result = WriteWholly(*stream, WrittenBag().ToBytes());
+    if (SUCCEEDED(result) && clear_dirty != FALSE) is_dirty_ = false;
+    return result;
+  });
+}
+
+HRESULT PersistenceFace::GetSizeMax(ULARGE_INTEGER* out) {
+  if (out == nullptr) return E_POINTER;
+  out->QuadPart = 0;
+  return Guarded([&] {
+    out->QuadPart = WrittenBag().ToBytes().size();
+    return S_OK;
+  });
+}
+
+HRESULT PersistenceFace::Load(IPropertyBag* bag, IErrorLog* log) {
+  if (bag == nullptr) return E_POINTER;
+  const auto alive = KeepAlive();
+  ContainerBag container_bag(*bag, log);
+  LoadFrom(container_bag);
+  return S_OK;
+}
+
+// Kept: the event drops its errors, so a save into a failing bag says S_OK over a half-written form
+// and clears the mark; containers keep what the bag then holds. Pinned by
+// BagSave.LeavesLaterFieldsOutAtEachWriteThatFailsInTurnAndStillSucceeds.
+HRESULT PersistenceFace::Save(IPropertyBag* bag, BOOL clear_dirty, BOOL /*save_all*/) {
+  if (bag == nullptr) return E_POINTER;
+  const auto alive = KeepAlive();
+  ContainerBag container_bag(*bag, nullptr);
+  logic_.WriteProperties(container_bag);
+  if (clear_dirty != FALSE) is_dirty_ = false;
+  return S_OK;
+}
+
+}  // namespace quorvane::server

@@ -1,0 +1,111 @@
+#include "control/object/window.h"
+
+#include "control/object/picture.h"
+#include "platform/windows/module_file.h"
+
+namespace quorvane::server {
+namespace {
+
+constexpr const wchar_t* kClassName = L"QuorvaneSecurity.SecurityCtrl";
+
+// Given back with the module, when no window can be left: each one holds the module.
+struct WindowClass {
+  ~WindowClass() {
+    if (is_registered) ::UnregisterClassW(kClassName, ModuleInstance());
+  }
+  bool is_registered = false;
+};
+
+constinit WindowClass window_class;
+
+// Another thread may be first; the class is there then just the same.
+bool HaveClass(WNDPROC procedure) {
+  if (window_class.is_registered) return true;
+  WNDCLASSW description{};
+  description.lpfnWndProc = procedure;
+  description.hInstance = ModuleInstance();
+  description.hCursor = ::LoadCursorW(nullptr, MAKEINTRESOURCEW(32512));  // the arrow
+  description.lpszClassName = kClassName;
+  if (::RegisterClassW(&description) != 0 || ::GetLastError() == ERROR_CLASS_ALREADY_EXISTS)
+    window_class.is_registered = true;
+  return window_class.is_registered;
+}
+
+void Paint(HWND handle) {
+  PAINTSTRUCT paint{};
+  const HDC dc = ::BeginPaint(handle, &paint);
+  if (dc == nullptr) return;
+  RECT client{};
+  ::GetClientRect(handle, &client);
+  DrawPicture(dc, client);
+  ::EndPaint(handle, &paint);
+}
+
+}  // namespace
+
+LRESULT CALLBACK ControlWindow::OnMessage(HWND handle, UINT message, WPARAM first, LPARAM second) {
+  auto* const window = reinterpret_cast<ControlWindow*>(::GetWindowLongW(handle, GWL_USERDATA));
+  switch (message) {
+    case WM_ERASEBKGND:
+      return 1;  // the picture fills it
+    case WM_PAINT:
+      Paint(handle);
+      return 0;
+    case WM_PRINTCLIENT: {
+      RECT client{};
+      ::GetClientRect(handle, &client);
+      DrawPicture(reinterpret_cast<HDC>(first), client);
+      return 0;
+    }
+    case WM_NCDESTROY: {
+      // Whoever destroyed it: from here on there is none.
+      const LRESULT result = ::DefWindowProcW(handle, message, first, second);
+      if (window != nullptr) {
+        window->handle_ = nullptr;
+        window->use_.reset();
+      }
+      return result;
+    }
+    default:
+      return ::DefWindowProcW(handle, message, first, second);
+  }
+}
+
+bool ControlWindow::Create(HWND parent, const RECT& where) {
+  if (!HaveClass(OnMessage)) return false;
+  use_.emplace();
+  handle_ = ::CreateWindowExW(0, kClassName, L"", WS_CHILD | WS_CLIPSIBLINGS | WS_VISIBLE,
+                              where.left, where.top, where.right - where.left,
+                              where.bottom - where.top, parent, nullptr, ModuleInstance(), nullptr);
+  if (handle_ == nullptr) {
+    use_.reset();
+    return false;
+  }
+  ::SetWindowLongW(handle_, GWL_USERDATA, reinterpret_cast<LONG>(this));
+  return true;
+}
+
+void ControlWindow::Destroy() {
+  if (handle_ != nullptr) ::DestroyWindow(handle_);
+}
+
+void ControlWindow::Show(bool visible) {
+  if (handle_ != nullptr) ::ShowWindow(handle_, visible ? SW_SHOWNA : SW_HIDE);
+}
+
+void ControlWindow::Place(const RECT& where, const RECT* clip) {
+  if (handle_ == nullptr) return;
+  RECT shown = where;
+  if (clip != nullptr) ::IntersectRect(&shown, &where, clip);
+  // A region in the window's own coordinates, owned by the window from here on; none shows all.
+  const bool is_whole = ::EqualRect(&shown, &where) != FALSE;
+  const HRGN region = is_whole
+                          ? nullptr
+                          : ::CreateRectRgn(shown.left - where.left, shown.top - where.top,
+                                            shown.right - where.left, shown.bottom - where.top);
+  if (::SetWindowRgn(handle_, region, TRUE) == 0 && region != nullptr) ::DeleteObject(region);
+  ::SetWindowPos(handle_, nullptr, where.left, where.top, where.right - where.left,
+                 where.bottom - where.top, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+}  // namespace quorvane::server

@@ -1,0 +1,111 @@
+// Usage: make_resources PICTURES OUTPUT
+//
+// Writes into the folder OUTPUT everything that QuorvaneSecurity.rc takes up: the type library, the
+// two tables of interface ids, the pictures made from the texts in the folder PICTURES, and
+// identities.rh with the numbers and texts of identities.h. Runs on the building machine.
+#include <cstdio>
+#include <exception>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+
+#include "control/interface/identities.h"
+#include "control/resources/bytes.h"
+#include "control/resources/control_library.h"
+#include "control/resources/picture.h"
+
+namespace {
+
+using namespace quorvane;
+using typelib::Bytes;
+
+std::string output_folder;
+
+void Write(const std::string& name, const Bytes& content) {
+  std::ofstream file(output_folder + "/" + name, std::ios::binary);
+  file.write(reinterpret_cast<const char*>(content.data().data()), content.size());
+  file.close();
+  if (!file) throw std::runtime_error("cannot write " + name);
+}
+
+// One column of the generations: a byte count, then the ids, oldest first.
+Bytes IdTable(identities::Guid identities::Generation::*column) {
+  Bytes ids, table;
+  for (const auto& generation : identities::kGenerations) ids.PutId(generation.*column);
+  table.Put32(ids.size());
+  table.Append(ids);
+  return table;
+}
+
+resources::Picture Picture(const std::string& path) {
+  std::ifstream file(path);
+  if (!file) throw std::runtime_error("cannot read " + path);
+  try {
+    return resources::ReadPicture(file);
+  } catch (const std::runtime_error& error) {
+    throw std::runtime_error(path + ": " + error.what());
+  }
+}
+
+std::string Hex4(std::uint32_t number) {
+  char text[5];
+  std::snprintf(text, sizeof text, "%04X", number & 0xFFFFU);
+  return text;
+}
+
+Bytes Definitions() {
+  using namespace identities;
+  Bytes text;
+  auto define = [&](const std::string& name, const std::string& value) {
+    text.PutText("#define " + name + " " + value + "\n");
+  };
+  auto define_text = [&](const std::string& name, const std::string& value) {
+    define(name, "\"" + value + "\"");
+  };
+  std::string numbers;
+  for (std::uint16_t number : kVersionNumbers) {
+    numbers += (numbers.empty() ? "" : ",") + std::to_string(number);
+  }
+  text.PutText("// Made from control/interface/identities.h.\n");
+  define("TYPE_LIBRARY", std::to_string(kTypeLibraryResource));
+  define("ID_TABLE", std::to_string(kIdTableResource));
+  define("INTERFACE_IDS", kInterfaceIdsType);
+  define("SOURCE_IDS", kSourceIdsType);
+  define("TOOLBOX_BITMAP", std::to_string(kToolboxBitmapResource));
+  define("CONTROL_ICON", std::to_string(kControlIconResource));
+  define("MODULE_VERSION", std::to_string(kVersionResource));
+  define("VERSION_NUMBERS", numbers);
+  define("VERSION_LANGUAGE", "0x" + Hex4(kLocale));
+  define("VERSION_CODE_PAGE", "0x" + Hex4(kVersionCodePage));
+  define_text("VERSION_BLOCK", Hex4(kLocale) + Hex4(kVersionCodePage));
+  define_text("VERSION_TEXT", kVersionText);
+  define_text("MODULE_NAME", kModuleName);
+  define_text("MODULE_FILE_NAME", kModuleFileName);
+  return text;
+}
+
+void MakeResources(const std::string& pictures) {
+  Write("QuorvaneSecurity.tlb", typelib::ControlLibrary());
+  Write("interface_ids.bin", IdTable(&identities::Generation::interface_id));
+  Write("source_ids.bin", IdTable(&identities::Generation::source_id));
+  Write("toolbox.bmp", resources::BitmapFile(Picture(pictures + "/toolbox.txt")));
+  Write("control.ico", resources::IconFile(Picture(pictures + "/control.txt")));
+  Write("identities.rh", Definitions());
+}
+
+}  // namespace
+
+int main(int argument_count, char** arguments) {
+  if (argument_count != 3) {
+    std::fputs("usage: make_resources PICTURES OUTPUT\n", stderr);
+    return 2;
+  }
+  output_folder = arguments[2];
+  try {
+    MakeResources(arguments[1]);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "make_resources: %s\n", error.what());
+    return 1;
+  }
+  return 0;
+}

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "programs/common/standard_streams.h"
+
+namespace quorvane::examples {
+
+/// Output that did not reach its reader, or input that could not be read. what() is the reason.
+class StreamError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// A program's three streams, UTF-8 everywhere and never translated: a line ends with a single
+/// newline, and bytes that are no text pass unharmed.
+///
+/// Output is collected and written in large pieces, at once only to a terminal. Whoever owns the
+/// console calls Flush() before the program ends; the destructor writes nothing, so that a failure
+/// cannot be lost there.
+class Console {
+ public:
+  explicit Console(std::string program_name) : program_name_(std::move(program_name)) {}
+  Console(const Console&) = delete;
+  Console& operator=(const Console&) = delete;
+
+  /// The name that opens each message, "quorvane".
+  [[nodiscard]] const std::string& ProgramName() const { return program_name_; }
+
+  /// Writes to standard output. Raises StreamError when the output cannot be written.
+  void Out(std::string_view bytes);
+  /// Writes what Out() has collected. Raises StreamError.
+  void Flush();
+
+  /// Writes one line to standard error, "<program>: <message>", behind all output so far. That the
+  /// line cannot be written is let pass: there is nowhere left to say so.
+  void Complain(const std::string& message);
+  /// Writes to standard error as it is; failures are let pass.
+  void Err(std::string_view bytes);
+  [[nodiscard]] bool ErrorIsTerminal() const { return IsTerminal(StandardStream::kError); }
+
+  /// Fills `buffer` from standard input; fewer bytes than asked for mean that the input ended.
+  /// Raises StreamError.
+  [[nodiscard]] std::size_t Read(char* buffer, std::size_t size);
+  /// All of standard input. Raises StreamError.
+  [[nodiscard]] std::string ReadAll();
+
+ private:
+  std::string program_name_;
+  std::string collected_;
+};
+
+}  // namespace quorvane::examples

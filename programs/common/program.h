@@ -1,0 +1,32 @@
+#pragma once
+
+#include <functional>
+#include <span>
+#include <string>
+
+#include "programs/common/console.h"
+#include "runtime/runtime_error.h"
+
+namespace quorvane::examples {
+
+/// How a program ends: what a script that called it tests.
+struct ExitCode {
+  static constexpr int kSuccess = 0;
+  static constexpr int kFailure = 1;  ///< a run-time error, or output that could not be written
+  static constexpr int kUsage = 2;    ///< the words on the command line make no sense
+};
+
+/// "error 53: File not found (quorvane.File)"; without the brackets when the source is empty.
+[[nodiscard]] std::string DescribeError(const RuntimeError& error);
+
+/// Runs a program's body and turns what it throws into one line on standard error and an exit code:
+/// UsageError (options.h) into kUsage with a hint at --help, anything else into kFailure. Output
+/// that could not be written is a failure, whatever the body returned.
+[[nodiscard]] int Guard(Console& console, const std::function<int()>& body);
+
+/// Each program defines this one; main() stands in posix/ and windows/ and calls it with the words
+/// behind the program's name, in UTF-8. A word that is no proper text (bytes that are no UTF-8, on
+/// Windows a single half of a surrogate pair) arrives with U+FFFD in place of what cannot be said.
+[[nodiscard]] int ProgramMain(std::span<const std::string> words);
+
+}  // namespace quorvane::examples

@@ -1,0 +1,193 @@
+// form_host: opens a saved form, hosts the control on it, changes settings, saves the form, proves
+// that it comes back the same, and asks the control for its checksum.
+
+#include <array>
+#include <optional>
+#include <utility>
+
+#include "programs/common/options.h"
+#include "programs/common/program.h"
+#include "programs/form_host/form_file.h"
+#include "programs/form_host/hosted_form.h"
+#include "programs/form_host/settings.h"
+#include "runtime/utf8.h"
+
+namespace quorvane::examples {
+namespace {
+
+constexpr const char* kHelp =
+    "usage: form_host [--set NAME=VALUE]... [--save FILE] [--wait] FORM\n"
+    "       form_host --help\n"
+    "\n"
+    "Opens the saved form FORM, creates the control on it, loads it, shows its size and its seven\n"
+    "settings, changes some of them, saves the form, loads it into a new control to compare, and\n"
+    "asks for GetCRCValue.\n"
+    "\n"
+    "  --set NAME=VALUE  changes a setting: ServerAddress, ServerPort, ServerFile, UseProxy,\n"
+    "                    ProxyServer, UserName or Password; may be repeated\n"
+    "                    (without any: ServerPort=8081)\n"
+    "  --save FILE       writes the form to FILE, which may be FORM itself; else it is kept in\n"
+    "                    memory only\n"
+    "  --wait            keeps the form on the screen until Enter is pressed or standard input "
+    "ends\n"
+    "                    (without it: a moment)\n"
+    "\n"
+    "A form file holds one entry a line: Name = \"text\", Name = 8080, Name = True. Passwords show "
+    "as\n"
+    "asterisks here and stand in the file as plain text.\n"
+    "exit codes: 0 success; 1 a form file that cannot be used, or a run-time error; 2 wrong "
+    "usage\n";
+
+constexpr std::array kOptions{
+    Option{"--help", false},
+    Option{"--set", true, true},
+    Option{"--save"},
+    Option{"--wait", false},
+};
+
+using SettingValues = std::array<TaggedValue, kSettings.size()>;
+
+constexpr int kTwipsPerPixel = 15;
+
+// What the words ask for.
+struct Task {
+  explicit Task(const Arguments& arguments)
+      : form(FormOf(arguments)), save_to(arguments.Value("--save")), wait(arguments.Has("--wait")) {
+    for (const std::string& word : arguments.Values("--set")) changes.push_back(ParseChange(word));
+    if (changes.empty()) changes.push_back({u"ServerPort", u"8081"});
+  }
+
+  static const std::string& FormOf(const Arguments& arguments) {
+    arguments.RequireOperands(1, 1, "FORM");
+    return arguments.Operands().front();
+  }
+
+  std::string form;
+  std::optional<std::string> save_to;
+  bool wait;
+  std::vector<Change> changes;
+};
+
+class FormHost {
+ public:
+  FormHost(Task task, Console& console) : task_(std::move(task)), console_(console) {}
+
+  void Run() {
+    FormBag bag(LoadForm(task_.form));
+    Say("form " + task_.form + ": " + CountOf(bag));
+    OnFreshThread([&] { Edit(bag); });
+    FormBag reopened(Store());
+    OnFreshThread([&] { Reopen(reopened); });
+  }
+
+ private:
+  void Say(const std::string& line) { console_.Out(line + "\n"); }
+
+  static std::string CountOf(const FormBag& bag) {
+    const std::size_t count = bag.Entries().size();
+    return std::to_string(count) + (count == 1 ? " entry" : " entries");
+  }
+
+  // Load, show, change, save: the life of a form in its designer.
+  void Edit(FormBag& bag) {
+    const auto form = MakeForm([this](const Text& property) {
+      Say("  the control reports a change of " + ToUtf8(property));
+    });
+    Load(*form, bag);
+    ShowSettings("settings as loaded:", SettingsOf(*form));
+    Show(*form);
+    for (const Change& change : task_.changes) {
+      Say("set " + ToUtf8(change.setting) + " = " + Display(change.setting, change.value));
+      form->Put(change.setting, change.value);
+    }
+    edited_ = SettingsOf(*form);
+    Say(std::string("the form ") + (form->NeedsSaving() ? "needs saving" : "needs no saving"));
+    form->Save(saved_);
+  }
+
+  void Load(HostedForm& form, FormBag& bag) {
+    form.Load(bag);
+    const SizeInTwips size = form.Size();
+    Say("control: " + std::to_string(size.width) + " x " + std::to_string(size.height) +
+        " twips, " + std::to_string(size.width / kTwipsPerPixel) + " x " +
+        std::to_string(size.height / kTwipsPerPixel) + " pixels");
+    for (const Text& name : bag.Unread())
+      Say("note: the control has not read the entry " + ToUtf8(name));
+  }
+
+  void Show(HostedForm& form) {
+    Say("on screen: " + form.Show());
+    if (!task_.wait) return;
+    console_.Flush();
+    form.StayUntilEnter();
+  }
+
+  static SettingValues SettingsOf(HostedForm& form) {
+    SettingValues values;
+    for (std::size_t i = 0; i < values.size(); ++i) values[i] = form.Get(kSettings[i]);
+    return values;
+  }
+
+  void ShowSettings(const std::string& title, const SettingValues& values) {
+    Say(title);
+    for (std::size_t i = 0; i < values.size(); ++i)
+      Say("  " + ToUtf8(kSettings[i]) + " = " + Display(kSettings[i], values[i]));
+  }
+
+  // The saved form as it comes back: from the file, or from the bytes that a file would hold.
+  std::vector<FormEntry> Store() {
+    Say((task_.save_to ? "saved to " + *task_.save_to : "saved in memory only") + ": " +
+        CountOf(saved_));
+    for (const FormEntry& entry : saved_.Entries())
+      Say("  " + ToUtf8(entry.name) + " = " + Display(entry.name, entry.value));
+    if (!task_.save_to) return ParseForm(FormatForm(saved_.Entries()));
+    SaveForm(*task_.save_to, saved_.Entries());
+    return LoadForm(*task_.save_to);
+  }
+
+  void Reopen(FormBag& bag) {
+    const auto form = MakeForm([](const Text&) {});
+    form->Load(bag);
+    Compare(SettingsOf(*form));
+    Say("reloaded into a new control: all seven settings are as saved");
+    Say("GetCRCValue=" + std::to_string(form->GetCRCValue()));
+  }
+
+  void Compare(const SettingValues& values) const {
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      if (values[i] != edited_[i]) {
+        throw FormFileError("the reloaded form differs: " + ToUtf8(kSettings[i]) + " = " +
+                            Display(kSettings[i], values[i]));
+      }
+    }
+  }
+
+  Task task_;
+  Console& console_;
+  FormBag saved_;
+  SettingValues edited_;
+};
+
+int Run(std::span<const std::string> words, Console& console) {
+  const Arguments arguments(words, kOptions);
+  if (arguments.Has("--help")) {
+    console.Out(kHelp);
+    return ExitCode::kSuccess;
+  }
+  try {
+    FormHost(Task(arguments), console).Run();
+  } catch (const FormFileError& error) {
+    console.Complain(error.what());
+    return ExitCode::kFailure;
+  }
+  return ExitCode::kSuccess;
+}
+
+}  // namespace
+
+int ProgramMain(std::span<const std::string> words) {
+  Console console("form_host");
+  return Guard(console, [&] { return Run(words, console); });
+}
+
+}  // namespace quorvane::examples

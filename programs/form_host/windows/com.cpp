@@ -1,0 +1,40 @@
+#include "programs/form_host/windows/com.h"
+
+#include "programs/common/windows/system_message.h"
+#include "runtime/runtime_error.h"
+#include "runtime/utf8.h"
+
+namespace quorvane::examples {
+namespace {
+
+constexpr std::int32_t kNoSuchMember = 438;
+
+std::int32_t NumberOf(HRESULT result) {
+  switch (result) {
+    case DISP_E_TYPEMISMATCH:
+      return ErrorNumber::kTypeMismatch;
+    case DISP_E_OVERFLOW:
+      return ErrorNumber::kOverflow;
+    case DISP_E_UNKNOWNNAME:
+    case DISP_E_MEMBERNOTFOUND:
+      return kNoSuchMember;
+    case E_OUTOFMEMORY:
+      return ErrorNumber::kOutOfMemory;
+    default:
+      return HRESULT_FACILITY(result) == FACILITY_CONTROL ? HRESULT_CODE(result) : result;
+  }
+}
+
+}  // namespace
+
+void Check(HRESULT result, const Text& source) {
+  if (FAILED(result)) RaiseResult(result, source);
+}
+
+void RaiseResult(HRESULT result, const Text& source) {
+  const std::int32_t number = NumberOf(result);
+  if (number > 0) Raise(number, source);
+  throw RuntimeError{number, source, FromUtf8(SystemMessage(static_cast<unsigned long>(result)))};
+}
+
+}  // namespace quorvane::examples

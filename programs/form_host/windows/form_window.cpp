@@ -1,0 +1,103 @@
+#include "programs/form_host/windows/form_window.h"
+
+#include "programs/common/windows/system_message.h"
+
+namespace quorvane::examples {
+namespace {
+
+constexpr const wchar_t* kClassName = L"QuorvaneFormHost";
+constexpr DWORD kStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
+constexpr DWORD kExtendedStyle = WS_EX_NOACTIVATE;
+constexpr DWORD kMoment = 250;  // milliseconds
+constexpr int kLeftOfControl = 24;
+constexpr int kTopOfControl = 24;
+constexpr int kSideOfControl = 28;
+constexpr RECT kPlaceOfPanel{24, 64, 296, 176};
+
+HINSTANCE Program() { return ::GetModuleHandleW(nullptr); }
+
+}  // namespace
+
+RECT FormWindow::PlaceOfControl() {
+  return {kLeftOfControl, kTopOfControl, kLeftOfControl + kSideOfControl,
+          kTopOfControl + kSideOfControl};
+}
+
+FormWindow::FormWindow() {
+  WNDCLASSW window_class{};
+  window_class.lpfnWndProc = OnMessage;
+  window_class.hInstance = Program();
+  window_class.hCursor = ::LoadCursorW(nullptr, IDC_ARROW);
+  window_class.lpszClassName = kClassName;
+  ::RegisterClassW(&window_class);  // fails when an earlier form has done it, which is as good
+  RECT frame{0, 0, kWidth, kHeight};
+  ::AdjustWindowRectEx(&frame, kStyle, FALSE, kExtendedStyle);
+  handle_ = ::CreateWindowExW(kExtendedStyle, kClassName, L"Form", kStyle, CW_USEDEFAULT,
+                              CW_USEDEFAULT, frame.right - frame.left, frame.bottom - frame.top,
+                              nullptr, nullptr, Program(), nullptr);
+  if (handle_ == nullptr) {
+    reason_ = SystemMessage(::GetLastError());
+    return;
+  }
+  panel_.emplace(handle_, kPlaceOfPanel);
+}
+
+RECT FormWindow::PlaceOfPanel() { return kPlaceOfPanel; }
+
+FormWindow::~FormWindow() {
+  panel_.reset();
+  if (handle_ != nullptr) ::DestroyWindow(handle_);
+}
+
+void FormWindow::ShowForAMoment() const {
+  ::ShowWindow(handle_, SW_SHOWNOACTIVATE);
+  ::UpdateWindow(handle_);
+  ServeMessages(nullptr, kMoment);
+  panel_->RaiseFailure();
+}
+
+void FormWindow::StayUntil(HANDLE event) const { ServeMessages(event, INFINITE); }
+
+void FormWindow::ServeMessages(HANDLE end, DWORD limit) {
+  const DWORD count = end != nullptr ? 1 : 0;
+  const DWORD start = ::GetTickCount();
+  for (;;) {
+    MSG message;
+    while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+      ::TranslateMessage(&message);
+      ::DispatchMessageW(&message);
+    }
+    const DWORD passed = ::GetTickCount() - start;
+    if (passed >= limit) return;
+    const DWORD left = limit == INFINITE ? INFINITE : limit - passed;
+    const DWORD signal = ::MsgWaitForMultipleObjects(count, &end, FALSE, left, QS_ALLINPUT);
+    if (signal == WAIT_FAILED || signal < WAIT_OBJECT_0 + count) return;
+  }
+}
+
+// What lies behind the control and the panel.
+void FormWindow::Paint(HDC surface, const RECT& area) {
+  ::FillRect(surface, &area, ::GetSysColorBrush(COLOR_3DFACE));
+}
+
+LRESULT CALLBACK FormWindow::OnMessage(HWND window, UINT message, WPARAM word, LPARAM value) {
+  switch (message) {
+    case WM_ERASEBKGND:
+      return 1;  // Paint() covers everything
+    case WM_PAINT: {
+      PAINTSTRUCT paint;
+      const HDC surface = ::BeginPaint(window, &paint);
+      RECT area;
+      ::GetClientRect(window, &area);
+      Paint(surface, area);
+      ::EndPaint(window, &paint);
+      return 0;
+    }
+    case WM_CLOSE:
+      return 0;  // the form closes its window itself, behind the control's
+    default:
+      return ::DefWindowProcW(window, message, word, value);
+  }
+}
+
+}  // namespace quorvane::examples

@@ -1,0 +1,174 @@
+// Proves what the module hands out by its exports: the class object, its refusals, aggregation and
+// locks.
+
+#include "tests/support/component/module_under_test.h"
+
+namespace quorvane::component {
+namespace {
+
+void* const kGarbage = reinterpret_cast<void*>(0x1234);
+
+TEST(Exports, AreTheFourOfAComponentServer) {
+  const Module module;
+  for (const char* name :
+       {"DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer", "DllUnregisterServer"}) {
+    EXPECT_NE(module.Export(name), nullptr) << name;
+  }
+  for (WORD ordinal = 1; ordinal <= 4; ++ordinal) {
+    EXPECT_NE(::GetProcAddress(module.Handle(), MAKEINTRESOURCEA(ordinal)), nullptr) << ordinal;
+  }
+  EXPECT_EQ(::GetProcAddress(module.Handle(), MAKEINTRESOURCEA(1)),
+            module.Export("DllCanUnloadNow"));
+  EXPECT_EQ(::GetProcAddress(module.Handle(), MAKEINTRESOURCEA(2)),
+            module.Export("DllGetClassObject"));
+  EXPECT_EQ(::GetProcAddress(module.Handle(), MAKEINTRESOURCEA(3)),
+            module.Export("DllRegisterServer"));
+  EXPECT_EQ(::GetProcAddress(module.Handle(), MAKEINTRESOURCEA(4)),
+            module.Export("DllUnregisterServer"));
+}
+
+TEST(ClassObject, IsRefusedForAnyOtherClass) {
+  const Module module;
+  void* out = kGarbage;
+  EXPECT_EQ(module.GetClassObject(IID_IUnknown, IID_IClassFactory, &out),
+            CLASS_E_CLASSNOTAVAILABLE);
+  EXPECT_EQ(out, nullptr);
+  out = kGarbage;
+  EXPECT_EQ(module.GetClassObject(kSecurityCtrlId, IID_IClassFactory, &out),
+            CLASS_E_CLASSNOTAVAILABLE);
+  EXPECT_EQ(out, nullptr);
+}
+
+TEST(ClassObject, IsRefusedWithoutAnOutPointer) {
+  const Module module;
+  EXPECT_EQ(module.GetClassObject(kClassId, IID_IClassFactory, nullptr), E_POINTER);
+}
+
+TEST(ClassObject, AnswersIUnknownAndIClassFactoryOnly) {
+  const Module module;
+  Com<IUnknown> unknown;
+  EXPECT_EQ(module.GetClassObject(kClassId, IID_IUnknown, unknown.OutVoid()), S_OK);
+  for (const IID& id : {IID_IClassFactory2, IID_IDispatch, IID_IOleObject, kSecurityCtrlId}) {
+    void* out = kGarbage;
+    EXPECT_EQ(module.GetClassObject(kClassId, id, &out), E_NOINTERFACE);
+    EXPECT_EQ(out, nullptr);
+  }
+}
+
+TEST(ClassObject, CreatesTheControlUnderAnyOfItsIds) {
+  OnApartmentThread([] {
+    const Module module;
+    const auto factory = module.ClassObject();
+    for (const IID& id : {IID_IUnknown, IID_IDispatch, IID_IOleObject, IID_IPersistStreamInit,
+                          IID_IPersistPropertyBag, kSecurityCtrlId}) {
+      Com<IUnknown> control;
+      EXPECT_EQ(factory->CreateInstance(nullptr, id, control.OutVoid()), S_OK);
+      EXPECT_TRUE(control);
+    }
+    void* out = kGarbage;
+    EXPECT_EQ(factory->CreateInstance(nullptr, IID_IStream, &out), E_NOINTERFACE);
+    EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(factory->CreateInstance(nullptr, IID_IUnknown, nullptr), E_POINTER);
+  });
+}
+
+TEST(ClassObject, KeepsTheModuleInMemoryWhileItIsHeldOrLocked) {
+  OnApartmentThread([] {
+    const Module module;
+    EXPECT_EQ(module.CanUnloadNow(), S_OK);
+    {
+      const auto factory = module.ClassObject();
+      EXPECT_EQ(module.CanUnloadNow(), S_FALSE) << "a class object that is handed out counts";
+      EXPECT_EQ(factory->LockServer(TRUE), S_OK);
+      EXPECT_EQ(factory->LockServer(TRUE), S_OK);
+    }
+    EXPECT_EQ(module.CanUnloadNow(), S_FALSE);
+    EXPECT_EQ(module.ClassObject()->LockServer(FALSE), S_OK);
+    EXPECT_EQ(module.CanUnloadNow(), S_FALSE) << "one lock is left";
+    EXPECT_EQ(module.ClassObject()->LockServer(FALSE), S_OK);
+    EXPECT_EQ(module.CanUnloadNow(), S_OK);
+  });
+}
+
+TEST(ClassObject, KeepsTheModuleInMemoryWhileAControlLives) {
+  OnApartmentThread([] {
+    const Module module;
+    {
+      const auto control = module.CreateControl();
+      EXPECT_EQ(module.CanUnloadNow(), S_FALSE);
+    }
+    EXPECT_EQ(module.CanUnloadNow(), S_OK);
+  });
+}
+
+// An outer object that answers IUnknown itself and sends every other id to what it holds inside.
+class Outer final : public IUnknown {
+ public:
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) override {
+    ++queries;
+    if (IsEqualIID(id, IID_IUnknown)) {
+      *out = static_cast<IUnknown*>(this);
+      AddRef();
+      return S_OK;
+    }
+    return inner->QueryInterface(id, out);
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++count; }
+  ULONG STDMETHODCALLTYPE Release() override { return --count; }
+
+  Com<IUnknown> inner;
+  ULONG count = 1;
+  int queries = 0;
+};
+
+TEST(Aggregation, NeedsIUnknown) {
+  OnApartmentThread([] {
+    const Module module;
+    Outer outer;
+    void* out = kGarbage;
+    EXPECT_EQ(module.ClassObject()->CreateInstance(&outer, IID_IOleObject, &out),
+              CLASS_E_NOAGGREGATION);
+    EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(outer.count, 1U);
+    EXPECT_EQ(module.CanUnloadNow(), S_OK);
+  });
+}
+
+TEST(Aggregation, SendsEveryInterfaceToTheOuterUnknown) {
+  OnApartmentThread([] {
+    const Module module;
+    Outer outer;
+    ASSERT_EQ(module.ClassObject()->CreateInstance(&outer, IID_IUnknown, outer.inner.OutVoid()),
+              S_OK);
+    EXPECT_NE(outer.inner.Get(), static_cast<IUnknown*>(&outer));
+    EXPECT_EQ(outer.count, 1U) << "the outer is held uncounted";
+    for (const IID& id :
+         {IID_IDispatch, IID_IOleObject, IID_IOleControl, IID_IOleInPlaceObject, IID_IViewObject2,
+          IID_IPersistStreamInit, IID_IPersistPropertyBag, IID_IConnectionPointContainer,
+          IID_IProvideClassInfo2, IID_ISupportErrorInfo, kSecurityCtrlId}) {
+      Com<IUnknown> face;
+      ASSERT_EQ(outer.inner->QueryInterface(id, face.OutVoid()), S_OK);
+      EXPECT_EQ(outer.count, 2U);
+      Com<IUnknown> identity;
+      EXPECT_EQ(face->QueryInterface(IID_IUnknown, identity.OutVoid()), S_OK);
+      EXPECT_EQ(identity.Get(), static_cast<IUnknown*>(&outer));
+    }
+    EXPECT_EQ(outer.count, 1U);
+    {
+      Com<IConnectionPointContainer> container;
+      ASSERT_EQ(outer.inner->QueryInterface(IID_IConnectionPointContainer, container.OutVoid()),
+                S_OK);
+      Com<IConnectionPoint> point;
+      ASSERT_EQ(container->FindConnectionPoint(IID_IPropertyNotifySink, point.Out()), S_OK);
+      Com<IConnectionPointContainer> back;
+      ASSERT_EQ(point->GetConnectionPointContainer(back.Out()), S_OK);
+      EXPECT_EQ(back.Get(), container.Get());
+    }
+    EXPECT_EQ(outer.count, 1U);
+    outer.inner.Reset();
+    EXPECT_EQ(module.CanUnloadNow(), S_OK);
+  });
+}
+
+}  // namespace
+}  // namespace quorvane::component

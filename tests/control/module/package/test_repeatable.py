@@ -1,0 +1,53 @@
+"""The program that writes the module's resources gives the same bytes at every run, from every folder, and those
+are in the module. QUORVANE_MAKE_RESOURCES names the program."""
+
+import os
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+from module_under_test import SOURCES, resource
+
+PROGRAM = os.environ["QUORVANE_MAKE_RESOURCES"]
+PICTURES = SOURCES / "control/resources"
+FILES = ["QuorvaneSecurity.tlb", "control.ico", "identities.rh", "interface_ids.bin", "source_ids.bin",
+         "toolbox.bmp"]
+
+
+def run(*arguments):
+    return subprocess.run([PROGRAM, *arguments], check=False, stderr=subprocess.PIPE, text=True)
+
+
+def made(folder):
+    result = run(PICTURES, folder)
+    if result.returncode:
+        raise RuntimeError(result.stderr)
+    return {path.name: path.read_bytes() for path in Path(folder).iterdir()}
+
+
+class MakeResources(unittest.TestCase):
+    def test_gives_the_same_bytes_twice(self):
+        with tempfile.TemporaryDirectory() as one, tempfile.TemporaryDirectory() as other:
+            files = made(one)
+            self.assertEqual(sorted(files), FILES)
+            self.assertEqual(made(other), files)
+
+    def test_gives_what_the_module_carries(self):
+        with tempfile.TemporaryDirectory() as folder:
+            files = made(folder)
+        self.assertEqual(files["QuorvaneSecurity.tlb"], resource("TYPELIB", 1))
+        self.assertEqual(files["interface_ids.bin"], resource("_IID_SECURITYCTRL", 1))
+        self.assertEqual(files["source_ids.bin"], resource("_SRCIID_SECURITYCTRL", 1))
+
+    def test_says_what_is_missing_and_fails(self):
+        with tempfile.TemporaryDirectory() as folder:
+            for arguments, reason in (((folder, folder), "cannot read"), ((PICTURES, folder + "/none"), "cannot write")):
+                result = run(*arguments)
+                self.assertEqual(result.returncode, 1)
+                self.assertIn(reason, result.stderr)
+        self.assertEqual(run().returncode, 2)
+
+
+if __name__ == "__main__":
+    unittest.main()

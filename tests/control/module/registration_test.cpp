@@ -1,0 +1,161 @@
+// Proves that DllRegisterServer writes what hosts and the component model look up, and that
+// DllUnregisterServer removes exactly that.
+
+#include <map>
+
+#include "tests/support/component/module_under_test.h"
+
+namespace quorvane::component {
+namespace {
+
+using Tree = std::map<std::wstring, std::wstring>;
+
+const std::wstring kClassKey = L"CLSID\\{D87A57E7-81C3-11D5-97D8-0050BA8CAAD8}";
+const std::wstring kLibraryKey = L"TypeLib\\{D87A57E5-81C3-11D5-97D8-0050BA8CAAD8}";
+
+std::wstring IdText(REFGUID id) {
+  wchar_t text[40];
+  ::StringFromGUID2(id, text, 40);
+  return text;
+}
+
+// Adds every value below the key, "path|name" to its text or number.
+void Collect(HKEY root, const std::wstring& path, Tree& tree) {
+  HKEY key = nullptr;
+  if (::RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return;
+  tree[path];
+  for (DWORD i = 0;; ++i) {
+    wchar_t name[256];
+    DWORD name_length = 256;
+    wchar_t data[1024];
+    DWORD size = sizeof(data) - sizeof(wchar_t);
+    DWORD type = 0;
+    if (::RegEnumValueW(key, i, name, &name_length, nullptr, &type, reinterpret_cast<BYTE*>(data),
+                        &size) != ERROR_SUCCESS) {
+      break;
+    }
+    data[size / sizeof(wchar_t)] = L'\0';
+    tree[path + L"|" + name] = type == REG_SZ ? data : L"(type " + std::to_wstring(type) + L")";
+  }
+  for (DWORD i = 0;; ++i) {
+    wchar_t name[256];
+    DWORD length = 256;
+    if (::RegEnumKeyExW(key, i, name, &length, nullptr, nullptr, nullptr, nullptr) !=
+        ERROR_SUCCESS) {
+      break;
+    }
+    Collect(root, path + L"\\" + name, tree);
+  }
+  ::RegCloseKey(key);
+}
+
+Tree OwnKeys() {
+  Tree tree;
+  Collect(HKEY_CLASSES_ROOT, kClassKey, tree);
+  Collect(HKEY_CLASSES_ROOT, kLibraryKey, tree);
+  Collect(HKEY_CLASSES_ROOT, L"QuorvaneSecurity.SecurityCtrl", tree);
+  for (const auto& generation : identities::kGenerations) {
+    Collect(HKEY_CLASSES_ROOT, L"Interface\\" + IdText(ToGuid(generation.interface_id)), tree);
+    Collect(HKEY_CLASSES_ROOT, L"Interface\\" + IdText(ToGuid(generation.source_id)), tree);
+  }
+  return tree;
+}
+
+class Registration : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    module_.Unregister();
+    ASSERT_TRUE(OwnKeys().empty());
+  }
+  void TearDown() override { module_.Unregister(); }
+
+  std::wstring ModulePath() const {
+    wchar_t path[MAX_PATH];
+    ::GetModuleFileNameW(module_.Handle(), path, MAX_PATH);
+    return path;
+  }
+
+  Module module_;
+};
+
+TEST_F(Registration, WritesTheStandardKeys) {
+  ASSERT_EQ(module_.Register(), S_OK);
+  const Tree tree = OwnKeys();
+  const auto value = [&tree](const std::wstring& key, const std::wstring& name = L"") {
+    const auto found = tree.find(key + L"|" + name);
+    return found == tree.end() ? std::wstring(L"(missing)") : found->second;
+  };
+  const auto has_key = [&tree](const std::wstring& key) { return tree.contains(key); };
+  EXPECT_EQ(value(kClassKey), L"QuorvaneSecurity.SecurityCtrl");
+  EXPECT_EQ(::_wcsicmp(value(kClassKey + L"\\InprocServer32").c_str(), ModulePath().c_str()), 0);
+  EXPECT_EQ(value(kClassKey + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");
+  EXPECT_EQ(value(kClassKey + L"\\ProgID"), L"QuorvaneSecurity.SecurityCtrl");
+  EXPECT_TRUE(has_key(kClassKey + L"\\Control"));
+  EXPECT_EQ(::_wcsicmp(value(kClassKey + L"\\ToolboxBitmap32").c_str(),
+                       (ModulePath() + L", 30000").c_str()),
+            0);
+  EXPECT_EQ(value(kClassKey + L"\\MiscStatus"), L"0");
+  EXPECT_EQ(value(kClassKey + L"\\MiscStatus\\1"), L"148881");
+  EXPECT_EQ(value(kClassKey + L"\\TypeLib"), L"{D87A57E5-81C3-11D5-97D8-0050BA8CAAD8}");
+  EXPECT_EQ(value(kClassKey + L"\\Version"), L"443.16");
+  EXPECT_NE(value(L"QuorvaneSecurity.SecurityCtrl"), L"(missing)");
+  EXPECT_EQ(value(L"QuorvaneSecurity.SecurityCtrl\\CLSID"),
+            L"{D87A57E7-81C3-11D5-97D8-0050BA8CAAD8}");
+  EXPECT_EQ(value(kLibraryKey + L"\\1bb.10"), L"QuorvaneSecurity");
+}
+
+TEST_F(Registration, LetsHostsFindTheTypeLibrary) {
+  ASSERT_EQ(module_.Register(), S_OK);
+  Com<ITypeLib> library;
+  EXPECT_EQ(::LoadRegTypeLib(ToGuid(identities::kLibraryId), 443, 16, 1033, library.Out()), S_OK);
+  EXPECT_TRUE(library);
+}
+
+TEST_F(Registration, LetsHostsCreateTheControlByClassAndByName) {
+  ASSERT_EQ(module_.Register(), S_OK);
+  OnApartmentThread([] {
+    for (const IID& id : {IID_IUnknown, IID_IDispatch, IID_IOleObject}) {
+      Com<IUnknown> control;
+      EXPECT_EQ(::CoCreateInstance(kClassId, nullptr, CLSCTX_INPROC_SERVER, id, control.OutVoid()),
+                S_OK);
+    }
+    CLSID id{};
+    EXPECT_EQ(::CLSIDFromProgID(L"QuorvaneSecurity.SecurityCtrl", &id), S_OK);
+    EXPECT_TRUE(IsEqualCLSID(id, kClassId));
+    LPOLESTR name = nullptr;
+    EXPECT_EQ(::ProgIDFromCLSID(kClassId, &name), S_OK);
+    EXPECT_STREQ(name, L"QuorvaneSecurity.SecurityCtrl");
+    ::CoTaskMemFree(name);
+  });
+}
+
+TEST_F(Registration, MayBeRepeated) {
+  ASSERT_EQ(module_.Register(), S_OK);
+  const Tree once = OwnKeys();
+  EXPECT_EQ(module_.Register(), S_OK);
+  EXPECT_EQ(OwnKeys(), once);
+}
+
+TEST_F(Registration, IsRemovedWhole) {
+  ASSERT_EQ(module_.Register(), S_OK);
+  EXPECT_FALSE(OwnKeys().empty());
+  EXPECT_EQ(module_.Unregister(), S_OK);
+  EXPECT_TRUE(OwnKeys().empty());
+  EXPECT_EQ(module_.Unregister(), S_OK) << "removing twice is no failure";
+}
+
+TEST_F(Registration, FollowsTheModuleToAnotherPlace) {
+  const TemporaryFolder folder;
+  const std::wstring copy = folder.File(L"moved.ocx");
+  ASSERT_TRUE(::CopyFileW(QUORVANE_MODULE_FILE, copy.c_str(), TRUE));
+  ASSERT_EQ(module_.Register(), S_OK);
+  const Module moved(copy);
+  EXPECT_EQ(moved.Register(), S_OK);
+  wchar_t path[MAX_PATH];
+  ::GetModuleFileNameW(moved.Handle(), path, MAX_PATH);
+  EXPECT_EQ(OwnKeys()[kClassKey + L"\\InprocServer32|"], path);
+  EXPECT_EQ(moved.Unregister(), S_OK);
+}
+
+}  // namespace
+}  // namespace quorvane::component

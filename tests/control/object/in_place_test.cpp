@@ -1,0 +1,286 @@
+// Proves in-place activation: the order of calls on the site, the window at its locked size, and
+// every way back.
+
+#include "tests/support/component/fake_site.h"
+#include "tests/support/component/host_window.h"
+#include "tests/support/component/module_under_test.h"
+
+namespace quorvane::component {
+namespace {
+
+using Offers = FakeSite::Offers;
+
+template <class Body>
+void OnStage(Offers offers, Body body) {
+  OnApartmentThread([&] {
+    const Module module;
+    {
+      HostWindow host;
+      FakeSite site(offers, host.Get());
+      const auto object = module.CreateControl().As<IOleObject>();
+      const auto in_place = object.As<IOleInPlaceObject>();
+      EXPECT_EQ(object->SetClientSite(site.Site()), S_OK);
+      const auto do_verb = [&](LONG verb, const RECT* rectangle) {
+        return object->DoVerb(verb, nullptr, site.Site(), 0, host.Get(), rectangle);
+      };
+      body(host, site, object, in_place, do_verb);
+      EXPECT_EQ(object->Close(OLECLOSE_NOSAVE), S_OK);
+      EXPECT_EQ(object->SetClientSite(nullptr), S_OK);
+      EXPECT_EQ(site.References(), 1U);
+    }
+    EXPECT_EQ(module.CanUnloadNow(), S_OK);
+  });
+}
+
+HWND WindowOf(const Com<IOleInPlaceObject>& in_place) {
+  HWND window = nullptr;
+  return in_place->GetWindow(&window) == S_OK ? window : nullptr;
+}
+
+SIZE SizeOf(HWND window) {
+  RECT rectangle{};
+  ::GetWindowRect(window, &rectangle);
+  return {rectangle.right - rectangle.left, rectangle.bottom - rectangle.top};
+}
+
+TEST(Activation, GoesThroughTheSiteInOrder) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto& host, auto& site, auto&, auto& in_place, auto do_verb) {
+    EXPECT_EQ(do_verb(OLEIVERB_INPLACEACTIVATE, &site.rectangle), S_OK);
+    EXPECT_EQ(site.log, (std::vector<std::string>{"CanInPlaceActivate", "OnInPlaceActivateEx",
+                                                  "GetWindow", "GetWindowContext", "ShowObject"}));
+    EXPECT_EQ(site.frame_info_size, sizeof(OLEINPLACEFRAMEINFO));
+    EXPECT_TRUE(site.no_redraw_pointer_given);
+    const HWND window = WindowOf(in_place);
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(::GetParent(window), host.Get());
+    EXPECT_EQ(SizeOf(window).cx, 28);
+    EXPECT_EQ(SizeOf(window).cy, 28);
+    POINT corner{0, 0};
+    ::MapWindowPoints(window, host.Get(), &corner, 1);
+    EXPECT_EQ(corner.x, 10);
+    EXPECT_EQ(corner.y, 20);
+  });
+}
+
+TEST(Activation, UsesThePlainSiteWhereThereIsNoOther) {
+  OnStage(Offers::kInPlaceSite, [](auto&, auto& site, auto&, auto& in_place, auto do_verb) {
+    EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), S_OK);
+    EXPECT_TRUE(site.WasTold("OnInPlaceActivate"));
+    EXPECT_EQ(in_place->InPlaceDeactivate(), S_OK);
+    EXPECT_TRUE(site.WasTold("OnInPlaceDeactivate"));
+    EXPECT_FALSE(site.WasTold("OnInPlaceDeactivateEx"));
+  });
+}
+
+TEST(Activation, NeedsAnInPlaceSite) {
+  OnStage(Offers::kClientSiteOnly, [](auto&, auto& site, auto&, auto& in_place, auto do_verb) {
+    EXPECT_TRUE(FAILED(do_verb(OLEIVERB_INPLACEACTIVATE, &site.rectangle)));
+    EXPECT_EQ(WindowOf(in_place), nullptr);
+  });
+}
+
+TEST(Activation, IsTheSameForEveryShowingVerbAndOnlyOnce) {
+  for (const LONG verb : {LONG{OLEIVERB_INPLACEACTIVATE}, LONG{OLEIVERB_SHOW},
+                          LONG{OLEIVERB_PRIMARY}, LONG{OLEIVERB_UIACTIVATE}}) {
+    OnStage(Offers::kInPlaceSiteEx, [verb](auto&, auto& site, auto&, auto& in_place, auto do_verb) {
+      EXPECT_EQ(do_verb(verb, &site.rectangle), S_OK) << verb;
+      const HWND window = WindowOf(in_place);
+      EXPECT_NE(window, nullptr);
+      EXPECT_EQ(do_verb(verb, &site.rectangle), S_OK);
+      EXPECT_EQ(WindowOf(in_place), window);
+      EXPECT_EQ(site.Times("OnInPlaceActivateEx"), 1);
+      EXPECT_FALSE(site.WasTold("OnUIActivate"));
+    });
+  }
+}
+
+TEST(Activation, StopsWhenTheSiteRefuses) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto&, auto& site, auto&, auto& in_place, auto do_verb) {
+    site.failing_call = "CanInPlaceActivate";
+    site.failure = S_FALSE;
+    EXPECT_NE(do_verb(OLEIVERB_INPLACEACTIVATE, &site.rectangle), S_OK);
+    EXPECT_EQ(WindowOf(in_place), nullptr);
+    EXPECT_FALSE(site.WasTold("OnInPlaceActivateEx"));
+  });
+}
+
+TEST(Activation, LeavesNothingBehindWhicheverCallOfTheSiteFails) {
+  for (const char* call : {"CanInPlaceActivate", "OnInPlaceActivateEx", "GetWindow",
+                           "GetWindowContext", "ShowObject"}) {
+    for (const HRESULT failure : {E_NOTIMPL, E_FAIL}) {
+      OnStage(Offers::kInPlaceSiteEx,
+              [&](auto&, auto& site, auto& object, auto& in_place, auto do_verb) {
+                site.failing_call = call;
+                site.failure = failure;
+                (void)do_verb(OLEIVERB_INPLACEACTIVATE, &site.rectangle);
+                EXPECT_EQ(object->Close(OLECLOSE_NOSAVE), S_OK) << call;
+                EXPECT_EQ(WindowOf(in_place), nullptr) << call;
+              });
+    }
+  }
+}
+
+TEST(Activation, FallsBackToTheVerbsRectangleWithoutAWindowContext) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto& host, auto& site, auto&, auto& in_place, auto do_verb) {
+    site.failing_call = "GetWindowContext";
+    const RECT rectangle{5, 6, 33, 34};
+    EXPECT_EQ(do_verb(OLEIVERB_INPLACEACTIVATE, &rectangle), S_OK);
+    ASSERT_NE(WindowOf(in_place), nullptr);
+    POINT corner{0, 0};
+    ::MapWindowPoints(WindowOf(in_place), host.Get(), &corner, 1);
+    EXPECT_EQ(corner.x, 5);
+    EXPECT_EQ(corner.y, 6);
+    EXPECT_EQ(do_verb(OLEIVERB_HIDE, nullptr), S_OK);
+  });
+}
+
+TEST(Activation, BearsNullAndEmptyRectangles) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto&, auto& site, auto&, auto& in_place, auto do_verb) {
+    site.failing_call = "GetWindowContext";
+    const RECT empty{};
+    EXPECT_EQ(do_verb(OLEIVERB_INPLACEACTIVATE, nullptr), S_OK);
+    EXPECT_EQ(in_place->InPlaceDeactivate(), S_OK);
+    EXPECT_EQ(do_verb(OLEIVERB_INPLACEACTIVATE, &empty), S_OK);
+    EXPECT_EQ(SizeOf(WindowOf(in_place)).cx, 28);
+  });
+}
+
+TEST(Deactivation, IsToldOnceByTheFormThatActivated) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto&, auto& site, auto&, auto& in_place, auto do_verb) {
+    EXPECT_EQ(do_verb(OLEIVERB_INPLACEACTIVATE, &site.rectangle), S_OK);
+    const HWND window = WindowOf(in_place);
+    EXPECT_EQ(in_place->UIDeactivate(), S_OK);
+    EXPECT_EQ(WindowOf(in_place), window);
+    EXPECT_EQ(in_place->InPlaceDeactivate(), S_OK);
+    EXPECT_FALSE(::IsWindow(window));
+    EXPECT_EQ(site.Times("OnInPlaceDeactivateEx"), 1);
+    EXPECT_EQ(site.Times("OnInPlaceDeactivate"), 0);
+    EXPECT_EQ(in_place->InPlaceDeactivate(), S_OK);
+    EXPECT_EQ(site.Times("OnInPlaceDeactivateEx"), 1) << "no callback when inactive";
+  });
+}
+
+TEST(Deactivation, TriesThePlainCallWhenTheOtherIsNotImplemented) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto&, auto& site, auto&, auto& in_place, auto do_verb) {
+    EXPECT_EQ(do_verb(OLEIVERB_INPLACEACTIVATE, &site.rectangle), S_OK);
+    site.failing_call = "OnInPlaceDeactivateEx";
+    EXPECT_EQ(in_place->InPlaceDeactivate(), S_OK);
+    EXPECT_EQ(site.Times("OnInPlaceDeactivate"), 1);
+  });
+}
+
+TEST(Deactivation, ComesWithCloseAndWithTheLossOfTheSite) {
+  for (const bool by_close : {true, false}) {
+    OnStage(Offers::kInPlaceSiteEx, [by_close](auto&, auto& site, auto& object, auto& in_place,
+                                               auto do_verb) {
+      EXPECT_EQ(do_verb(OLEIVERB_INPLACEACTIVATE, &site.rectangle), S_OK);
+      const HWND window = WindowOf(in_place);
+      EXPECT_EQ(by_close ? object->Close(OLECLOSE_NOSAVE) : object->SetClientSite(nullptr), S_OK);
+      EXPECT_FALSE(::IsWindow(window));
+      EXPECT_EQ(site.Times("OnInPlaceDeactivateEx"), 1);
+      EXPECT_EQ(WindowOf(in_place), nullptr);
+    });
+  }
+}
+
+TEST(Deactivation, ToleratesAWindowThatTheHostDestroyed) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto&, auto& site, auto&, auto& in_place, auto do_verb) {
+    EXPECT_EQ(do_verb(OLEIVERB_INPLACEACTIVATE, &site.rectangle), S_OK);
+    EXPECT_TRUE(::DestroyWindow(WindowOf(in_place)));
+    EXPECT_EQ(in_place->InPlaceDeactivate(), S_OK);
+    EXPECT_EQ(do_verb(OLEIVERB_INPLACEACTIVATE, &site.rectangle), S_OK) << "and can be shown again";
+    EXPECT_NE(WindowOf(in_place), nullptr);
+  });
+}
+
+TEST(Hide, HidesTheWindowAndIsHarmlessWhenInactive) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto&, auto& site, auto&, auto& in_place, auto do_verb) {
+    EXPECT_EQ(do_verb(OLEIVERB_HIDE, nullptr), S_OK);
+    EXPECT_EQ(do_verb(OLEIVERB_INPLACEACTIVATE, &site.rectangle), S_OK);
+    EXPECT_TRUE(::GetWindowLongW(WindowOf(in_place), GWL_STYLE) & WS_VISIBLE);
+    EXPECT_EQ(do_verb(OLEIVERB_HIDE, nullptr), S_OK);
+    EXPECT_FALSE(::GetWindowLongW(WindowOf(in_place), GWL_STYLE) & WS_VISIBLE);
+    EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), S_OK);
+    EXPECT_TRUE(::GetWindowLongW(WindowOf(in_place), GWL_STYLE) & WS_VISIBLE);
+  });
+}
+
+TEST(Verbs, RefuseWhatTheControlDoesNotDo) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto&, auto& site, auto&, auto&, auto do_verb) {
+    EXPECT_EQ(do_verb(OLEIVERB_OPEN, &site.rectangle), E_NOTIMPL);
+    EXPECT_EQ(do_verb(OLEIVERB_PROPERTIES, &site.rectangle), E_NOTIMPL);
+    EXPECT_EQ(do_verb(57, &site.rectangle), OLEOBJ_S_INVALIDVERB);
+  });
+}
+
+TEST(SetObjectRects, KeepsTheLockedSizeAndTellsTheSiteOnce) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto& host, auto& site, auto&, auto& in_place, auto do_verb) {
+    EXPECT_EQ(do_verb(OLEIVERB_INPLACEACTIVATE, &site.rectangle), S_OK);
+    const RECT wide{50, 60, 250, 260};
+    const RECT clip{0, 0, 300, 300};
+    EXPECT_EQ(in_place->SetObjectRects(&wide, &clip), S_OK);
+    EXPECT_EQ(SizeOf(WindowOf(in_place)).cx, 28);
+    EXPECT_EQ(SizeOf(WindowOf(in_place)).cy, 28);
+    POINT corner{0, 0};
+    ::MapWindowPoints(WindowOf(in_place), host.Get(), &corner, 1);
+    EXPECT_EQ(corner.x, 50);
+    EXPECT_EQ(corner.y, 60);
+    ASSERT_EQ(site.asked_rectangles.size(), 1U);
+    EXPECT_EQ(site.asked_rectangles[0].right - site.asked_rectangles[0].left, 28);
+    const RECT right_size{70, 80, 98, 108};
+    EXPECT_EQ(in_place->SetObjectRects(&right_size, nullptr), S_OK) << "no clip rectangle";
+    EXPECT_EQ(site.asked_rectangles.size(), 1U) << "nothing to ask for at the right size";
+  });
+}
+
+TEST(SetObjectRects, EndsThoughTheSiteInsistsOnAnotherSize) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto&, auto& site, auto&, auto& in_place, auto do_verb) {
+    EXPECT_EQ(do_verb(OLEIVERB_INPLACEACTIVATE, &site.rectangle), S_OK);
+    const RECT whole{0, 0, 200, 200};
+    site.on_pos_rect_change = [&](const RECT&) {
+      EXPECT_EQ(in_place->SetObjectRects(&whole, &whole), S_OK);
+    };
+    EXPECT_EQ(in_place->SetObjectRects(&whole, &whole), S_OK);
+    EXPECT_EQ(site.Times("OnPosRectChange"), 1);
+    EXPECT_EQ(SizeOf(WindowOf(in_place)).cx, 28);
+  });
+}
+
+TEST(SetObjectRects, SucceedsInEveryState) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto&, auto& site, auto& object, auto& in_place, auto) {
+    const RECT somewhere{1, 2, 29, 30};
+    EXPECT_EQ(in_place->SetObjectRects(&somewhere, &somewhere), S_OK) << "before activation";
+    EXPECT_EQ(object->SetClientSite(nullptr), S_OK);
+    EXPECT_EQ(in_place->SetObjectRects(&somewhere, &somewhere), S_OK) << "without a site";
+    EXPECT_TRUE(site.log.empty());
+    EXPECT_EQ(in_place->SetObjectRects(nullptr, nullptr), E_POINTER);
+  });
+}
+
+TEST(InPlaceObject, HasNoWindowWhileInactive) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto&, auto&, auto&, auto& in_place, auto) {
+    HWND window = reinterpret_cast<HWND>(0x1234);
+    EXPECT_EQ(in_place->GetWindow(&window), E_FAIL);
+    EXPECT_EQ(window, nullptr);
+    EXPECT_EQ(in_place->GetWindow(nullptr), E_POINTER);
+    EXPECT_EQ(in_place->InPlaceDeactivate(), S_OK);
+    EXPECT_EQ(in_place->UIDeactivate(), S_OK);
+    EXPECT_EQ(in_place->ReactivateAndUndo(), INPLACE_E_NOTUNDOABLE);
+    EXPECT_EQ(in_place->ContextSensitiveHelp(TRUE), E_NOTIMPL);
+  });
+}
+
+TEST(InPlaceActiveObject, OnlyAnswers) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto&, auto&, auto& object, auto&, auto) {
+    const auto active = object.template As<IOleInPlaceActiveObject>();
+    MSG message{};
+    EXPECT_EQ(active->TranslateAccelerator(&message), S_FALSE);
+    EXPECT_EQ(active->OnFrameWindowActivate(TRUE), S_OK);
+    EXPECT_EQ(active->OnDocWindowActivate(TRUE), S_OK);
+    EXPECT_EQ(active->ResizeBorder(nullptr, nullptr, TRUE), S_OK);
+    EXPECT_EQ(active->EnableModeless(TRUE), S_OK);
+  });
+}
+
+}  // namespace
+}  // namespace quorvane::component

@@ -1,0 +1,203 @@
+// Proves that the registry's store survives its programs, loses nothing to several writers, and
+// answers with error codes when its file cannot be used.
+
+#include "platform/posix/registry.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/posix/system_errors.h"
+#include "tests/platform/posix/processes.h"
+#include "tests/support/temporary_folder.h"
+
+namespace quorvane {
+namespace {
+
+namespace error = system_error;
+constexpr Registry::Handle kCurrentUser = -2147483647;
+
+class StoredRegistry : public ::testing::Test {
+ protected:
+  [[nodiscard]] static bool Write(Registry& registry, const char* path, const char* name,
+                                  std::int32_t number) {
+    Registry::Handle key = 0;
+    return registry.Create(kCurrentUser, path, 63, &key, nullptr) == 0 &&
+           registry.Set(key, name, 4, &number, sizeof number) == 0 && registry.Close(key) == 0;
+  }
+  [[nodiscard]] static std::int32_t Read(Registry& registry, const char* path, const char* name) {
+    Registry::Handle key = 0;
+    std::int32_t number = -1;
+    std::int32_t size = sizeof number;
+    if (registry.Open(kCurrentUser, path, 131097, &key) != 0) return -2;
+    if (registry.Query(key, name, nullptr, &number, &size) != 0) number = -3;
+    return registry.Close(key) == 0 ? number : -4;
+  }
+
+  testing::TemporaryFolder folder_;
+  std::filesystem::path file_ = folder_.Path(u"data") / "registry.db";
+};
+
+TEST_F(StoredRegistry, SurvivesItsPrograms) {
+  {
+    Registry first(file_);
+    EXPECT_TRUE(Write(first, "A\\B", "n", 7));
+  }
+  Registry second(file_);
+  EXPECT_EQ(Read(second, "a\\b", "N"), 7);
+}
+
+TEST_F(StoredRegistry, KeepsHivesApart) {
+  Registry registry(file_);
+  EXPECT_TRUE(Write(registry, "A", "n", 7));
+  Registry::Handle key = 0;
+  EXPECT_EQ(registry.Open(kCurrentUser + 1, "A", 131097, &key), error::kFileNotFound);
+}
+
+TEST_F(StoredRegistry, LosesNothingToManyPrograms) {
+  constexpr int kPrograms = 6;
+  constexpr int kValues = 25;
+  EXPECT_TRUE(testing::AllProcesses(kPrograms, [&](int program) {
+    Registry registry(file_);
+    for (int value = 0; value < kValues; ++value) {
+      const std::string path = "Shared\\Key" + std::to_string(value % 5);
+      const std::string name = "p" + std::to_string(program) + "v" + std::to_string(value);
+      if (!Write(registry, path.c_str(), name.c_str(), value)) return false;
+    }
+    return true;
+  }));
+  Registry registry(file_);
+  for (int program = 0; program < kPrograms; ++program) {
+    for (int value = 0; value < kValues; ++value) {
+      const std::string path = "Shared\\Key" + std::to_string(value % 5);
+      const std::string name = "p" + std::to_string(program) + "v" + std::to_string(value);
+      EXPECT_EQ(Read(registry, path.c_str(), name.c_str()), value);
+    }
+  }
+}
+
+// The first programs of a user make the file, its log and its tables in each other's way, and the
+// last to leave takes the log away while others come.
+TEST_F(StoredRegistry, MayBeMadeByManyProgramsAtOnce) {
+  for (int round = 0; round < 20; ++round) {
+    const auto file = folder_.Path(u"data") / ("registry" + std::to_string(round) + ".db");
+    EXPECT_TRUE(testing::AllProcesses(8,
+                                      [&](int program) {
+                                        const std::string name = "p" + std::to_string(program);
+                                        for (int visit = 0; visit < 3; ++visit) {
+                                          Registry registry(file);
+                                          if (!Write(registry, "A", name.c_str(), visit))
+                                            return false;
+                                          if (Read(registry, "A", name.c_str()) != visit)
+                                            return false;
+                                        }
+                                        return true;
+                                      }))
+        << "round " << round;
+  }
+}
+
+TEST_F(StoredRegistry, ServesManyThreads) {
+  Registry registry(file_);
+  std::vector<std::thread> threads;
+  std::vector<char> done(4, 0);
+  for (std::size_t number = 0; number < done.size(); ++number) {
+    threads.emplace_back([&, number] {
+      const std::string name = "t" + std::to_string(number);
+      bool all = true;
+      for (std::int32_t value = 0; value < 50; ++value) {
+        all = all && Write(registry, "T", name.c_str(), value) &&
+              Read(registry, "T", name.c_str()) == value;
+      }
+      done[number] = all ? 1 : 0;
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(done, std::vector<char>(4, 1));
+  EXPECT_EQ(registry.OpenHandles(), 0U);
+}
+
+TEST_F(StoredRegistry, CountsItsHandles) {
+  Registry registry(file_);
+  Registry::Handle key = 0;
+  Registry::Handle same = 0;
+  EXPECT_EQ(registry.Create(kCurrentUser, "A", 63, &key, nullptr), 0);
+  EXPECT_EQ(registry.Open(key, "", 131097, &same), 0);
+  EXPECT_NE(key, same);
+  EXPECT_EQ(registry.OpenHandles(), 2U);
+  EXPECT_EQ(registry.Close(key), 0);
+  EXPECT_EQ(registry.Close(key), error::kInvalidHandle);
+  EXPECT_EQ(registry.Close(same), 0);
+  EXPECT_EQ(registry.Open(kCurrentUser, "", 131097, &key), 0);
+  EXPECT_EQ(key, kCurrentUser) << "a hive is its own handle";
+  EXPECT_EQ(registry.OpenHandles(), 0U);
+}
+
+TEST_F(StoredRegistry, SaysWhetherAKeyIsNew) {
+  Registry registry(file_);
+  Registry::Handle key = 0;
+  std::int32_t disposition = 0;
+  EXPECT_EQ(registry.Create(kCurrentUser, "A\\B", 63, &key, &disposition), 0);
+  EXPECT_EQ(disposition, 1);
+  EXPECT_EQ(registry.Create(kCurrentUser, "a", 63, &key, &disposition), 0);
+  EXPECT_EQ(disposition, 2);
+}
+
+TEST_F(StoredRegistry, RefusesNamesAndDataThatNoKeyCanHave) {
+  Registry registry(file_);
+  Registry::Handle key = 0;
+  const std::string longest(255, 'k');
+  EXPECT_EQ(registry.Create(kCurrentUser, longest.c_str(), 63, &key, nullptr), 0);
+  const std::string longer(256, 'k');
+  EXPECT_EQ(registry.Create(kCurrentUser, longer.c_str(), 63, &key, nullptr),
+            error::kInvalidParameter);
+  EXPECT_EQ(registry.Set(key, "n", 3, nullptr, 1), error::kNoAccess);
+  EXPECT_EQ(registry.Set(key, "n", 3, "x", -1), error::kNoAccess);
+  EXPECT_EQ(registry.Set(key, "n", 1, nullptr, 0), 0);
+  EXPECT_EQ(registry.Open(kCurrentUser, "A", 1, nullptr), error::kInvalidParameter);
+}
+
+TEST_F(StoredRegistry, NoticesThatAKeyWasTakenAway) {
+  Registry registry(file_);
+  Registry::Handle key = 0;
+  ASSERT_EQ(registry.Create(kCurrentUser, "A", 63, &key, nullptr), 0);
+  SqliteDatabase(file_).Run("DELETE FROM key WHERE name = 'A'");
+  EXPECT_EQ(registry.Set(key, "n", 3, "x", 1), error::kKeyDeleted);
+}
+
+TEST_F(StoredRegistry, FailsWithACodeWhereItsFileIsNoStore) {
+  std::filesystem::create_directories(file_.parent_path());
+  std::ofstream(file_) << std::string(5000, 'x');
+  Registry::Handle key = 0;
+  Registry spoiled(file_);
+  EXPECT_EQ(spoiled.Create(kCurrentUser, "A", 63, &key, nullptr), error::kRegistryIoFailed);
+  Registry nowhere("/proc/none/registry.db");
+  EXPECT_EQ(nowhere.Open(kCurrentUser, "A", 63, &key), error::kRegistryIoFailed);
+}
+
+TEST_F(StoredRegistry, LeavesAStoreOfALaterFormatAlone) {
+  {
+    Registry registry(file_);
+    EXPECT_TRUE(Write(registry, "A", "n", 1));
+  }
+  SqliteDatabase(file_).Run("PRAGMA user_version = 2");
+  Registry::Handle key = 0;
+  Registry later(file_);
+  EXPECT_EQ(later.Open(kCurrentUser, "A", 63, &key), error::kRegistryIoFailed);
+}
+
+TEST_F(StoredRegistry, IsReadableForItsUserAlone) {
+  Registry registry(file_);
+  EXPECT_TRUE(Write(registry, "A", "n", 1));
+  EXPECT_EQ(std::filesystem::status(file_).permissions(),
+            static_cast<std::filesystem::perms>(0600));
+  EXPECT_EQ(std::filesystem::status(file_.parent_path()).permissions(),
+            static_cast<std::filesystem::perms>(0700));
+}
+
+}  // namespace
+}  // namespace quorvane

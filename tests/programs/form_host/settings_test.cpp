@@ -1,0 +1,39 @@
+// The settings on the form host's command line and on its output.
+
+#include "programs/form_host/settings.h"
+
+#include "programs/common/options.h"
+#include "tests/support/raises.h"
+
+namespace quorvane::examples {
+namespace {
+
+TEST(Display, ShowsAPasswordAsAsterisksWhateverItsLength) {
+  EXPECT_EQ(Display(u"Password", Text(u"x")), "\"********\"");
+  EXPECT_EQ(Display(u"Password", Text(std::size_t{20}, u'x')), "\"********\"");
+  EXPECT_EQ(Display(u"Password", std::int16_t{1234}), "\"********\"");
+  EXPECT_EQ(Display(u"Password", Text(u"")), "\"\"");
+}
+
+TEST(Display, SpellsValuesAsAFormFileDoes) {
+  EXPECT_EQ(Display(u"UserName", Text(u"a\"b")), R"("a\"b")");
+  EXPECT_EQ(Display(u"ServerPort", std::int16_t{-1}), "-1");
+  EXPECT_EQ(Display(u"UseProxy", kTrue), "True");
+}
+
+TEST(ParseChange, SplitsAtTheFirstEqualsSign) {
+  const Change change = ParseChange("ServerFile=/a?b=c");
+  EXPECT_EQ(change.setting, Text(u"ServerFile"));
+  EXPECT_EQ(change.value, Text(u"/a?b=c"));
+  EXPECT_EQ(ParseChange("Password=").value, Text(u""));
+}
+
+TEST(ParseChange, KnowsTheSevenSettingsInTheirSpelling) {
+  for (const char16_t* const name : kSettings)
+    EXPECT_EQ(ParseChange(ToUtf8(Text(name)) + "=x").setting, Text(name));
+  for (const std::string word : {"Username=x", "serverport=1", "=x", "GetCRCValue=1", "ServerPort"})
+    EXPECT_THROW(static_cast<void>(ParseChange(word)), UsageError) << word;
+}
+
+}  // namespace
+}  // namespace quorvane::examples
