@@ -16,32 +16,32 @@ void cBinaryFileStream::PutFile(const Text& name) {
   std::int32_t error_number = 0;
   if (!FileIsListed(FileName_, error_number)) Raise(error_number, module_.EXEName() + u".File");
   // Kept: the number is stored before the open and stays when that fails, so the next Dispose
-  // closes whatever is open under it by then; callers drop a stream that failed. Pinned by
+  // closes whatever is open under it by then, be it another stream's file. Pinned by
   // StreamFile.WhoseOpenFailsKeepsTheAllottedNumber.
   FileNumber_ = files_.FreeFileNumber();
   files_.OpenForReading(FileName_, FileNumber_);
   // Kept: FilePosition is not set back, so of a second file the stream gives only as many bytes,
-  // from its start, as it is longer than what was read before; callers use one object for one file.
-  // Pinned by SecondFile.ThatIsLongerGivesItsFrontOnly.
+  // from its start, as it is longer than what was read before; a caller that gives one object a
+  // second file sees it. Pinned by SecondFile.ThatIsLongerGivesItsFrontOnly.
   FileLength_ = files_.Length(FileNumber_);
 }
 
 std::int32_t cBinaryFileStream::Read(ByteArray& buffer, std::int32_t size) {
   // Kept: a size of 0 or less is not refused but counts, backwards if negative, and is returned;
-  // the callers' own sizes are positive. Pinned by
+  // GetFileCrc32 asks for 8192 only. Pinned by
   // StreamRead.ANegativeSizeMovesBackwardsAndIsReturned.
   std::int32_t count = size;
   // Kept: position and size must fit 32 bits on the call that reports the end, too, so with blocks
-  // of 8192 bytes the largest file has 2147475455; callers know a larger one by the overflow.
+  // of 8192 bytes the largest file has 2147475455 and any larger one raises overflow (6).
   // Pinned by StreamLimits.AFileOf2147475456BytesFailsOnlyWhereTheEndWouldBeReported.
   if (CheckedAdd(FilePosition_, size) < FileLength_) {
-    // Kept: a full block fills the whole buffer, whatever the size says, and needs no copy; callers
-    // pass buffers of exactly that size. Pinned by
+    // Kept: a full block fills the whole buffer, whatever the size says, and needs no copy;
+    // GetFileCrc32 passes a buffer of exactly that size. Pinned by
     // StreamRead.AFullBlockFillsTheBufferWhateverTheSize.
     files_.Read(FileNumber_, buffer);
   } else {
     // Kept: where the length is negative, or below the position, the end is reported by a negative
-    // count, once; callers end at 0 or less. Pinned by
+    // count, once; GetFileCrc32 ends at 0 or less. Pinned by
     // StreamRead.ALengthBelowZeroIsReturnedByTheFirstRead.
     count = CheckedSubtract(FileLength_, FilePosition_);
     if (count > 0) {

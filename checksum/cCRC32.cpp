@@ -21,8 +21,8 @@ std::int32_t cCRC32::GetByteArrayCrc32(const ByteArray& bytes) const {
   static_cast<void>(bytes.At(lower));  // raises for an array of several dimensions
   const std::uint32_t crc = AdvanceCrc(CrcTable_, kPreset, bytes.Elements());
   // Kept: the 16-bit counter steps once past the last index, so an upper bound of 32767 fails after
-  // all bytes are done; callers take 32767 elements from index 0 on as the largest array. Pinned by
-  // GetByteArrayCrc32.OverflowsAfterTheLastElementAtUpperBound32767.
+  // all bytes are done; 32767 elements from index 0 on are the most that a caller can pass. Pinned
+  // by GetByteArrayCrc32.OverflowsAfterTheLastElementAtUpperBound32767.
   static_cast<void>(CheckedAdd<std::int16_t>(upper, 1));
   return Complement(crc);
 }

@@ -8,8 +8,8 @@ namespace quorvane {
 
 /// The table of cCRC32: 256 entries and a slot behind them.
 ///
-/// Kept: the slot behind them, 256, stays 0 and nothing reads it, as an index has 8 bits; the table
-/// is 257 long in every release. Pinned by CrcTable.HasASpareSlotThatStaysZero.
+/// Kept: the slot behind them, 256, stays 0 and nothing reads it, as an index has 8 bits; it shows
+/// in the size of the table. Pinned by CrcTable.HasASpareSlotThatStaysZero.
 using CrcTable = std::array<std::int32_t, 257>;
 
 /// The table for the reflected polynomial 0xEDB88320: slot i holds the register i after 8 bits.

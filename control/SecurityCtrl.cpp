@@ -65,8 +65,8 @@ void SecurityCtrl::Initialize() {}
 void SecurityCtrl::InitProperties() {
   DropErrors([] {
     // Kept: ServerAddress, ServerPort and ServerFile stay as the thread holds them, so a new
-    // control on a fresh thread has the port 0 and not the 80 of a saved form; hosts that place a
-    // second control rely on the shared address. Pinned by
+    // control on a fresh thread has the port 0 and not the 80 of a saved form, and a second one
+    // on a form goes on with the address of the first. Pinned by
     // SecurityCtrl.InitPropertiesLeavesTheServerSettingsAlone.
     ConnectionSettings& settings = connectionSettings();
     settings.UseProxy = kFalse;
@@ -133,8 +133,8 @@ void SecurityCtrl::PutServerFile(const Text& str_New_ServerFile) {
 Boolean16 SecurityCtrl::UseProxy() const { return connectionSettings().UseProxy; }
 
 void SecurityCtrl::PutUseProxy(Boolean16 bolUseProxy) {
-  // Kept: the 16 bits are stored as given, without making them -1 or 0; hosts put 1 and read 1
-  // back. Pinned by SecurityCtrl.UseProxyKeepsItsBitsUntilItIsLoadedAgain.
+  // Kept: the 16 bits are stored as given, without making them -1 or 0, so a host that puts 1
+  // reads 1. Pinned by SecurityCtrl.UseProxyKeepsItsBitsUntilItIsLoadedAgain.
   connectionSettings().UseProxy = bolUseProxy;
   site_.PropertyChanged(kUseProxyName);
 }

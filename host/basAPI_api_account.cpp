@@ -57,8 +57,9 @@ std::int32_t Lookup::Pass() {
 Text GetCurrentAccountSidText(Advapi32& accounts, Kernel32& memory, const CodePage& code_page) {
   Text name = GetCurrentUserName(accounts, code_page);
   Text unread_domain;
-  // Kept: no guard against an empty name, the lookup decides. A system may give the current account
-  // no name and still know it. Test: GetCurrentAccountSidText.LooksUpAnEmptyNameToo
+  // Kept: no guard against an empty name, the lookup decides, so a system that knows an account
+  // by the empty name gives its identifier. Pinned by
+  // GetCurrentAccountSidText.LooksUpAnEmptyNameToo.
   return SidBytesToText(LookupAccountSidBytes(name, unread_domain, {}, accounts, code_page),
                         accounts, memory, code_page);
 }
@@ -69,8 +70,8 @@ Text GetCurrentUserName(Advapi32& os, const CodePage& code_page) {
   // A call that fails leaves the zeros, and the text before the first one is empty.
   IgnoreResult(os.GetUserNameA(buffer.Bytes(), &size));
   const std::u16string_view name = buffer.CopyBack(code_page);
-  // Kept: a buffer without a zero has no text before it, which raises 5. Hosts see an error rather
-  // than half a name. Test: GetCurrentUserName.RaisesWhenNoZeroComesBack
+  // Kept: a buffer without a zero has no text before it, which raises 5: the caller sees
+  // an error rather than half a name. Pinned by GetCurrentUserName.RaisesWhenNoZeroComesBack.
   const std::size_t zero = name.find(u'\0');
   if (zero == std::u16string_view::npos) Raise(ErrorNumber::kInvalidProcedureCall);
   return name.substr(0, zero);
@@ -82,7 +83,7 @@ ByteArray LookupAccountSidBytes(Text& account_name, Text& domain, Text system_na
   Lookup lookup{system_name, account_name, domain, os, code_page};
   std::int32_t result = lookup.Pass();
   // Kept: the code and the size alone decide, not the result, so a call that succeeds but leaves
-  // 122 behind is made once more. Test: LookupAccountSidBytes.RepeatsASuccessThatLeaves122
+  // 122 behind is made once more. Pinned by LookupAccountSidBytes.RepeatsASuccessThatLeaves122.
   while (os.LastError() == kInsufficientBuffer && lookup.sid_size >= 1) {
     lookup.sid = ByteArray(1, lookup.sid_size);
     result = lookup.Pass();
@@ -116,8 +117,8 @@ Text SidBytesToText(const ByteArray& sid, Advapi32& accounts, Kernel32& memory,
         text);
     IgnoreResult(memory.LocalFree(address));  // nothing could be done about a refusal
   }
-  // Kept: the signs between the parts go. Licences are bound to the compact form.
-  // Test: SidBytesToText.RemovesDashesAndSpaces
+  // Kept: the signs between the parts go; a host that keeps the text to compare it with would
+  // notice any other form. Pinned by SidBytesToText.RemovesDashesAndSpaces.
   std::erase_if(text.Edit(), [](char16_t c) { return c == u' ' || c == u'-'; });
   return text;
 }

@@ -63,8 +63,8 @@ Text AddressText(const AdapterRecord& record) {
   return TrimSpaces(text);
 }
 
-// Kept: all items but the first go in front, so the platform's last adapter comes first. Hosts take
-// item 1 for their licence. Test: GetAdapterAddresses.ReversesThePlatformsOrder
+// Kept: all items but the first go in front, so the platform's last adapter comes first; a host
+// that takes item 1 gets that one. Pinned by GetAdapterAddresses.ReversesThePlatformsOrder.
 void AddItem(TextList& list, Text item) {
   if (!list.empty()) {
     list.insert(list.begin(), std::move(item));

@@ -11,9 +11,9 @@ constexpr std::int32_t kValueSize = 256;
 
 // Kept: the cut counts the system's bytes but falls in 16-bit characters, and no zero is looked
 // for. So a list of names keeps its zeros, and a value of ten double-byte characters has ten zeros
-// behind it. Hosts split such lists at the zeros. Tests:
-// ReadProfileValue.KeepsZerosInsideTheCount,
-// ReadProfileValue.CountsBytesUnderAMultiByteCodePage
+// behind it; a caller can split such a list at its zeros. Pinned by
+// ReadProfileValue.KeepsZerosInsideTheCount, ReadProfileValue.CountsBytesUnderAMultiByteCodePage
+// and JapaneseProfile.HasAZeroForEachByteBeyondTheCharacters.
 Text CutToCount(std::u16string_view buffer, std::int32_t count) {
   return FirstCharacters(buffer, NarrowTo16(count));
 }
@@ -39,8 +39,8 @@ Boolean16 WriteProfileValue(Text& section, Text& key, Text& value, Kernel32& os,
         return os.WriteProfileStringA(section_copy, key_copy, value_copy);
       },
       section, key, value);
-  // Kept: only the low 16 bits count, unlike the write to a named file. Hosts of both see what they
-  // always saw. Test: WriteProfileValue.LooksAtTheLowSixteenBitsOnly
+  // Kept: only the low 16 bits count, unlike the write to a named file: a result whose low bits
+  // are 0 counts as failed. Pinned by WriteProfileValue.LooksAtTheLowSixteenBitsOnly.
   return ToBoolean16((result & 0xFFFF) != 0);
 }
 
@@ -66,8 +66,8 @@ Boolean16 WritePrivateProfileValue(Text& section, Text& key, Text& value, Text& 
       },
       section, key, value, file_name);
   // Kept: the whole result is narrowed first, so one beyond 16 bits raises overflow, unlike the
-  // write to the system's own profile. Test:
-  // WritePrivateProfileValue.RaisesOverflowForAResultBeyondSixteenBits
+  // write to the system's own profile. Pinned by
+  // WritePrivateProfileValue.RaisesOverflowForAResultBeyondSixteenBits.
   return ToBoolean16(NarrowTo16(result) != 0);
 }
 

@@ -18,7 +18,7 @@ constexpr std::int32_t kDword = 4;
 // KEY_READ: the standard read rights, notify, enumerate sub-keys, query values.
 constexpr std::int32_t kReadAccess = 131097;
 // Kept: the six rights of keys alone, without the standard rights of KEY_ALL_ACCESS. Accounts that
-// may not have those can still write. Test: WriteRegistryValue.AsksForTheSixKeyRightsAlone
+// may not have those can still write. Pinned by WriteRegistryValue.AsksForTheSixKeyRightsAlone.
 constexpr std::int32_t kWriteAccess = 63;
 
 // What a first query reports, and where further queries leave their sizes.
@@ -40,11 +40,12 @@ std::int32_t Query(RegistryHandle key, Text& value_name, ReportedValue& reported
 // Kept: the buffer is one character shorter than the reported size, so the last byte falls on the
 // copy's own final zero and is lost, whether it is a zero or not. What other programs store with
 // its zero comes out right; what they store without it loses its last character.
-// Test: ReadRegistryValue.DropsTheLastByteUnseen
+// Pinned by ReadRegistryValue.DropsTheLastByteUnseen.
 TaggedValue QueryString(RegistryHandle key, Text& value_name, ReportedValue reported, Advapi32& os,
                         const CodePage& code_page) {
-  // Kept: a size of 0 makes this count -1, which raises; hosts tell the empty text that comes of it
-  // from the empty kind. Test: ReadRegistryValue.GivesTheEmptyTextForAStringOfNoBytes
+  // Kept: a size of 0 makes this count -1, which raises; a caller can tell the empty text that
+  // comes of it from the empty kind. Pinned by
+  // ReadRegistryValue.GivesTheEmptyTextForAStringOfNoBytes.
   Text buffer = RepeatedCharacter(CheckedSubtract(reported.size, std::int32_t{1}), u'\0');
   const std::int32_t result = CallWithAnsi(
       code_page,
@@ -80,8 +81,9 @@ TaggedValue QueryByType(RegistryHandle key, Text& value_name, Advapi32& os,
   ReportedValue reported;
   if (Query(key, value_name, reported, nullptr, os, code_page) != 0) return {};
   if (reported.type == kString) return QueryString(key, value_name, reported, os, code_page);
-  // Kept: a binary value is read as an integer, just like a DWORD. Hosts store switches in either.
-  // Test: ReadRegistryValue.ReadsBinaryAsALittleEndianInteger
+  // Kept: a binary value is read as an integer, just like a DWORD; a caller cannot tell the two
+  // apart. Pinned by ReadRegistryValue.ReadsBinaryAsALittleEndianInteger and
+  // ReadRegistryValue.TakesTheFirstFourBytesOfALongerOne.
   if (reported.type == kBinary || reported.type == kDword) {
     return QueryInteger(key, value_name, reported, os, code_page);
   }
@@ -104,8 +106,9 @@ bool StoreString(RegistryHandle key, Text& value_name, const TaggedValue& value,
                  const CodePage& code_page) {
   Text text = value.ToText();
   // Kept: the size counts characters and takes in no zero. So a code page with more bytes than that
-  // cuts the data. Hosts read with the same count.
-  // Test: WriteRegistryValue.CutsDataShortUnderAMultiByteCodePage
+  // cuts the data, and what is read back may end in half a character. Pinned by
+  // WriteRegistryValue.CutsDataShortUnderAMultiByteCodePage and
+  // JapaneseRegistry.LosesHalfACharacterOfATextStoredWithoutItsZero.
   const std::int32_t size = text.Length();
   return CallWithAnsi(
              code_page,
@@ -122,8 +125,8 @@ bool StoreInteger(RegistryHandle key, Text& value_name, TaggedValue& value, Adva
       code_page,
       [&](char* name) { return os.RegSetValueExA(key, name, 0, kDword, &integer, sizeof integer); },
       value_name);
-  // Kept: the caller's value becomes the integer, stored or not. Hosts go on to use it as a number.
-  // Test: WriteRegistryValue.TurnsTheCallersValueIntoTheIntegerStoredOrNot
+  // Kept: the caller's value becomes the integer, stored or not, so its variable changes kind.
+  // Pinned by WriteRegistryValue.TurnsTheCallersValueIntoTheIntegerStoredOrNot.
   value = integer;
   return result == 0;
 }
@@ -132,8 +135,9 @@ bool StoreByType(RegistryHandle key, Text& value_name, TaggedValue& value, std::
                  Advapi32& os, const CodePage& code_page) {
   if (value_type == kString) return StoreString(key, value_name, value, os, code_page);
   if (value_type == kDword) return StoreInteger(key, value_name, value, os, code_page);
-  // Kept: any other type, binary included, makes the key, stores nothing and is a success. Set-up
-  // programs create keys that way. Test: WriteRegistryValue.StoresNothingForAnyOtherTypeAndSucceeds
+  // Kept: any other type, binary included, makes the key, stores nothing and is a success. A
+  // caller that wants no more than the key gets it so. Pinned by
+  // WriteRegistryValue.StoresNothingForAnyOtherTypeAndSucceeds.
   return true;
 }
 
@@ -150,9 +154,9 @@ bool WriteValue(RegistryHandle hive, Text& key_path, Text& value_name, TaggedVal
       },
       key_path);
   if (created != 0) return false;
-  // Kept: the key stays open for good after a failed store, as it does after a run-time error.
-  // Hosts that retry count on the key still being there. Test:
-  // WriteRegistryValue.LeavesTheKeyOpenAfterAFailedStore
+  // Kept: the key stays open for good after a failed store, as it does after a run-time error;
+  // a host that counts its handles sees it. Pinned by
+  // WriteRegistryValue.LeavesTheKeyOpenAfterAFailedStore.
   if (!StoreByType(key, value_name, value, value_type, os, code_page)) return false;
   IgnoreResult(os.RegCloseKey(key));  // the value is stored, whatever becomes of the key
   return true;
@@ -165,8 +169,8 @@ TaggedValue ReadRegistryValue(RegistryHandle hive, Text& key_path, Text& value_n
   try {
     return ReadValue(hive, key_path, value_name, os, code_page);
   } catch (...) {
-    // Kept: the empty text, not the empty kind, and an opened key stays open. Hosts tell the two
-    // apart. Test: ReadRegistryValue.LeavesTheKeyOpenAfterARunTimeError
+    // Kept: the empty text, not the empty kind, and an opened key stays open; a caller can tell
+    // the two apart. Pinned by ReadRegistryValue.LeavesTheKeyOpenAfterARunTimeError.
     return Text(u"");
   }
 }

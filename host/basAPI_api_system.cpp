@@ -11,8 +11,7 @@ constexpr std::int16_t kDirectorySize = 255;
 
 // Kept: every position of the buffer is visited and a zero is skipped, not taken as the end, so
 // whatever stands behind one joins the result. The path comes out whole because the bytes behind it
-// are still the buffer's spaces. Hosts compare this text with the one they saved.
-// Test: GetSystemDirectoryPath.KeepsCharactersBehindNul
+// are still the buffer's spaces. Pinned by GetSystemDirectoryPath.KeepsCharactersBehindNul.
 //
 // Zeros go wherever they stand and spaces at the ends, so the ends can go first, before anything is
 // copied.
@@ -39,13 +38,14 @@ std::u16string_view GetOSPlatformName(Kernel32& os) {
   constexpr std::uint32_t kWindows95 = 1;
   OsVersionInformation information{};
   information.dwOSVersionInfoSize = sizeof information;
-  // Kept: a failing call is not noticed, so the id stays 0 and the name is "Win32s".
-  // Hosts take that word for "not known". Test: GetOSPlatformName.IsWin32sWhenTheCallFails
+  // Kept: a failing call is not noticed, so the id stays 0 and the name is "Win32s", which
+  // a caller cannot tell from the system of that name. Pinned by
+  // GetOSPlatformName.IsWin32sWhenTheCallFails.
   IgnoreResult(os.GetVersionExA(&information));
   if (information.dwPlatformId == kWin32s) return u"Win32s";
   if (information.dwPlatformId == kWindows95) return u"Windows 95";
-  // Kept: not a test for 2, so an id that nobody knows yet is one of this family. Hosts choose
-  // their storage by it. Test: GetOSPlatformName.CountsUnknownIdsAsWindowsNT
+  // Kept: not a test for 2, so an id that nobody knows yet is one of this family. Pinned by
+  // GetOSPlatformName.CountsUnknownIdsAsWindowsNT.
   return u"Windows NT";
 }
 

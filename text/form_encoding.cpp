@@ -14,8 +14,8 @@ namespace quorvane {
 namespace {
 
 // Kept: the separators & and = pass, and so do ? / : $ ( ) { } ~, while other signs that a URL may
-// hold do not. Callers encode the assembled body in one go and rely on it. Pinned by
-// FormEncode.LetsTheSeparatorsPass.
+// hold do not. A body is encoded after its pairs were joined, so its separators must come through.
+// Pinned by FormEncode.LetsTheSeparatorsPass.
 constexpr std::u16string_view kPassThrough =
     u"1234567890ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz:/.?=_-$(){}~&";
 
@@ -55,8 +55,8 @@ char16_t* Write(const Piece& piece, char16_t* out) {
 }
 
 // Kept: a code of two bytes comes out as one piece of four digits behind a single percent sign,
-// which is no well-formed escape; servers of double-byte systems take it apart. Pinned by
-// FormEncode.WritesATwoByteCharacterAsOnePiece.
+// which is no well-formed escape. A server that reads such bodies would notice two escapes. Pinned
+// by FormEncode.WritesATwoByteCharacterAsOnePiece.
 char16_t* WriteTwoBytes(std::uint32_t code, char16_t* out) {
   *out++ = u'%';
   for (const int shift : {12, 8, 4, 0}) *out++ = HexDigit(code >> shift);
@@ -99,8 +99,8 @@ std::size_t ExpectedLength(std::u16string_view characters) {
 }
 
 // Kept: position and length are 16 bits wide and the step behind the last character is tested, too,
-// so 32767 characters fail after all of them are encoded, and more fail at once; the empty text is
-// what callers test for. Pinned by FormEncode.HoldsAtMost32766Characters.
+// so 32767 characters fail after all of them are encoded, and more fail at once; the caller sees
+// the empty text. Pinned by FormEncode.HoldsAtMost32766Characters.
 Text EncodeAll(const std::u16string& characters, const CodePage& code_page) {
   const std::int16_t length = NarrowTo16(characters.size());
   KnownCodes codes(code_page);

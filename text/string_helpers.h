@@ -29,13 +29,13 @@ namespace quorvane {
 /// An occurrence is a stretch of as many characters as `find` has that equals it, and just that
 /// many are taken out. An empty `text` or `find`, by text comparison, gives the empty text.
 ///
-/// Kept: a text comes out empty, and not unchanged, when `find` is empty. Hosts read the empty
-/// result as "nothing to search for". Pinned by ReplaceAll.GivesTheEmptyTextForAnEmptyFind.
+/// Kept: a text comes out empty, and not unchanged, when `find` is empty; a caller that may have
+/// nothing to find must test for that. Pinned by ReplaceAll.GivesTheEmptyTextForAnEmptyFind.
 ///
 /// Kept: whatever the error, the text comes back as it came in, without the replacements made
 /// before the error. Overflow is the one to expect: a `find` of more than 32767 characters, an
 /// occurrence behind position 32767 of the text as replaced so far, or one whose position plus the
-/// length of `find` exceeds 32767. Saved texts rely on all or nothing. Pinned by
+/// length of `find` exceeds 32767. A caller never sees a text replaced in part. Pinned by
 /// ReplaceAll.GivesTheTextBackWhenAPositionExceedsSixteenBits.
 [[nodiscard]] Text ReplaceAll(const Text& text, const Text& find, const Text& replacement,
                               const Collation& collation = systemCollation());
@@ -60,8 +60,8 @@ namespace quorvane {
 /// A value from 1 to 32767 in the digits 0 to 9 and A to Z, the most significant first: at most
 /// PA7.
 ///
-/// Kept: 0, a negative value and one above 32767 give the empty text, never "0". Hosts read the
-/// empty text as "no number". Pinned by NumberToBase36.GivesTheEmptyTextOutsideItsRange.
+/// Kept: 0, a negative value and one above 32767 give the empty text, never "0"; a caller
+/// cannot tell them apart. Pinned by NumberToBase36.GivesTheEmptyTextOutsideItsRange.
 [[nodiscard]] Text NumberToBase36(const std::int32_t& value);
 
 }  // namespace quorvane

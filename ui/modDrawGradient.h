@@ -24,8 +24,9 @@ namespace quorvane::modDrawGradient {
 /// dropped, its variable keeps the value it had, 0 at first, and the next one is made.
 ///
 /// Kept: 60, 5 and 2 are fixed allowances. So two pixels at the bottom and at the right stay
-/// unpainted, and the ramp stops a little short of EndColor, which sets its slope only. Forms are
-/// laid out for it. Pinned by DrawGradient.LeavesTwoPixelsAtTheEndAndAtTheSideUnpainted.
+/// unpainted, and the ramp stops a little short of EndColor, which sets its slope only. With any
+/// others each painted panel would look different. Pinned by
+/// DrawGradient.LeavesTwoPixelsAtTheEndAndAtTheSideUnpainted.
 ///
 /// Kept: twips are pixels times 15 on a display of any density; there the ramp covers another share
 /// of the surface. Pinned by DrawGradient.TakesFifteenTwipsForAPixel.

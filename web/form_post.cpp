@@ -34,7 +34,7 @@ class FormPost {
       : web_(web), screen_(pointer_owner), code_page_(code_page), result_(result) {}
 
   // Kept: a session that cannot be opened gives the empty text and no flag, unlike every later
-  // failure; callers read it as a machine without a web client. Pinned by
+  // failure; by that a caller tells it from a connection that failed. Pinned by
   // PostFormRequest.GivesTheEmptyTextWithoutASession.
   void Run(Text server, Text object_name, Text body, std::int16_t port) {
     screen_.SetMousePointer(Screen::kHourglass);
@@ -64,7 +64,7 @@ class FormPost {
   }
 
   // Kept: without a proxy the HTTP version stands in the password's place, beside no user name.
-  // Servers never see it, but programs that watch the library's calls do. Pinned by
+  // A program that watches the library's calls sees it. Pinned by
   // PostFormRequest.PutsTheHttpVersionInThePasswordsPlaceWithoutAProxy.
   InternetHandle Connect(Text& server, std::int16_t port) {
     if (!connectionSettings().UseProxy.IsTrue()) {
@@ -116,8 +116,8 @@ class FormPost {
     IgnoreResult(web_.HttpAddRequestHeadersA(request_, kHeader.data(), kHeader.size(),
                                              WinInet::kAddHeader | WinInet::kReplaceHeader));
     // Kept: a failed send closes nothing, unlike every other way out: the request, the connection
-    // and the session stay open for the life of the process, and hosts that watch the handles
-    // expect three of them. Pinned by PostFormRequest.LeavesThreeHandlesOpenAfterAFailedSend.
+    // and the session stay open for the life of the process, which a host that counts its handles
+    // sees. Pinned by PostFormRequest.LeavesThreeHandlesOpenAfterAFailedSend.
     if (!Send(body)) {
       Fail();
       return false;
@@ -158,15 +158,15 @@ class FormPost {
     IgnoreResult(web_.InternetCloseHandle(session_));
   }
 
-  // Kept: an answer with an empty body counts as a failed connection; callers wait for a reply text
-  // and take none for no server. Pinned by PostFormRequest.TakesAnEmptyReplyForAFailure.
+  // Kept: an answer with an empty body counts as a failed connection; a caller cannot tell the two
+  // apart. Pinned by PostFormRequest.TakesAnEmptyReplyForAFailure.
   void Settle() {
     if (reply_.IsEmpty()) return Fail();
     result_ = Text(reply_.Take());
   }
 
-  // Kept: nothing ever clears the flag; callers look at it after a series of posts. Pinned by
-  // PostFormRequest.KeepsInternetFailedSetAfterALaterSuccess.
+  // Kept: nothing ever clears the flag, so after a series of posts it tells of any that failed.
+  // Pinned by PostFormRequest.KeepsInternetFailedSetAfterALaterSuccess.
   void Fail() {
     basGlobals::InternetFailed() = kTrue;
     result_ = kFailureText;

@@ -109,7 +109,7 @@ struct Member {
 
 // In the order of the virtual table.
 // Kept: the first three properties stand get before put, the last four put before get; clients call
-// by position (test: test_members_stand_in_the_order_of_the_virtual_table).
+// by position. Pinned by test_members_stand_in_the_order_of_the_virtual_table.
 inline constexpr std::array<Member, 15> kMembers{{
     {"ServerAddress", MemberKind::kPropertyGet, 0x6803000D, ValueType::kText, "", 0},
     {"ServerAddress", MemberKind::kPropertyPut, 0x6803000D, ValueType::kText,

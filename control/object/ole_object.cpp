@@ -68,8 +68,8 @@ HRESULT OleObjectFace::EnumVerbs(IEnumOLEVERB** out) {
   return OLEOBJ_E_NOVERBS;
 }
 
-// Kept: any request runs Resize and the size stays locked; forms rely on the fixed square at design
-// time and at run time alike. Pinned by Extent.AcceptsWhatRoundsToItsOwnSizeAndRefusesTheRest.
+// Kept: any request runs Resize and the size stays locked, at design time and at run time
+// alike. Pinned by Extent.AcceptsWhatRoundsToItsOwnSizeAndRefusesTheRest.
 HRESULT OleObjectFace::SetExtent(DWORD aspect, SIZEL* asked) {
   if (asked == nullptr) return E_POINTER;
   if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;

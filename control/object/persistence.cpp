@@ -31,8 +31,8 @@ HRESULT PersistenceFace::InitNew() {
   return S_OK;
 }
 
-// Kept: a further Load works, after InitNew too; designers load again and again. Pinned by
-// BagLoad.MayBeRepeated.
+// Kept: a further Load works, after InitNew too; a container that loads twice would notice a
+// refusal. Pinned by BagLoad.MayBeRepeated.
 void PersistenceFace::LoadFrom(PropertyBag& bag) {
   logic_.ReadProperties(bag);
   was_loaded_ = true;
@@ -94,7 +94,7 @@ HRESULT PersistenceFace::Load(IPropertyBag* bag, IErrorLog* log) {
 }
 
 // Kept: the event drops its errors, so a save into a failing bag says S_OK over a half-written form
-// and clears the mark; containers keep what the bag then holds. Pinned by
+// and clears the mark; a container learns of it by its own bag only. Pinned by
 // BagSave.LeavesLaterFieldsOutAtEachWriteThatFailsInTurnAndStillSucceeds.
 HRESULT PersistenceFace::Save(IPropertyBag* bag, BOOL clear_dirty, BOOL /*save_all*/) {
   if (bag == nullptr) return E_POINTER;

@@ -80,8 +80,8 @@ Bytes ControlLibrary() {
   const TypeReference events = writer.AddDispatchInterface(
       {kSourceInterfaceName, kPresent.source_id, kVersion, kEventFlags});
   // Kept: the can-create flag is clear, so browsers do not offer the class for creation by itself;
-  // containers create it through its class object all the same
-  // (test: test_class_is_a_control_without_the_can_create_flag).
+  // containers create it through its class object all the same. Pinned by
+  // test_class_is_a_control_without_the_can_create_flag.
   writer.AddClass(
       {kClassName, kClassId, kVersion, TYPEFLAG_FCONTROL},
       {{members, IMPLTYPEFLAG_FDEFAULT}, {events, IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE}});
