@@ -17,7 +17,7 @@ MODULE = Path(os.environ.get("QUORVANE_MODULE", TREE / "build/windows/QuorvaneSe
 def members():
     """{name: help context} of the type library inside the built module."""
     os.environ["QUORVANE_MODULE"] = str(MODULE)
-    sys.path.insert(0, str(TREE / "tests/package"))
+    sys.path.insert(0, str(TREE / "tests/control/module/package"))
     from module_under_test import resource
     from msft_reader import TypeLibrary
     library = TypeLibrary(resource("TYPELIB", 1))
