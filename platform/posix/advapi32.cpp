@@ -4,7 +4,6 @@
 #include <string>
 
 #include "platform/posix/account.h"
-#include "platform/posix/desktop_places.h"
 #include "platform/posix/local_memory.h"
 #include "platform/posix/registry.h"
 #include "platform/posix/system_errors.h"
@@ -89,7 +88,7 @@ class PosixAdvapi32 final : public Advapi32 {
   std::int32_t LastError() override { return last_error; }
 
  private:
-  Registry registry_{DataFolder() / "registry.db"};
+  Registry registry_{UserRegistry()};
 };
 
 }  // namespace

@@ -1,137 +1,161 @@
 #include "platform/posix/atomic_file.h"
 
 #include <fcntl.h>
+#include <limits.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
-#include <atomic>
 #include <cerrno>
-#include <system_error>
+#include <chrono>
+#include <string_view>
+#include <thread>
+#include <utility>
+
+#include "platform/posix/descriptor.h"
 
 namespace quorvane {
 namespace {
 
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() { Close(); }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
+constexpr int kMostAttempts = 5000;
+constexpr auto kPause = std::chrono::milliseconds(2);
+constexpr int kMostLinks = 40;
 
-  [[nodiscard]] int Number() const { return number_; }
-  bool Close() {
-    const int number = number_;
-    number_ = -1;
-    return number < 0 || ::close(number) == 0;
+// The file that a name leads to, whether it is there or not.
+int FollowLinks(std::filesystem::path& file) {
+  std::array<char, PATH_MAX> room{};
+  for (int links = 0; links < kMostLinks; ++links) {
+    const ssize_t length = ::readlink(file.c_str(), room.data(), room.size());
+    if (length < 0) return errno == EINVAL || errno == ENOENT ? 0 : errno;
+    const std::string_view target(room.data(), static_cast<std::size_t>(length));
+    file = file.parent_path() / target;
   }
-
- private:
-  int number_;
-};
-
-std::filesystem::path Target(const std::filesystem::path& file) {
-  std::error_code failed;
-  auto target = std::filesystem::weakly_canonical(std::filesystem::absolute(file, failed), failed);
-  return failed ? file : target;
+  return ELOOP;
 }
 
-bool WriteAll(int number, std::string_view bytes) {
+int WriteAll(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {
-    const ssize_t written = ::write(number, bytes.data(), bytes.size());
+    const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
     if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return false;
+    if (written <= 0) return written < 0 ? errno : EIO;
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
-  return true;
+  return 0;
 }
 
-// A new file beside the target that no other writer uses, with the permissions of any new file.
-class TemporaryFile {
+// NAME.new, made by this object and locked. A file of that name that nobody has locked was left
+// behind; one that has been locked is looked at again by its name, which may lead elsewhere by now.
+class NextFile {
  public:
-  explicit TemporaryFile(const std::filesystem::path& target)
-      : descriptor_(Create(target, path_)), exists_(descriptor_.Number() >= 0) {}
-  ~TemporaryFile() {
-    if (exists_) ::unlink(path_.c_str());
+  explicit NextFile(const std::filesystem::path& file) : path_(file.native() + ".new") {}
+  NextFile(const NextFile&) = delete;
+  NextFile& operator=(const NextFile&) = delete;
+  ~NextFile() {
+    if (held_) ::unlink(path_.c_str());
   }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-  bool TakePermissionsOf(const std::filesystem::path& target) {
-    struct stat status {};
-    if (::stat(target.c_str(), &status) != 0) return true;
-    return ::fchmod(descriptor_.Number(), status.st_mode & 07777U) == 0;
+  // Tries again as long as others may be at work.
+  int Hold(unsigned mode) {
+    for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+      if (attempt > 0) std::this_thread::sleep_for(kPause);
+      int error = Open(O_WRONLY | O_CREAT | O_EXCL, mode);
+      held_ = error == 0;
+      if (held_) error = Lock();
+      if (error == 0) return 0;
+      if (error == EAGAIN) held_ = false;  // whoever holds it takes it for a left one
+      if (error == EEXIST && Open(O_RDONLY | O_NONBLOCK, 0) == 0 && Lock() == 0) {
+        ::unlink(path_.c_str());
+      }
+      if (error != EAGAIN && error != EEXIST) return error;
+    }
+    return EAGAIN;
   }
-  bool Store(std::string_view bytes) {
-    return WriteAll(descriptor_.Number(), bytes) && ::fsync(descriptor_.Number()) == 0 &&
-           descriptor_.Close();
-  }
-  bool MoveTo(const std::filesystem::path& target) {
-    exists_ = ::rename(path_.c_str(), target.c_str()) != 0;
-    return !exists_;
+
+  // In the place of `file`, whose status is given if it is there.
+  int Replace(const std::filesystem::path& file, const struct stat* status,
+              std::string_view bytes) {
+    const int descriptor = descriptor_.Number();
+    if (status != nullptr) {
+      // Only the superuser gives files away; everybody may give them to a group of his own.
+      constexpr auto kSameOwner = static_cast<uid_t>(-1);
+      const bool given = ::fchown(descriptor, status->st_uid, status->st_gid) == 0 ||
+                         ::fchown(descriptor, kSameOwner, status->st_gid) == 0;
+      const unsigned mode = status->st_mode & (given ? 07777U : 0777U);
+      if (::fchmod(descriptor, mode) != 0) return errno;
+    }
+    if (const int error = WriteAll(descriptor, bytes); error != 0) return error;
+    if (::fsync(descriptor) != 0 || ::rename(path_.c_str(), file.c_str()) != 0) return errno;
+    held_ = false;
+    return 0;
   }
 
  private:
-  // A name that is taken is one that a program of the same number left behind when it broke down:
-  // in a container every first program has the number 1.
-  static int Create(const std::filesystem::path& target, std::string& path) {
-    static std::atomic<unsigned> count = 0;
-    int created = -1;
-    do {
-      path = target.native() + "." + std::to_string(::getpid()) + "." + std::to_string(++count);
-      created = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    } while (created < 0 && errno == EEXIST);
-    return created;
+  int Open(int flags, unsigned mode) {
+    const int opened = ::open(path_.c_str(), flags | O_NOFOLLOW | O_CLOEXEC, mode);
+    const int error = opened < 0 ? errno : 0;
+    descriptor_ = Descriptor(opened);
+    return error;
+  }
+
+  [[nodiscard]] int Lock() const {
+    struct stat own {};
+    struct stat named {};
+    if (::flock(descriptor_.Number(), LOCK_EX | LOCK_NB) != 0) return errno;
+    if (::fstat(descriptor_.Number(), &own) != 0) return errno;
+    if (::lstat(path_.c_str(), &named) != 0) return errno == ENOENT ? EAGAIN : errno;
+    return own.st_ino == named.st_ino && own.st_dev == named.st_dev ? 0 : EAGAIN;
   }
 
   std::string path_;
   Descriptor descriptor_;
-  bool exists_;
+  bool held_ = false;
 };
 
 }  // namespace
 
 void CreatePrivateFolder(const std::filesystem::path& folder) {
-  std::error_code ignored;
-  if (folder.empty() || std::filesystem::exists(folder, ignored)) return;
+  struct stat status {};
+  if (folder.empty() || ::stat(folder.c_str(), &status) == 0) return;
   CreatePrivateFolder(folder.parent_path());
   ::mkdir(folder.c_str(), 0700);
 }
 
-std::optional<std::string> ReadWholeFile(const std::filesystem::path& file) {
+int ReadFile(const std::filesystem::path& file, std::optional<std::string>& bytes) {
+  bytes.reset();
   // Not to be held up by a pipe that nobody writes to.
-  const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   struct stat status {};
-  if (descriptor.Number() < 0 || ::fstat(descriptor.Number(), &status) != 0 ||
-      !S_ISREG(status.st_mode)) {
-    return std::nullopt;
-  }
-  std::string bytes;
+  if (!descriptor || ::fstat(descriptor.Number(), &status) != 0) return errno;
+  if (!S_ISREG(status.st_mode)) return EINVAL;
+  std::string read;
   std::array<char, 8192> room{};
   for (;;) {
     const ssize_t count = ::read(descriptor.Number(), room.data(), room.size());
     if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return std::nullopt;
-    if (count == 0) return bytes;
-    bytes.append(room.data(), static_cast<std::size_t>(count));
+    if (count < 0) return errno;
+    if (count == 0) break;
+    read.append(room.data(), static_cast<std::size_t>(count));
   }
+  bytes = std::move(read);
+  return 0;
 }
 
-bool ReplaceFile(const std::filesystem::path& file, std::string_view bytes) {
-  const std::filesystem::path target = Target(file);
-  TemporaryFile temporary(target);
-  return temporary.TakePermissionsOf(target) && temporary.Store(bytes) && temporary.MoveTo(target);
-}
-
-FolderLock::FolderLock(const std::filesystem::path& file)
-    : folder_(::open(Target(file).parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-  while (folder_ >= 0 && ::flock(folder_, LOCK_EX) != 0 && errno == EINTR) {
-  }
-}
-
-FolderLock::~FolderLock() {
-  if (folder_ >= 0) ::close(folder_);
+int ChangeFile(const std::filesystem::path& file, unsigned mode, const FileChange& change) {
+  std::filesystem::path target = file;
+  if (const int error = FollowLinks(target); error != 0) return error;
+  struct stat status {};
+  NextFile next(target);
+  const bool is_new = ::stat(target.c_str(), &status) != 0;
+  if (const int error = next.Hold(is_new ? mode : 0600); error != 0) return error;
+  const bool exists = ::stat(target.c_str(), &status) == 0;
+  if (exists && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return errno;
+  std::optional<std::string> before;
+  if (const int error = ReadFile(target, before); error != 0 && error != ENOENT) return error;
+  const auto after = change(before);
+  if (!after) return EBADMSG;
+  if (*after == before.value_or("")) return 0;
+  return next.Replace(target, exists ? &status : nullptr, *after);
 }
 
 }  // namespace quorvane

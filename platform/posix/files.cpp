@@ -13,8 +13,9 @@
 #include <utility>
 
 #include "platform/file_numbers.h"
+#include "platform/posix/descriptor.h"
 #include "platform/posix/file_errors.h"
-#include "runtime/utf8.h"
+#include "platform/posix/file_names.h"
 
 // The stand-in on Linux.
 //
@@ -31,38 +32,9 @@
 namespace quorvane {
 namespace {
 
-class OpenFile {
- public:
-  OpenFile() = default;
-  explicit OpenFile(int descriptor) : descriptor_(descriptor) {}
-  OpenFile(const OpenFile&) = delete;
-  OpenFile& operator=(const OpenFile&) = delete;
-  OpenFile(OpenFile&& other) noexcept { std::swap(descriptor_, other.descriptor_); }
-  OpenFile& operator=(OpenFile&& other) noexcept {
-    OpenFile taken(std::move(other));
-    std::swap(descriptor_, taken.descriptor_);
-    return *this;
-  }
-  ~OpenFile() {
-    if (*this) ::close(descriptor_);
-  }
-
-  explicit operator bool() const { return descriptor_ >= 0; }
-  [[nodiscard]] int Descriptor() const { return descriptor_; }
-
- private:
-  int descriptor_ = -1;
-};
+using OpenFile = Descriptor;
 
 FileNumbers<OpenFile>& openFiles() { return threadRecord<FileNumbers<OpenFile>>(); }
-
-std::string SystemName(const Text& name) {
-  std::string system_name = ToUtf8(name);
-  if (const auto zero = system_name.find('\0'); zero != std::string::npos) system_name.resize(zero);
-  for (char& c : system_name)
-    if (c == '\\') c = '/';
-  return system_name;
-}
 
 struct PathParts {
   std::string directory;
@@ -119,10 +91,10 @@ Text FirstMatch(const PathParts& wanted) {
   const std::string directory = wanted.directory.empty() ? "." : wanted.directory;
   const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(directory.c_str()), &::closedir);
   if (!entries) RaiseUnlessAbsent(errno);
-  const Text pattern = FromUtf8(wanted.name == "*.*" ? "*" : wanted.name);
+  const Text pattern = FileNameFrom(wanted.name == "*.*" ? "*" : wanted.name);
   Text first = u"";
   while (const dirent* entry = entries ? ::readdir(entries.get()) : nullptr) {
-    const Text name = FromUtf8(entry->d_name);
+    const Text name = FileNameFrom(entry->d_name);
     if (Matches(name.Characters(), pattern.Characters()) &&
         (first.IsEmpty() || name.Characters() < first.Characters()) &&
         LookUp(wanted.directory + entry->d_name).is_normal_file) {
@@ -152,7 +124,7 @@ OpenFile OpenRegularFile(const std::string& path) {
                                                   ::stat(directory.c_str(), &status) != 0);
     RaiseFileError(path_is_missing ? ENOTDIR : error);
   }
-  if (::fstat(file.Descriptor(), &status) != 0) RaiseFileError(errno);
+  if (::fstat(file.Number(), &status) != 0) RaiseFileError(errno);
   if (!S_ISREG(status.st_mode)) RaiseFileError(EISDIR);
   return file;
 }
@@ -161,7 +133,7 @@ void ShutWritersOut(const OpenFile& file) {
   // The lease is granted only while nobody has the file open for writing. It is given back at once:
   // kept, it would make the next writer wait, and a signal that ends the process tells of one; so
   // for the moment that it lasts a harmless signal stands in.
-  const int descriptor = file.Descriptor();
+  const int descriptor = file.Number();
   ::fcntl(descriptor, F_SETSIG, SIGURG);
   if (::fcntl(descriptor, F_SETLEASE, F_RDLCK) == 0) {
     ::fcntl(descriptor, F_SETLEASE, F_UNLCK);
@@ -174,32 +146,32 @@ void ShutWritersOut(const OpenFile& file) {
 class PosixFiles final : public Files {
  public:
   Text ListName(const Text& name) override {
-    const std::string path = SystemName(name);
+    const std::string path = SystemFileName(name.Characters());
     const PathParts parts = Split(path);
     if (parts.name.find_first_of("*?") != std::string::npos) return FirstMatch(parts);
     if (parts.name.empty()) return u"";
     const Lookup found = LookUp(path);
     RaiseUnlessAbsent(found.error);
-    return found.is_normal_file ? FromUtf8(parts.name) : Text(u"");
+    return found.is_normal_file ? FileNameFrom(parts.name) : Text(u"");
   }
 
   std::int16_t FreeFileNumber() override { return openFiles().Free(); }
 
   void OpenForReading(const Text& name, std::int16_t number) override {
     openFiles().RequireFree(number);
-    OpenFile file = OpenRegularFile(SystemName(name));
+    OpenFile file = OpenRegularFile(SystemFileName(name.Characters()));
     ShutWritersOut(file);
     openFiles().Keep(number, std::move(file));
   }
 
   std::int32_t Length(std::int16_t number) override {
     struct stat status {};
-    if (::fstat(openFiles().At(number).Descriptor(), &status) != 0) RaiseFileError(errno);
+    if (::fstat(openFiles().At(number).Number(), &status) != 0) RaiseFileError(errno);
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(status.st_size));
   }
 
   void Read(std::int16_t number, ByteArray& buffer) override {
-    const int descriptor = openFiles().At(number).Descriptor();
+    const int descriptor = openFiles().At(number).Number();
     std::span<std::uint8_t> rest = buffer.Elements();
     while (!rest.empty()) {
       const ssize_t count =

@@ -10,7 +10,8 @@ namespace quorvane {
 namespace {
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-constexpr std::string_view kUtf16Mark = "\xFF\xFE";
+constexpr std::string_view kUtf16LowFirstMark = "\xFF\xFE";
+constexpr std::string_view kUtf16HighFirstMark = "\xFE\xFF";
 
 bool IsUtf8(std::string_view bytes) { return ToUtf8(FromUtf8(bytes)) == bytes; }
 
@@ -31,68 +32,66 @@ bool SameName(std::u16string_view left, std::u16string_view right) {
   return FoldCase(TrimBlanks(left)) == FoldCase(TrimBlanks(right));
 }
 
-// A line inside a section; without a key it is blank or a comment.
+// A line inside a section; without a key it is blank.
 struct KeyLine {
-  std::optional<std::u16string_view> key;
+  std::u16string_view key;
   std::u16string_view before_value;
   std::optional<std::u16string_view> value;
 };
 
 KeyLine SplitKeyLine(std::u16string_view line) {
-  const std::u16string_view content = TrimBlanks(line);
-  if (content.empty() || content.front() == u';') return {};
   const std::size_t sign = line.find(u'=');
-  if (sign == std::u16string_view::npos) return {content, line, std::nullopt};
+  if (sign == std::u16string_view::npos) return {TrimBlanks(line), line, std::nullopt};
   return {TrimBlanks(line.substr(0, sign)), line.substr(0, sign + 1),
           WithoutQuotes(TrimBlanks(line.substr(sign + 1)))};
+}
+
+// The name in a section's first line; nothing for any other line.
+std::optional<std::u16string_view> Heading(std::u16string_view line) {
+  const std::u16string_view content = TrimBlanks(line);
+  const std::size_t end = content.rfind(u']');
+  if (!content.starts_with(u'[') || end == std::u16string_view::npos) return std::nullopt;
+  return TrimBlanks(content.substr(1, end - 1));
 }
 
 }  // namespace
 
 ProfileDocument::ProfileDocument(std::string_view bytes) {
-  if (bytes.starts_with(kUtf16Mark)) {
-    encoding_ = Encoding::kUtf16;
-    mark_ = kUtf16Mark;
+  if (bytes.starts_with(kUtf16LowFirstMark) || bytes.starts_with(kUtf16HighFirstMark)) {
+    mark_ = bytes.substr(0, 2);
+    encoding_ = mark_ == kUtf16LowFirstMark ? Encoding::kUtf16LowFirst : Encoding::kUtf16HighFirst;
   } else if (bytes.starts_with(kUtf8Mark)) {
     mark_ = kUtf8Mark;
   } else if (!IsUtf8(bytes)) {
     encoding_ = Encoding::kSystemPage;
   }
-  SplitLines(bytes.substr(mark_.size()));
-}
-
-std::string ProfileDocument::Bytes() const {
-  std::string bytes = mark_;
-  for (const Line& line : lines_) bytes.append(line.bytes).append(line.end);
-  return bytes;
-}
-
-void ProfileDocument::SplitLines(std::string_view bytes) {
-  const std::size_t width = encoding_ == Encoding::kUtf16 ? 2 : 1;
-  const auto is = [&](std::size_t at, char c) {
-    return at + width <= bytes.size() && bytes[at] == c && (width == 1 || bytes[at + 1] == '\0');
-  };
-  std::size_t start = 0;
-  for (std::size_t at = 0; at < bytes.size();) {
-    if (!is(at, '\r') && !is(at, '\n')) {
-      at += width;
-      continue;
-    }
-    const std::size_t end = at + (is(at, '\r') && is(at + width, '\n') ? 2 * width : width);
+  const std::u16string characters = Decode(bytes.substr(mark_.size()));
+  std::u16string_view rest = characters;
+  while (!rest.empty()) {
+    const std::size_t length = std::min(rest.find_first_of(u"\r\n"), rest.size());
+    const std::size_t end_length = rest.substr(length).starts_with(u"\r\n") ? 2 : 1;
     lines_.push_back(
-        {std::string(bytes.substr(start, at - start)), std::string(bytes.substr(at, end - at))});
-    start = at = end;
+        {std::u16string(rest.substr(0, length)), std::u16string(rest.substr(length, end_length))});
+    rest.remove_prefix(std::min(length + end_length, rest.size()));
   }
-  if (start < bytes.size()) lines_.push_back({std::string(bytes.substr(start)), ""});
+  is_whole_ = Bytes() == bytes;
+}
+
+std::optional<std::string> ProfileDocument::Bytes() const {
+  if (!is_whole_) return std::nullopt;
+  std::string bytes = mark_;
+  for (const Line& line : lines_) bytes += Encode(line.content + line.end);
+  return bytes;
 }
 
 std::u16string ProfileDocument::Decode(std::string_view bytes) const {
   if (encoding_ == Encoding::kSystemPage) return FromSystemPage(bytes);
   if (encoding_ == Encoding::kUtf8) return FromUtf8(bytes).Characters();
+  const std::size_t low = encoding_ == Encoding::kUtf16LowFirst ? 0 : 1;
   std::u16string characters;
   for (std::size_t at = 0; at + 2 <= bytes.size(); at += 2) {
-    characters += static_cast<char16_t>(static_cast<unsigned char>(bytes[at]) |
-                                        static_cast<unsigned char>(bytes[at + 1]) << 8);
+    characters += static_cast<char16_t>(static_cast<unsigned char>(bytes[at + low]) |
+                                        static_cast<unsigned char>(bytes[at + 1 - low]) << 8);
   }
   return characters;
 }
@@ -102,57 +101,48 @@ std::string ProfileDocument::Encode(std::u16string_view characters) const {
   if (encoding_ == Encoding::kUtf8) return ToUtf8(Text(characters));
   std::string bytes;
   for (const char16_t character : characters) {
-    bytes += static_cast<char>(character & 0xFF);
-    bytes += static_cast<char>(character >> 8);
+    const char halves[] = {static_cast<char>(character & 0xFF), static_cast<char>(character >> 8)};
+    const std::size_t first = encoding_ == Encoding::kUtf16LowFirst ? 0 : 1;
+    bytes.append({halves[first], halves[1 - first]});
   }
   return bytes;
 }
 
-std::optional<std::u16string> ProfileDocument::Heading(const Line& line) const {
-  const std::u16string characters = Decode(line.bytes);
-  const std::u16string_view content = TrimBlanks(characters);
-  const std::size_t end = content.rfind(u']');
-  if (!content.starts_with(u'[') || end == std::u16string_view::npos) return std::nullopt;
-  return std::u16string(TrimBlanks(content.substr(1, end - 1)));
-}
-
 std::optional<ProfileDocument::Range> ProfileDocument::FindSection(std::u16string_view name) const {
   const auto next_heading = [&](std::size_t from) {
-    while (from < lines_.size() && !Heading(lines_[from])) ++from;
+    while (from < lines_.size() && !Heading(lines_[from].content)) ++from;
     return from;
   };
   Range range{0, 0, next_heading(0)};
   if (TrimBlanks(name).empty()) return range;
   while (range.last < lines_.size()) {
     range = {range.last, 1, next_heading(range.last + 1)};
-    if (SameName(*Heading(lines_[range.first]), name)) return range;
+    if (SameName(*Heading(lines_[range.first].content), name)) return range;
   }
   return std::nullopt;
 }
 
-std::optional<std::size_t> ProfileDocument::FindKey(const Range& range,
+std::optional<std::size_t> ProfileDocument::FindKey(std::u16string_view section,
                                                     std::u16string_view key) const {
+  const Range range = FindSection(section).value_or(Range{});
   for (std::size_t index = range.first + range.heading_lines; index < range.last; ++index) {
-    const std::u16string characters = Decode(lines_[index].bytes);
-    const KeyLine line = SplitKeyLine(characters);
-    if (line.key && SameName(*line.key, key)) return index;
+    const std::u16string_view name = SplitKeyLine(lines_[index].content).key;
+    if (!TrimBlanks(lines_[index].content).empty() && SameName(name, key)) return index;
   }
   return std::nullopt;
 }
 
 std::optional<std::u16string> ProfileDocument::Value(std::u16string_view section,
                                                      std::u16string_view key) const {
-  const auto range = FindSection(section);
-  const auto index = range ? FindKey(*range, key) : std::nullopt;
+  const auto index = FindKey(section, key);
   if (!index) return std::nullopt;
-  const std::u16string characters = Decode(lines_[*index].bytes);
-  return std::u16string(SplitKeyLine(characters).value.value_or(u""));
+  return std::u16string(SplitKeyLine(lines_[*index].content).value.value_or(u""));
 }
 
 std::vector<std::u16string> ProfileDocument::SectionNames() const {
   std::vector<std::u16string> names;
   for (const Line& line : lines_) {
-    if (auto name = Heading(line)) names.push_back(std::move(*name));
+    if (const auto name = Heading(line.content)) names.emplace_back(*name);
   }
   return names;
 }
@@ -161,46 +151,42 @@ std::vector<std::u16string> ProfileDocument::KeyNames(std::u16string_view sectio
   std::vector<std::u16string> names;
   const Range range = FindSection(section).value_or(Range{});
   for (std::size_t index = range.first + range.heading_lines; index < range.last; ++index) {
-    const std::u16string characters = Decode(lines_[index].bytes);
-    const KeyLine line = SplitKeyLine(characters);
-    if (line.key && line.value) names.emplace_back(*line.key);
+    const KeyLine line = SplitKeyLine(lines_[index].content);
+    if (line.value && !TrimBlanks(lines_[index].content).starts_with(u';')) {
+      names.emplace_back(line.key);
+    }
   }
   return names;
 }
 
-void ProfileDocument::InsertLine(std::size_t index, std::u16string_view characters) {
+void ProfileDocument::InsertLine(std::size_t index, std::u16string content) {
   const auto with_end = std::ranges::find_if(lines_, [](const Line& l) { return !l.end.empty(); });
-  const std::string end = with_end != lines_.end() ? with_end->end : Encode(u"\n");
+  const std::u16string end = with_end != lines_.end() ? with_end->end : u"\n";
   if (index > 0 && lines_[index - 1].end.empty()) lines_[index - 1].end = end;
-  lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(index), {Encode(characters), end});
+  lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(index), {std::move(content), end});
 }
 
 void ProfileDocument::SetValue(std::u16string_view section, std::u16string_view key,
                                std::u16string_view value) {
-  auto range = FindSection(section);
-  if (!range) {
-    InsertLine(lines_.size(), u"[" + std::u16string(TrimBlanks(section)) + u"]");
-    range = Range{lines_.size() - 1, 1, lines_.size()};
-  }
-  if (const auto index = FindKey(*range, key)) {
-    const std::u16string characters = Decode(lines_[*index].bytes);
-    const KeyLine line = SplitKeyLine(characters);
+  if (const auto index = FindKey(section, key)) {
+    std::u16string& content = lines_[*index].content;
+    const KeyLine line = SplitKeyLine(content);
     std::u16string changed(line.before_value);
     if (!line.value) changed += u'=';
-    lines_[*index].bytes = Encode(changed.append(value));
+    content = changed.append(value);
     return;
   }
-  std::size_t at = range->last;
-  while (at > range->first + range->heading_lines &&
-         TrimBlanks(Decode(lines_[at - 1].bytes)).empty()) {
-    --at;
+  if (!FindSection(section)) {
+    InsertLine(lines_.size(), u"[" + std::u16string(TrimBlanks(section)) + u"]");
   }
+  const Range range = FindSection(section).value_or(Range{lines_.size(), 0, lines_.size()});
+  std::size_t at = range.last;
+  while (at > range.first + range.heading_lines && TrimBlanks(lines_[at - 1].content).empty()) --at;
   InsertLine(at, std::u16string(TrimBlanks(key)) + u"=" + std::u16string(value));
 }
 
 void ProfileDocument::RemoveKey(std::u16string_view section, std::u16string_view key) {
-  const auto range = FindSection(section);
-  const auto index = range ? FindKey(*range, key) : std::nullopt;
+  const auto index = FindKey(section, key);
   if (index) lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(*index));
 }
 

@@ -13,16 +13,19 @@ namespace quorvane {
 /// - Names of sections and keys are compared without regard to case and to blanks (spaces, tabs)
 ///   around them; the first section and the first key of a name count, further ones do not.
 /// - The lines in front of the first section make a section with an empty name.
-/// - A line that starts with `;` is a comment. A line without `=` is a key without a value.
+/// - A line that starts with `;` is a comment, which can be had as a key of that name (`;key`) but
+///   is not listed. A line without `=` is a key without a value.
 /// - A value loses the blanks around it, and then one pair of equal quotation marks (" or ').
 /// - A line ends with LF, CR LF or CR.
-/// The bytes are UTF-16 (low byte first) behind the mark FF FE; UTF-8, with or without the mark
-/// EF BB BF, where they are valid as such; else the system's code page. A new document is UTF-8.
+/// The bytes are UTF-16 behind its mark, either byte first; UTF-8, with or without its mark, where
+/// they are valid as such; else the system's code page. A new document is UTF-8.
 class ProfileDocument {
  public:
   explicit ProfileDocument(std::string_view bytes);
 
-  [[nodiscard]] std::string Bytes() const;
+  /// Nothing where the bytes given were no whole text of their encoding, and so would not all be
+  /// kept.
+  [[nodiscard]] std::optional<std::string> Bytes() const;
 
   [[nodiscard]] std::optional<std::u16string> Value(std::u16string_view section,
                                                     std::u16string_view key) const;
@@ -37,10 +40,10 @@ class ProfileDocument {
   void RemoveSection(std::u16string_view section);
 
  private:
-  enum class Encoding { kUtf8, kSystemPage, kUtf16 };
+  enum class Encoding { kUtf8, kSystemPage, kUtf16LowFirst, kUtf16HighFirst };
   struct Line {
-    std::string bytes;
-    std::string end;
+    std::u16string content;
+    std::u16string end;
   };
   /// A section's lines, its heading included: first to last, the last excluded.
   struct Range {
@@ -49,17 +52,16 @@ class ProfileDocument {
     std::size_t last = 0;
   };
 
-  void SplitLines(std::string_view bytes);
   [[nodiscard]] std::u16string Decode(std::string_view bytes) const;
   [[nodiscard]] std::string Encode(std::u16string_view characters) const;
-  [[nodiscard]] std::optional<std::u16string> Heading(const Line& line) const;
   [[nodiscard]] std::optional<Range> FindSection(std::u16string_view name) const;
-  [[nodiscard]] std::optional<std::size_t> FindKey(const Range& range,
+  [[nodiscard]] std::optional<std::size_t> FindKey(std::u16string_view section,
                                                    std::u16string_view key) const;
-  void InsertLine(std::size_t index, std::u16string_view characters);
+  void InsertLine(std::size_t index, std::u16string content);
 
   std::string mark_;
   Encoding encoding_ = Encoding::kUtf8;
+  bool is_whole_ = true;
   std::vector<Line> lines_;
 };
 

@@ -1,11 +1,11 @@
 #include "platform/posix/profile_store.h"
 
 #include <algorithm>
-#include <cstring>
 #include <string>
 
 #include "platform/posix/atomic_file.h"
 #include "platform/posix/desktop_places.h"
+#include "platform/posix/file_names.h"
 #include "platform/posix/profile_document.h"
 #include "platform/posix/system_text.h"
 
@@ -40,7 +40,7 @@ std::filesystem::path SystemProfile() { return ConfigFolder() / "profile.ini"; }
 
 std::filesystem::path NamedProfile(const char* file) {
   if (file == nullptr) return SystemProfile();
-  std::filesystem::path path(SystemPageToUtf8(file));
+  std::filesystem::path path(SystemFileName(FromSystemPage(file)));
   return path.empty() || path.has_parent_path() ? path : ConfigFolder() / path;
 }
 
@@ -48,7 +48,10 @@ std::int32_t Read(const std::filesystem::path& file, const char* section, const 
                   const char* default_text, char* buffer, std::int32_t size) {
   if (buffer == nullptr || size <= 0) return 0;
   const auto room = static_cast<std::size_t>(size);
-  const ProfileDocument document(ReadWholeFile(file).value_or(""));
+  std::optional<std::string> bytes;
+  // The calls that this stands in for give the default whatever the reason.
+  static_cast<void>(ReadFile(file, bytes));
+  const ProfileDocument document(bytes.value_or(""));
   if (section == nullptr) return CopyList(JoinNames(document.SectionNames()), buffer, room);
   const std::u16string section_name = FromSystemPage(section);
   if (key == nullptr) return CopyList(JoinNames(document.KeyNames(section_name)), buffer, room);
@@ -62,21 +65,19 @@ bool Write(const std::filesystem::path& file, const char* section, const char* k
            const char* value) {
   if (section == nullptr || file.empty()) return false;
   if (file.parent_path() == ConfigFolder()) CreatePrivateFolder(file.parent_path());
-  const FolderLock lock(file);
-  if (!lock.IsHeld()) return false;
-  const auto before = ReadWholeFile(file);
-  if (!before && std::filesystem::exists(std::filesystem::symlink_status(file))) return false;
-  ProfileDocument document(before.value_or(""));
-  const std::u16string section_name = FromSystemPage(section);
-  if (key == nullptr) {
-    document.RemoveSection(section_name);
-  } else if (value == nullptr) {
-    document.RemoveKey(section_name, FromSystemPage(key));
-  } else {
-    document.SetValue(section_name, FromSystemPage(key), FromSystemPage(value));
-  }
-  const std::string after = document.Bytes();
-  return (before && *before == after) || ReplaceFile(file, after);
+  const auto change = [&](const std::optional<std::string>& before) {
+    ProfileDocument document(before.value_or(""));
+    const std::u16string section_name = FromSystemPage(section);
+    if (key == nullptr) {
+      document.RemoveSection(section_name);
+    } else if (value == nullptr) {
+      document.RemoveKey(section_name, FromSystemPage(key));
+    } else {
+      document.SetValue(section_name, FromSystemPage(key), FromSystemPage(value));
+    }
+    return document.Bytes();
+  };
+  return ChangeFile(file, 0666, change) == 0;
 }
 
 }  // namespace quorvane::profile_store

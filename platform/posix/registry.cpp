@@ -60,28 +60,23 @@ std::int32_t Registry::Guarded(Operation operation) {
   const std::lock_guard lock(mutex_);
   try {
     return operation();
-  } catch (const DatabaseFailure&) {
+  } catch (const StoreFailure&) {
     return error::kRegistryIoFailed;
   }
 }
 
-RegistryStore& Registry::Store() {
-  if (!store_) store_.emplace(store_file_);
-  return *store_;
-}
-
 std::optional<Registry::OpenKey> Registry::Resolve(Handle handle) {
-  if (const auto hive = HiveOf(handle)) return OpenKey{Store().Hive(*hive), kAllRights};
+  if (const auto hive = HiveOf(handle)) return OpenKey{std::u16string(*hive), kAllRights};
   const auto found = open_keys_.find(handle);
   if (found == open_keys_.end()) return std::nullopt;
   return found->second;
 }
 
-Registry::Handle Registry::HandOut(RegistryStore::Key key, std::int32_t access) {
+Registry::Handle Registry::HandOut(OpenKey key) {
   while (next_handle_ <= 0 || open_keys_.contains(next_handle_)) {
     next_handle_ = next_handle_ <= 0 || next_handle_ > 0x7FFFFFF0 ? 4 : next_handle_ + 4;
   }
-  open_keys_[next_handle_] = {key, access};
+  open_keys_[next_handle_] = std::move(key);
   return next_handle_;
 }
 
@@ -93,16 +88,12 @@ std::int32_t Registry::OpenOrCreate(Handle from, const char* path, std::int32_t 
   const std::u16string names = NameFrom(path);
   if (names.starts_with(u'\\')) return error::kBadPathName;
   if (HasTooLongName(names)) return error::kInvalidParameter;
-  RegistryStore::Made found;
-  if (disposition != nullptr) {
-    found = Store().FindOrMake(start->key, names);
-    *disposition = found.is_new ? kCreatedNewKey : kOpenedExistingKey;
-  } else {
-    const auto key = Store().Find(start->key, names);
-    if (!key) return error::kFileNotFound;
-    found.key = *key;
-  }
-  *opened = names.empty() && HiveOf(from) ? from : HandOut(found.key, access);
+  const std::u16string full_path = start->path + u'\\' + names;
+  bool is_new = !store_.Read().Has(full_path);
+  if (is_new && disposition == nullptr) return error::kFileNotFound;
+  if (is_new) store_.Change([&](RegistryTree& tree) { is_new = tree.Make(full_path); });
+  if (disposition != nullptr) *disposition = is_new ? kCreatedNewKey : kOpenedExistingKey;
+  *opened = names.empty() && HiveOf(from) ? from : HandOut({full_path, access});
   return error::kSuccess;
 }
 
@@ -125,8 +116,9 @@ std::int32_t Registry::Query(Handle key, const char* name, std::int32_t* type, v
     const auto open = Resolve(key);
     if (!open) return error::kInvalidHandle;
     if ((open->access & kQueryValue) == 0) return error::kAccessDenied;
-    const auto value = Store().Value(open->key, NameFrom(name));
-    if (!value) return error::kFileNotFound;
+    const RegistryTree tree = store_.Read();
+    const RegistryValue* const value = tree.Find(open->path, NameFrom(name));
+    if (value == nullptr) return error::kFileNotFound;
     const auto length = static_cast<std::int32_t>(value->data.size());
     if (type != nullptr) *type = value->type;
     if (size == nullptr) return error::kSuccess;
@@ -148,11 +140,14 @@ std::int32_t Registry::Set(Handle key, const char* name, std::int32_t type, cons
     if (size < 0 || (data == nullptr && size > 0)) return error::kNoAccess;
     const std::u16string value_name = NameFrom(name);
     if (value_name.size() > kLongestValueName) return error::kInvalidParameter;
-    if (!Store().Exists(open->key)) return error::kKeyDeleted;
     const auto* const bytes = static_cast<const char*>(data != nullptr ? data : "");
-    Store().SetValue(open->key, value_name,
-                     {type, DataOf(type, bytes, static_cast<std::size_t>(size))});
-    return error::kSuccess;
+    const std::string stored = DataOf(type, bytes, static_cast<std::size_t>(size));
+    bool is_there = false;
+    store_.Change([&](RegistryTree& tree) {
+      is_there = tree.Has(open->path);
+      if (is_there) tree.Set(open->path, value_name, type, stored);
+    });
+    return is_there ? error::kSuccess : error::kKeyDeleted;
   });
 }
 

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <map>
 #include <mutex>
 #include <optional>
+#include <string>
+#include <utility>
 
 #include "platform/posix/registry_store.h"
 
@@ -15,8 +16,7 @@ class Registry {
  public:
   using Handle = std::int32_t;
 
-  /// The store is opened at the first call that needs it.
-  explicit Registry(std::filesystem::path store_file) : store_file_(std::move(store_file)) {}
+  explicit Registry(RegistryStore store) : store_(std::move(store)) {}
 
   // Each gives an error code of system_errors.h; names are in the system's code page.
   std::int32_t Open(Handle from, const char* path, std::int32_t access, Handle* opened);
@@ -33,21 +33,19 @@ class Registry {
 
  private:
   struct OpenKey {
-    RegistryStore::Key key = 0;
+    std::u16string path;
     std::int32_t access = 0;
   };
 
-  [[nodiscard]] RegistryStore& Store();
   [[nodiscard]] std::optional<OpenKey> Resolve(Handle handle);
-  [[nodiscard]] Handle HandOut(RegistryStore::Key key, std::int32_t access);
+  [[nodiscard]] Handle HandOut(OpenKey key);
   template <class Operation>
   std::int32_t Guarded(Operation operation);
   std::int32_t OpenOrCreate(Handle from, const char* path, std::int32_t access, Handle* opened,
                             std::int32_t* disposition);
 
   std::mutex mutex_;
-  std::filesystem::path store_file_;
-  std::optional<RegistryStore> store_;
+  RegistryStore store_;
   std::map<Handle, OpenKey> open_keys_;
   Handle next_handle_ = 4;
 };

@@ -7,7 +7,7 @@
 namespace quorvane {
 namespace {
 
-constexpr int kWaitMilliseconds = 1000;
+constexpr auto kLongestWait = std::chrono::seconds(1);
 constexpr long kMostRedirects = 10;
 constexpr long kDefaultProxyPort = 80;
 
@@ -47,14 +47,21 @@ WebExchange::~WebExchange() {
 }
 
 bool WebExchange::Send(std::string_view body) {
-  if (multi_ || !Prepare(body)) return false;
-  while (!done_ && Waiting() == 0 && !HasAnswer()) Drive();
+  if (multi_) return false;
+  moved_at_ = std::chrono::steady_clock::now();
+  if (!Prepare(body)) {
+    const bool names_scheme = request_.server.find("://") != std::string::npos;
+    End(names_scheme ? CURLE_UNSUPPORTED_PROTOCOL : CURLE_URL_MALFORMAT);
+    return false;
+  }
+  while (!done_ && !HasAnswer()) Drive();
   return HasAnswer();
 }
 
 bool WebExchange::Read(char* buffer, std::size_t size, std::size_t& count) {
   count = 0;
   if (!multi_) return false;
+  moved_at_ = std::chrono::steady_clock::now();
   while (count < size) {
     while (!done_ && Waiting() == 0) Drive();
     if (Waiting() == 0) break;
@@ -66,13 +73,44 @@ bool WebExchange::Read(char* buffer, std::size_t size, std::size_t& count) {
   return count > 0 || outcome_ == CURLE_OK;
 }
 
+web_client::Reason WebExchange::Failure() const {
+  using web_client::Reason;
+  switch (outcome_) {
+    case CURLE_OPERATION_TIMEDOUT:
+      return Reason::kTimeOut;
+    case CURLE_URL_MALFORMAT:
+      return Reason::kInvalidUrl;
+    case CURLE_UNSUPPORTED_PROTOCOL:
+      return Reason::kUnrecognizedScheme;
+    case CURLE_COULDNT_RESOLVE_HOST:
+    case CURLE_COULDNT_RESOLVE_PROXY:
+      return Reason::kNameNotResolved;
+    case CURLE_COULDNT_CONNECT:
+      return Reason::kCannotConnect;
+    case CURLE_GOT_NOTHING:
+    case CURLE_PARTIAL_FILE:
+      return Reason::kConnectionAborted;
+    case CURLE_SEND_ERROR:
+    case CURLE_RECV_ERROR:
+      return Reason::kConnectionReset;
+    case CURLE_WEIRD_SERVER_REPLY:
+      return Reason::kInvalidServerResponse;
+    case CURLE_TOO_MANY_REDIRECTS:
+      return Reason::kRedirectFailed;
+    default:
+      return Reason::kInternalError;
+  }
+}
+
 bool WebExchange::Prepare(std::string_view body) {
   if (!InitializeLibrary()) return false;
   easy_.reset(curl_easy_init());
   multi_.reset(curl_multi_init());
   if (!easy_ || !multi_ || !SetAddress() || !SetWay()) return false;
   SetHeaders();
-  return Set(CURLOPT_NOSIGNAL, 1L) && Set(CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_1_0}) &&
+  const auto connect = static_cast<long>(request_.time_outs.connect.count());
+  return Set(CURLOPT_NOSIGNAL, 1L) && Set(CURLOPT_CONNECTTIMEOUT_MS, connect) &&
+         Set(CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_1_0}) &&
          Set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size())) &&
          Set(CURLOPT_COPYPOSTFIELDS, body.empty() ? "" : body.data()) &&
          Set(CURLOPT_USERAGENT, request_.agent.c_str()) &&
@@ -137,19 +175,39 @@ void WebExchange::Drive() {
   arrived_.clear();
   taken_ = 0;
   int running = 0;
-  if (curl_multi_perform(multi_.get(), &running) != CURLM_OK) {
-    done_ = true;
-    outcome_ = CURLE_OUT_OF_MEMORY;
-    return;
-  }
+  if (curl_multi_perform(multi_.get(), &running) != CURLM_OK) return End(CURLE_OUT_OF_MEMORY);
   int queued = 0;
   while (const CURLMsg* message = curl_multi_info_read(multi_.get(), &queued)) {
     if (message->msg != CURLMSG_DONE) continue;
-    done_ = true;
-    outcome_ = message->data.result;
+    const CURLcode result = message->data.result;
+    // An answer that is no HTTP counts as another protocol here, as does a place it points to.
+    const bool no_http = result == CURLE_UNSUPPORTED_PROTOCOL && received_ == 0;
+    End(no_http ? CURLE_WEIRD_SERVER_REPLY : result);
   }
-  if (!done_ && Waiting() == 0 && !HasAnswer())
-    curl_multi_poll(multi_.get(), nullptr, 0, kWaitMilliseconds, nullptr);
+  const auto now = std::chrono::steady_clock::now();
+  if (const std::int64_t moved = BytesMoved(); moved != moved_) {
+    moved_ = moved;
+    moved_at_ = now;
+  } else if (now - moved_at_ >= request_.time_outs.silence) {
+    End(CURLE_OPERATION_TIMEDOUT);
+  } else if (!done_) {
+    const auto left = moved_at_ + request_.time_outs.silence - now;
+    const auto wait = std::min<std::chrono::nanoseconds>(left, kLongestWait);
+    const auto milliseconds = std::chrono::ceil<std::chrono::milliseconds>(wait).count();
+    curl_multi_poll(multi_.get(), nullptr, 0, static_cast<int>(milliseconds), nullptr);
+  }
+}
+
+void WebExchange::End(CURLcode outcome) {
+  if (!std::exchange(done_, true)) outcome_ = outcome;
+}
+
+std::int64_t WebExchange::BytesMoved() const {
+  curl_off_t body = 0;
+  long head = 0;
+  curl_easy_getinfo(easy_.get(), CURLINFO_SIZE_UPLOAD_T, &body);
+  curl_easy_getinfo(easy_.get(), CURLINFO_REQUEST_SIZE, &head);
+  return body + head + received_;
 }
 
 // Whether the head of the final answer has arrived. One that points elsewhere or asks for a
@@ -166,11 +224,13 @@ bool WebExchange::HasAnswer() const {
 
 std::size_t WebExchange::OnBody(char* data, std::size_t size, std::size_t count, void* self) {
   static_cast<WebExchange*>(self)->arrived_.append(data, size * count);
+  static_cast<WebExchange*>(self)->received_ += static_cast<std::int64_t>(size * count);
   return size * count;
 }
 
 std::size_t WebExchange::OnHeader(char* data, std::size_t size, std::size_t count, void* self) {
   const std::string_view line(data, size * count);
+  static_cast<WebExchange*>(self)->received_ += static_cast<std::int64_t>(line.size());
   static_cast<WebExchange*>(self)->head_ended_ = line == "\r\n" || line == "\n";
   return size * count;
 }

@@ -2,10 +2,13 @@
 
 #include <curl/curl.h>
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
+
+#include "platform/posix/web_client.h"
 
 namespace quorvane {
 
@@ -20,6 +23,7 @@ struct WebRequest {
   std::string password;
   std::string object_name;
   std::string headers;  ///< lines, each ended by CR LF
+  web_client::TimeOuts time_outs;
 };
 
 /// One POST by HTTP/1.0 and its answer, driven by whoever reads it: nothing is taken from the
@@ -35,6 +39,7 @@ struct WebRequest {
 ///   without them (401).
 /// - An answer that points elsewhere is followed up to ten times, by GET after 301, 302 and 303, on
 ///   plain HTTP only.
+/// - It gives up by the request's time-outs; the time between two calls does not count.
 class WebExchange {
  public:
   explicit WebExchange(WebRequest request);
@@ -49,6 +54,9 @@ class WebExchange {
   /// The next bytes of the body, up to `size`, and fewer only at its end; `count` 0 is the end, or
   /// where the answer broke off, which gives false.
   [[nodiscard]] bool Read(char* buffer, std::size_t size, std::size_t& count);
+
+  /// Why Send() or Read() gave false.
+  [[nodiscard]] web_client::Reason Failure() const;
 
  private:
   struct FreeEasy {
@@ -72,6 +80,8 @@ class WebExchange {
   bool SetWay();
   void SetHeaders();
   void Drive();
+  void End(CURLcode outcome);
+  [[nodiscard]] std::int64_t BytesMoved() const;
   [[nodiscard]] bool HasAnswer() const;
   [[nodiscard]] std::size_t Waiting() const { return arrived_.size() - taken_; }
   template <class Value>
@@ -84,8 +94,11 @@ class WebExchange {
   std::unique_ptr<CURLU, FreeUrl> address_;
   std::unique_ptr<CURL, FreeEasy> easy_;
   std::unique_ptr<CURLM, FreeMulti> multi_;
-  std::string arrived_;      // one receive buffer of the body
-  std::size_t taken_ = 0;    // how much of it was read
+  std::string arrived_;    // one receive buffer of the body
+  std::size_t taken_ = 0;  // how much of it was read
+  std::int64_t received_ = 0;
+  std::int64_t moved_ = 0;  // when last looked at, which is when it last changed:
+  std::chrono::steady_clock::time_point moved_at_;
   bool head_ended_ = false;  // of the latest answer
   bool done_ = false;
   CURLcode outcome_ = CURLE_OK;  // once done

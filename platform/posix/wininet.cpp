@@ -14,6 +14,9 @@
 namespace quorvane {
 namespace {
 
+using web_client::Reason;
+using web_client::TimeOuts;
+
 // What a handle stands for. Each kind holds all that the kinds before it were told.
 struct Session {
   WebRequest so_far;
@@ -26,6 +29,23 @@ struct Request {
   std::unique_ptr<WebExchange> exchange;  // once sent
 };
 using Object = std::variant<Session, Connection, Request>;
+
+// NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables): as the library keeps them
+std::mutex time_outs_mutex;
+TimeOuts time_outs;
+thread_local Reason last_failure = Reason::kNone;
+// NOLINTEND(cppcoreguidelines-avoid-non-const-global-variables)
+
+TimeOuts CurrentTimeOuts() {
+  const std::lock_guard guard(time_outs_mutex);
+  return time_outs;
+}
+
+// Gives what a failed call gives.
+bool FailWith(Reason reason) {
+  last_failure = reason;
+  return false;
+}
 
 std::string TextOf(const char* text) { return text == nullptr ? "" : text; }
 
@@ -43,8 +63,10 @@ class HandleTable {
   std::shared_ptr<Kind> Find(InternetHandle handle) {
     const std::lock_guard guard(mutex_);
     const auto found = objects_.find(handle);
-    if (found == objects_.end()) return nullptr;
-    return {found->second, std::get_if<Kind>(found->second.get())};
+    Kind* const object = found != objects_.end() ? std::get_if<Kind>(found->second.get()) : nullptr;
+    if (object != nullptr) return {found->second, object};
+    last_failure = Reason::kInvalidHandle;
+    return nullptr;
   }
 
   bool Remove(InternetHandle handle) {
@@ -52,7 +74,7 @@ class HandleTable {
     std::shared_ptr<Object> ended;
     const std::lock_guard guard(mutex_);
     const auto found = objects_.find(handle);
-    if (found == objects_.end()) return false;
+    if (found == objects_.end()) return FailWith(Reason::kInvalidHandle);
     ended = std::move(found->second);
     objects_.erase(found);
     return true;
@@ -69,7 +91,9 @@ class CurlWinInet final : public WinInet {
   InternetHandle InternetOpenA(const char* agent, std::uint32_t access_type, const char* proxy,
                                const char* /*proxy_bypass*/, std::uint32_t /*flags*/) override {
     const bool uses_proxy = access_type == kOpenTypeProxy;
-    if (uses_proxy ? proxy == nullptr : access_type != kOpenTypePreconfig) return 0;
+    if (uses_proxy ? proxy == nullptr : access_type != kOpenTypePreconfig) {
+      return FailWith(Reason::kInvalidParameter);
+    }
     Session session;
     session.so_far.agent = TextOf(agent);
     session.so_far.uses_proxy = uses_proxy;
@@ -82,7 +106,10 @@ class CurlWinInet final : public WinInet {
                                   std::uint32_t service, std::uint32_t /*flags*/,
                                   std::uintptr_t /*context*/) override {
     const auto session = handles_.Find<Session>(internet);
-    if (!session || server == nullptr || *server == '\0' || service != kServiceHttp) return 0;
+    if (!session) return 0;
+    if (server == nullptr || *server == '\0' || service != kServiceHttp) {
+      return FailWith(Reason::kInvalidParameter);
+    }
     Connection connection{session->so_far};
     connection.so_far.server = server;
     connection.so_far.port = static_cast<std::uint16_t>(port);
@@ -96,8 +123,11 @@ class CurlWinInet final : public WinInet {
                                   const char* /*referrer*/, const char* const* /*accept_types*/,
                                   std::uint32_t /*flags*/, std::uintptr_t /*context*/) override {
     const auto parent = handles_.Find<Connection>(connection);
+    if (!parent) return 0;
     // The one kind of request that the stand-in knows.
-    if (!parent || TextOf(verb) != "POST" || TextOf(version) != "HTTP/1.0") return 0;
+    if (TextOf(verb) != "POST" || TextOf(version) != "HTTP/1.0") {
+      return FailWith(Reason::kInvalidParameter);
+    }
     Request request{parent->so_far, nullptr};
     request.so_far.object_name = TextOf(object_name);
     return handles_.Add(std::move(request));
@@ -107,8 +137,11 @@ class CurlWinInet final : public WinInet {
                                       std::uint32_t headers_length,
                                       std::uint32_t modifiers) override {
     const auto found = handles_.Find<Request>(request);
+    if (!found) return 0;
     // Replacing is all there is, and all headers come in one call.
-    if (!found || headers == nullptr || modifiers != (kAddHeader | kReplaceHeader)) return 0;
+    if (headers == nullptr || modifiers != (kAddHeader | kReplaceHeader)) {
+      return FailWith(Reason::kInvalidParameter);
+    }
     found->so_far.headers.assign(headers, headers_length);
     return 1;
   }
@@ -117,22 +150,25 @@ class CurlWinInet final : public WinInet {
                                 std::uint32_t headers_length, const char* body,
                                 std::uint32_t body_length) override {
     const auto found = handles_.Find<Request>(request);
-    if (!found || headers != nullptr || headers_length != 0) return 0;
+    if (!found) return 0;
+    if (headers != nullptr || headers_length != 0) return FailWith(Reason::kInvalidParameter);
     const std::string_view bytes =
         body == nullptr ? std::string_view() : std::string_view(body, body_length);
+    found->so_far.time_outs = CurrentTimeOuts();
     found->exchange = std::make_unique<WebExchange>(found->so_far);
-    return found->exchange->Send(bytes) ? 1 : 0;
+    return found->exchange->Send(bytes) || FailWith(found->exchange->Failure());
   }
 
   std::int32_t InternetReadFile(InternetHandle request, char* buffer, std::uint32_t size,
                                 std::uint32_t& count) override {
     count = 0;
     const auto found = handles_.Find<Request>(request);
-    if (!found || !found->exchange) return 0;
+    if (!found) return 0;
+    if (!found->exchange) return FailWith(Reason::kInvalidParameter);
     std::size_t read = 0;
     const bool succeeded = found->exchange->Read(buffer, size, read);
     count = static_cast<std::uint32_t>(read);
-    return succeeded ? 1 : 0;
+    return succeeded || FailWith(found->exchange->Failure());
   }
 
   std::int32_t InternetCloseHandle(InternetHandle handle) override {
@@ -144,6 +180,13 @@ class CurlWinInet final : public WinInet {
 };
 
 }  // namespace
+
+void web_client::SetTimeOuts(TimeOuts given) {
+  const std::lock_guard guard(time_outs_mutex);
+  time_outs = given;
+}
+
+Reason web_client::LastFailure() { return last_failure; }
 
 WinInet& wininet() {
   // Never destroyed: handles that were left open end with the process, not among its destructors.

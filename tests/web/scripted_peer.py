@@ -78,6 +78,22 @@ class Scenes:
             time.sleep(0.03)
             self.send(body[start:start + 410])
 
+    def scene_late(self, tail):
+        """/late/1500: the body so many milliseconds behind the head; /late/1500/headless: the head as late as that."""
+        milliseconds, _, headless = tail.partition("/")
+        if not headless:
+            self.send(reply(b"", length=4))
+        time.sleep(int(milliseconds) / 1000)
+        self.send(b"late")
+
+    def scene_drip(self, tail):
+        """/drip/8/150: eight parts, with so many milliseconds before each."""
+        parts, _, milliseconds = tail.partition("/")
+        self.send(reply(b"", length=4 * int(parts)))
+        for _part in range(int(parts)):
+            time.sleep(int(milliseconds) / 1000)
+            self.send(b"drip")
+
     def scene_unmeasured(self, _tail):
         """A body without an announced length: the end of the connection ends it."""
         self.send(b"HTTP/1.0 200 OK\r\n\r\n" + pattern(5000))

@@ -13,7 +13,7 @@ namespace {
 std::string After(std::string_view before, void (*change)(ProfileDocument&)) {
   ProfileDocument document(before);
   change(document);
-  return document.Bytes();
+  return document.Bytes().value_or("(none)");
 }
 
 void SetB(ProfileDocument& document) { document.SetValue(u"x", u"b", u"9"); }
@@ -30,7 +30,8 @@ TEST(ProfileDocument, ComesOutAsItWentIn) {
       "\xEF\xBB\xBF[x]\n",
       "\xEF\xBB\xBF",
       "[x]\nb=\xFF\xFE no utf-8\n",
-      std::string("\xFF\xFE[\0x\0]\0\r\0\n\0odd", 15),
+      std::string("\xFF\xFE[\0x\0]\0\r\0\n\0o\0\0\xD8", 16),
+      std::string("\xFE\xFF\0[\0x\0]\0\r\0\n\0o", 14),
       std::string("[x]\nzero=\0\n", 11),
   };
   for (const std::string& bytes : all_kinds) EXPECT_EQ(ProfileDocument(bytes).Bytes(), bytes);
@@ -57,8 +58,18 @@ TEST(ProfileDocument, WritesTheLineEndThatTheFileHas) {
 TEST(ProfileDocument, TakesComments) {
   const ProfileDocument document("[x]\n;b=1\n ; b=2\n#b=3\nb=4\n");
   EXPECT_EQ(document.Value(u"x", u"b"), u"4");
-  EXPECT_EQ(document.Value(u"x", u";b"), std::nullopt);
   EXPECT_EQ(document.Value(u"x", u"#b"), u"3");
+  EXPECT_EQ(document.KeyNames(u"x"), (std::vector<std::u16string>{u"#b", u"b"}));
+}
+
+// As other systems have it: set again and again it stays one line.
+TEST(ProfileDocument, FindsACommentByItsWholeName) {
+  ProfileDocument document("[x]\nb=4\n");
+  document.SetValue(u"x", u";c", u"1");
+  document.SetValue(u"x", u";c", u"2");
+  EXPECT_EQ(document.Value(u"x", u";c"), u"2");
+  EXPECT_EQ(document.Value(u"x", u"c"), std::nullopt);
+  EXPECT_EQ(document.Bytes(), "[x]\nb=4\n;c=2\n");
 }
 
 TEST(ProfileDocument, CallsTheLinesInFrontASectionWithoutAName) {
@@ -83,6 +94,21 @@ TEST(ProfileDocument, WritesUtf16WhereItReadsIt) {
   ProfileDocument document(std::string_view("\xFF\xFE[\0x\0]\0\n\0", 10));
   document.SetValue(u"x", u"c", u"\u20AC");
   EXPECT_EQ(document.Bytes(), std::string("\xFF\xFE[\0x\0]\0\n\0c\0=\0\xAC\x20\n\0", 18));
+}
+
+TEST(ProfileDocument, WritesUtf16WithTheHighByteFirstWhereItReadsIt) {
+  ProfileDocument document(std::string_view("\xFE\xFF\0[\0x\0]\0\n\0b\0=\x20\xAC", 16));
+  EXPECT_EQ(document.Value(u"x", u"b"), u"\u20AC");
+  document.SetValue(u"x", u"b", u"1");
+  EXPECT_EQ(document.Bytes(), std::string("\xFE\xFF\0[\0x\0]\0\n\0b\0=\0"
+                                          "1",
+                                          16));
+}
+
+TEST(ProfileDocument, HasNoBytesWhereItCouldNotKeepThoseItWasGiven) {
+  EXPECT_EQ(ProfileDocument(std::string_view("\xFF\xFE[\0x\0]\0\n\0odd", 13)).Bytes(),
+            std::nullopt);
+  EXPECT_EQ(ProfileDocument("\xEF\xBB\xBF[x]\nb=\xFF\n").Bytes(), std::nullopt);
 }
 
 TEST(ProfileDocument, FoldsLettersOfEveryScript) {

@@ -11,6 +11,7 @@
 #include <thread>
 #include <vector>
 
+#include "platform/posix/atomic_file.h"
 #include "platform/posix/system_errors.h"
 #include "tests/platform/posix/processes.h"
 #include "tests/support/temporary_folder.h"
@@ -38,21 +39,27 @@ class StoredRegistry : public ::testing::Test {
     return registry.Close(key) == 0 ? number : -4;
   }
 
+  [[nodiscard]] static std::string BytesOf(const std::filesystem::path& file) {
+    std::optional<std::string> bytes;
+    return ReadFile(file, bytes) == 0 ? *bytes : "(none)";
+  }
+
   testing::TemporaryFolder folder_;
-  std::filesystem::path file_ = folder_.Path(u"data") / "registry.db";
+  std::filesystem::path file_ = folder_.Path(u"data") / "registry.txt";
+  RegistryStore store_{file_};
 };
 
 TEST_F(StoredRegistry, SurvivesItsPrograms) {
   {
-    Registry first(file_);
+    Registry first(store_);
     EXPECT_TRUE(Write(first, "A\\B", "n", 7));
   }
-  Registry second(file_);
+  Registry second(store_);
   EXPECT_EQ(Read(second, "a\\b", "N"), 7);
 }
 
 TEST_F(StoredRegistry, KeepsHivesApart) {
-  Registry registry(file_);
+  Registry registry(store_);
   EXPECT_TRUE(Write(registry, "A", "n", 7));
   Registry::Handle key = 0;
   EXPECT_EQ(registry.Open(kCurrentUser + 1, "A", 131097, &key), error::kFileNotFound);
@@ -62,7 +69,7 @@ TEST_F(StoredRegistry, LosesNothingToManyPrograms) {
   constexpr int kPrograms = 6;
   constexpr int kValues = 25;
   EXPECT_TRUE(testing::AllProcesses(kPrograms, [&](int program) {
-    Registry registry(file_);
+    Registry registry(store_);
     for (int value = 0; value < kValues; ++value) {
       const std::string path = "Shared\\Key" + std::to_string(value % 5);
       const std::string name = "p" + std::to_string(program) + "v" + std::to_string(value);
@@ -70,7 +77,7 @@ TEST_F(StoredRegistry, LosesNothingToManyPrograms) {
     }
     return true;
   }));
-  Registry registry(file_);
+  Registry registry(store_);
   for (int program = 0; program < kPrograms; ++program) {
     for (int value = 0; value < kValues; ++value) {
       const std::string path = "Shared\\Key" + std::to_string(value % 5);
@@ -84,12 +91,12 @@ TEST_F(StoredRegistry, LosesNothingToManyPrograms) {
 // last to leave takes the log away while others come.
 TEST_F(StoredRegistry, MayBeMadeByManyProgramsAtOnce) {
   for (int round = 0; round < 20; ++round) {
-    const auto file = folder_.Path(u"data") / ("registry" + std::to_string(round) + ".db");
+    const auto file = folder_.Path(u"data") / ("registry" + std::to_string(round) + ".txt");
     EXPECT_TRUE(testing::AllProcesses(8,
                                       [&](int program) {
                                         const std::string name = "p" + std::to_string(program);
                                         for (int visit = 0; visit < 3; ++visit) {
-                                          Registry registry(file);
+                                          Registry registry{RegistryStore(file)};
                                           if (!Write(registry, "A", name.c_str(), visit))
                                             return false;
                                           if (Read(registry, "A", name.c_str()) != visit)
@@ -102,7 +109,7 @@ TEST_F(StoredRegistry, MayBeMadeByManyProgramsAtOnce) {
 }
 
 TEST_F(StoredRegistry, ServesManyThreads) {
-  Registry registry(file_);
+  Registry registry(store_);
   std::vector<std::thread> threads;
   std::vector<char> done(4, 0);
   for (std::size_t number = 0; number < done.size(); ++number) {
@@ -122,7 +129,7 @@ TEST_F(StoredRegistry, ServesManyThreads) {
 }
 
 TEST_F(StoredRegistry, CountsItsHandles) {
-  Registry registry(file_);
+  Registry registry(store_);
   Registry::Handle key = 0;
   Registry::Handle same = 0;
   EXPECT_EQ(registry.Create(kCurrentUser, "A", 63, &key, nullptr), 0);
@@ -138,7 +145,7 @@ TEST_F(StoredRegistry, CountsItsHandles) {
 }
 
 TEST_F(StoredRegistry, SaysWhetherAKeyIsNew) {
-  Registry registry(file_);
+  Registry registry(store_);
   Registry::Handle key = 0;
   std::int32_t disposition = 0;
   EXPECT_EQ(registry.Create(kCurrentUser, "A\\B", 63, &key, &disposition), 0);
@@ -148,7 +155,7 @@ TEST_F(StoredRegistry, SaysWhetherAKeyIsNew) {
 }
 
 TEST_F(StoredRegistry, RefusesNamesAndDataThatNoKeyCanHave) {
-  Registry registry(file_);
+  Registry registry(store_);
   Registry::Handle key = 0;
   const std::string longest(255, 'k');
   EXPECT_EQ(registry.Create(kCurrentUser, longest.c_str(), 63, &key, nullptr), 0);
@@ -162,10 +169,10 @@ TEST_F(StoredRegistry, RefusesNamesAndDataThatNoKeyCanHave) {
 }
 
 TEST_F(StoredRegistry, NoticesThatAKeyWasTakenAway) {
-  Registry registry(file_);
+  Registry registry(store_);
   Registry::Handle key = 0;
   ASSERT_EQ(registry.Create(kCurrentUser, "A", 63, &key, nullptr), 0);
-  SqliteDatabase(file_).Run("DELETE FROM key WHERE name = 'A'");
+  store_.Change([](RegistryTree& tree) { tree.RemoveKey(u"HKEY_CURRENT_USER\\A"); });
   EXPECT_EQ(registry.Set(key, "n", 3, "x", 1), error::kKeyDeleted);
 }
 
@@ -173,25 +180,27 @@ TEST_F(StoredRegistry, FailsWithACodeWhereItsFileIsNoStore) {
   std::filesystem::create_directories(file_.parent_path());
   std::ofstream(file_) << std::string(5000, 'x');
   Registry::Handle key = 0;
-  Registry spoiled(file_);
+  Registry spoiled(store_);
   EXPECT_EQ(spoiled.Create(kCurrentUser, "A", 63, &key, nullptr), error::kRegistryIoFailed);
-  Registry nowhere("/proc/none/registry.db");
-  EXPECT_EQ(nowhere.Open(kCurrentUser, "A", 63, &key), error::kRegistryIoFailed);
+  EXPECT_EQ(spoiled.Open(kCurrentUser, "A", 63, &key), error::kRegistryIoFailed);
+  Registry nowhere{RegistryStore("/proc/none/registry.txt")};
+  EXPECT_EQ(nowhere.Open(kCurrentUser, "A", 63, &key), error::kFileNotFound);
+  EXPECT_EQ(nowhere.Create(kCurrentUser, "A", 63, &key, nullptr), error::kRegistryIoFailed);
 }
 
 TEST_F(StoredRegistry, LeavesAStoreOfALaterFormatAlone) {
-  {
-    Registry registry(file_);
-    EXPECT_TRUE(Write(registry, "A", "n", 1));
-  }
-  SqliteDatabase(file_).Run("PRAGMA user_version = 2");
+  const std::string later = "quorvane registry 2\n[HKEY_CURRENT_USER\\A]\nend\n";
+  std::filesystem::create_directories(file_.parent_path());
+  std::ofstream(file_) << later;
   Registry::Handle key = 0;
-  Registry later(file_);
-  EXPECT_EQ(later.Open(kCurrentUser, "A", 63, &key), error::kRegistryIoFailed);
+  Registry registry(store_);
+  EXPECT_EQ(registry.Open(kCurrentUser, "A", 63, &key), error::kRegistryIoFailed);
+  EXPECT_EQ(registry.Create(kCurrentUser, "A", 63, &key, nullptr), error::kRegistryIoFailed);
+  EXPECT_EQ(BytesOf(file_), later);
 }
 
 TEST_F(StoredRegistry, IsReadableForItsUserAlone) {
-  Registry registry(file_);
+  Registry registry(store_);
   EXPECT_TRUE(Write(registry, "A", "n", 1));
   EXPECT_EQ(std::filesystem::status(file_).permissions(),
             static_cast<std::filesystem::perms>(0600));

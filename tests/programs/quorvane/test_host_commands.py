@@ -1,14 +1,14 @@
 """Proves the host services with other programs as witnesses, through `quorvane` as a shell sees it.
 
 On Windows (in Wine) the registry is seen by the system's own reg.exe and the account by whoami.exe; on Linux by
-SQLite's own module and id. Profile files are seen by Python's configparser, adapters by `ip`.
+a reader of the store's text and id. Profile files are seen by Python's configparser, adapters by `ip`.
 The program to test is the words of the command line.
 """
 
 import configparser
 import json
 import os
-import sqlite3
+import re
 import subprocess
 import sys
 import tempfile
@@ -93,32 +93,38 @@ class BesideReg:
         self.assertNotIn("nothing", witness(REG, "query", rf"HKCU\{KEY}"))
 
 
-class BesideSqlite:
-    """For the stand-in, whose store any SQLite opens."""
+class BesideText:
+    """For the stand-in, whose store is a text file."""
 
-    def rows(self, statement, *values):
-        with sqlite3.connect(self.folder / "data/quorvane/registry.db") as store:
-            rows = store.execute(statement, values).fetchall()
-        store.close()
-        return rows
+    @property
+    def store(self):
+        return self.folder / "data/quorvane/registry.txt"
 
-    def test_sqlite_sees_what_is_written(self):
+    def test_the_store_shows_what_is_written(self):
         write("Text", "hello")
         write("Number", "--type", "dword", "-2")
         write("nothing", "--type", "binary", "abc")
-        self.assertEqual(self.rows("SELECT name, type, data FROM value ORDER BY name"),
-                         [("Number", 4, b"\xfe\xff\xff\xff"), ("Text", 1, b"hello\0")])
-        self.assertEqual([name for name, in self.rows("SELECT name FROM key ORDER BY id")],
-                         ["HKEY_CURRENT_USER", "Software", "QuorvaneWitness"])
-        self.assertEqual(self.rows("PRAGMA integrity_check"), [("ok",)])
+        self.assertEqual(self.store.read_text(encoding="utf-8"),
+                         "quorvane registry 1\n[HKEY_CURRENT_USER]\n[HKEY_CURRENT_USER\\Software]\n"
+                         "[HKEY_CURRENT_USER\\Software\\QuorvaneWitness]\n"
+                         "Number=4:%FE%FF%FF%FF\nText=1:hello%00\nend\n")
 
-    def test_reads_what_sqlite_changes(self):
+    def test_reads_what_an_editor_changes(self):
         write("v", "x")
-        for kind, data, seen in ((1, b"five5\0", 'string "five5"'), (1, b"cut", 'string "cu"'), (1, b"", 'string ""'),
-                                 (3, b"\x01\x02", "integer 513"), (3, b"", "integer 0"),
-                                 (4, b"\xff\xff\xff\xff", "integer -1"), (2, b"x\0", "empty"), (7, b"x\0\0", "empty")):
-            self.rows("UPDATE value SET type = ?, data = ?", kind, data)
-            self.assertEqual(read("v"), seen, (kind, data))
+        for line, seen in (("1:five5%00", 'string "five5"'), ("1:cut", 'string "cu"'), ("1:", 'string ""'),
+                           ("3:%01%02", "integer 513"), ("3:", "integer 0"), ("4:%FF%FF%FF%FF", "integer -1"),
+                           ("2:x%00", "empty"), ("7:x%00%00", "empty")):
+            text = self.store.read_text(encoding="utf-8")
+            self.store.write_text(re.sub("(?m)^v=.*$", "v=" + line, text), encoding="utf-8")
+            self.assertEqual(read("v"), seen, line)
+
+    def test_damage_is_no_absence(self):
+        write("v", "x")
+        text = self.store.read_bytes()
+        for damaged in (b"", text[:-5], text.replace(b"1:", b"one:"), b"\0" * len(text)):
+            self.store.write_bytes(damaged)
+            self.assertEqual(run("registry", "write", "HKCU", KEY, "v", "y").returncode, 1, damaged)
+            self.assertEqual(self.store.read_bytes(), damaged)
 
     def test_writers_at_a_time_lose_nothing(self):
         writers = [subprocess.Popen([*PROGRAM, "registry", "write", "HKCU", KEY, f"n{i}", str(i)]) for i in range(12)]
@@ -126,7 +132,7 @@ class BesideSqlite:
         self.assertEqual([read(f"n{i}") for i in range(12)], [f'string "{i}"' for i in range(12)])
 
 
-class RegistryWitnessed(BesideReg if IS_WINDOWS else BesideSqlite, Stores):
+class RegistryWitnessed(BesideReg if IS_WINDOWS else BesideText, Stores):
     """Either of them."""
 
 

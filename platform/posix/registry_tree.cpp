@@ -1,0 +1,174 @@
+#include "platform/posix/registry_tree.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "platform/posix/case_fold.h"
+#include "runtime/utf8.h"
+
+namespace quorvane {
+namespace {
+
+constexpr std::string_view kFirstLine = "quorvane registry 1";
+constexpr std::string_view kLastLine = "end";
+
+// Without what of its "\" does not count.
+std::u16string Plain(std::u16string_view path) {
+  std::u16string plain;
+  for (const char16_t character : path) {
+    const bool counts = !plain.empty() && plain.back() != u'\\';
+    if (character != u'\\' || counts) plain += character;
+  }
+  if (plain.ends_with(u'\\')) plain.pop_back();
+  return plain;
+}
+
+// "%" and two digits for a byte that would be taken for something else.
+template <class NeedsNone>
+std::string Escaped(std::string_view bytes, NeedsNone needs_none) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string escaped;
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte >= 0x20 && byte != 0x7F && c != '%' && needs_none(byte)) {
+      escaped += c;
+    } else {
+      escaped.append({'%', kDigits[byte >> 4U], kDigits[byte & 15U]});
+    }
+  }
+  return escaped;
+}
+
+std::string EscapedName(const std::u16string& name) {
+  return Escaped(ToUtf8(name), [](unsigned char byte) { return byte != '=' && byte != '['; });
+}
+
+template <class Number>
+bool ReadNumber(std::string_view digits, int base, Number& number) {
+  const auto [end, error] =
+      std::from_chars(digits.data(), digits.data() + digits.size(), number, base);
+  return error == std::errc() && end == digits.data() + digits.size();
+}
+
+std::optional<std::string> Unescaped(std::string_view text) {
+  std::string bytes;
+  while (!text.empty()) {
+    unsigned char byte = static_cast<unsigned char>(text.front());
+    const bool is_escaped = byte == '%';
+    if (is_escaped && (text.size() < 3 || !ReadNumber(text.substr(1, 2), 16, byte))) return {};
+    bytes += static_cast<char>(byte);
+    text.remove_prefix(is_escaped ? 3 : 1);
+  }
+  return bytes;
+}
+
+std::optional<std::u16string> NameFrom(std::string_view text) {
+  const auto bytes = Unescaped(text);
+  const Text name = bytes ? FromUtf8(*bytes) : Text();
+  if (!bytes || ToUtf8(name) != *bytes) return std::nullopt;
+  return name.Characters();
+}
+
+// name=type:data
+std::optional<RegistryValue> ValueFrom(std::string_view line) {
+  const std::size_t sign = std::min(line.find('='), line.size());
+  const std::size_t colon = line.find(':', sign);
+  if (colon == std::string_view::npos) return std::nullopt;
+  const auto name = NameFrom(line.substr(0, sign));
+  const auto data = Unescaped(line.substr(colon + 1));
+  std::int32_t type = 0;
+  if (!name || !data || !ReadNumber(line.substr(sign + 1, colon - sign - 1), 10, type)) return {};
+  return RegistryValue{*name, type, *data};
+}
+
+}  // namespace
+
+bool RegistryTree::Has(std::u16string_view path) const {
+  const std::u16string plain = Plain(path);
+  return plain.find(u'\\') == std::u16string::npos || keys_.contains(FoldCase(plain));
+}
+
+const RegistryValue* RegistryTree::Find(std::u16string_view path, std::u16string_view name) const {
+  const auto key = keys_.find(FoldCase(Plain(path)));
+  if (key == keys_.end()) return nullptr;
+  const auto value = key->second.values.find(FoldCase(name));
+  return value != key->second.values.end() ? &value->second : nullptr;
+}
+
+std::vector<const RegistryKey*> RegistryTree::KeysFrom(std::u16string_view path) const {
+  const std::u16string folded = FoldCase(Plain(path));
+  std::vector<const RegistryKey*> found;
+  for (const auto& [key_path, key] : keys_) {
+    const bool is_below = folded.empty() || key_path.starts_with(folded + u'\\');
+    if (is_below || key_path == folded) found.push_back(&key);
+  }
+  return found;
+}
+
+bool RegistryTree::Make(std::u16string_view path) {
+  const std::u16string plain = Plain(path);
+  const std::size_t sign = plain.rfind(u'\\');
+  if (sign != std::u16string::npos && !keys_.contains(FoldCase(plain))) Make(plain.substr(0, sign));
+  return keys_.try_emplace(FoldCase(plain), RegistryKey{plain, {}}).second;
+}
+
+void RegistryTree::Set(std::u16string_view path, std::u16string_view name, std::int32_t type,
+                       std::string_view data) {
+  Make(path);
+  auto& values = keys_.find(FoldCase(Plain(path)))->second.values;
+  const auto value = values.try_emplace(FoldCase(name), RegistryValue{std::u16string(name), 0, ""});
+  value.first->second.type = type;
+  value.first->second.data = data;
+}
+
+bool RegistryTree::RemoveValue(std::u16string_view path, std::u16string_view name) {
+  const auto key = keys_.find(FoldCase(Plain(path)));
+  return key != keys_.end() && key->second.values.erase(FoldCase(name)) > 0;
+}
+
+bool RegistryTree::RemoveKey(std::u16string_view path) {
+  const auto gone = KeysFrom(path);
+  for (const RegistryKey* const key : gone) keys_.erase(FoldCase(key->path));
+  return !gone.empty();
+}
+
+std::string RegistryTree::Bytes() const {
+  std::string bytes = std::string(kFirstLine) + '\n';
+  for (const auto& [folded, key] : keys_) {
+    bytes += "[" + EscapedName(key.path) + "]\n";
+    for (const auto& [folded_name, value] : key.values) {
+      const auto is_ascii = [](unsigned char byte) { return byte < 0x80; };
+      bytes += EscapedName(value.name) + "=" + std::to_string(value.type) + ":" +
+               Escaped(value.data, is_ascii) + "\n";
+    }
+  }
+  return bytes.append(kLastLine) + '\n';
+}
+
+std::optional<RegistryTree> RegistryTree::From(std::string_view bytes) {
+  const auto take_line = [&bytes]() -> std::optional<std::string_view> {
+    const std::size_t end = bytes.find('\n');
+    if (end == std::string_view::npos) return std::nullopt;
+    const std::string_view line = bytes.substr(0, end);
+    bytes.remove_prefix(end + 1);
+    return line;
+  };
+  if (take_line() != kFirstLine) return std::nullopt;
+  RegistryTree tree;
+  std::u16string path;
+  while (const auto line = take_line()) {
+    if (*line == kLastLine && bytes.empty()) return tree;
+    if (line->starts_with('[') && line->ends_with(']')) {
+      path = NameFrom(line->substr(1, line->size() - 2)).value_or(u"");
+      if (path.empty()) return std::nullopt;
+      tree.Make(path);
+    } else {
+      const auto value = ValueFrom(*line);
+      if (path.empty() || !value) return std::nullopt;
+      tree.Set(path, value->name, value->type, value->data);
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace quorvane

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quorvane {
+
+struct RegistryValue {
+  std::u16string name;    ///< empty for the key's default value
+  std::int32_t type = 0;  ///< by the platform's numbers: 1 a text, 3 bytes, 4 an integer ...
+  std::string data;       ///< as the calls took it: a text in the system's code page with its zero
+};
+
+struct RegistryKey {
+  std::u16string path;
+  std::map<std::u16string, RegistryValue> values;  ///< by their folded names, see case_fold.h
+};
+
+/// What a registry holds. A key is named by its whole path, such as "HKEY_CURRENT_USER\Software",
+/// where several "\" count as one; names are found without regard to case and kept as they were
+/// first written. The first name of a path is a hive, which is always there.
+class RegistryTree {
+ public:
+  [[nodiscard]] bool Has(std::u16string_view path) const;
+  /// The value of that name; null when it or its key is missing. Good until the next change.
+  [[nodiscard]] const RegistryValue* Find(std::u16string_view path, std::u16string_view name) const;
+  /// The key and all keys below it, each behind its parent; all there are for an empty path. Good
+  /// until the next change. A hive that nothing was written to is not among them.
+  [[nodiscard]] std::vector<const RegistryKey*> KeysFrom(std::u16string_view path) const;
+
+  /// Makes the key and its missing parents; whether it was missing.
+  bool Make(std::u16string_view path);
+  /// Makes the key, too, where it is missing.
+  void Set(std::u16string_view path, std::u16string_view name, std::int32_t type,
+           std::string_view data);
+  /// Each tells whether there was such a one; a key goes with all that is below it.
+  bool RemoveValue(std::u16string_view path, std::u16string_view name);
+  bool RemoveKey(std::u16string_view path);
+
+  /// As a text file in UTF-8, see docs/host-services/stand-ins.md.
+  [[nodiscard]] std::string Bytes() const;
+  /// What Bytes() has written; nothing where a line is damaged or missing.
+  [[nodiscard]] static std::optional<RegistryTree> From(std::string_view bytes);
+
+ private:
+  std::map<std::u16string, RegistryKey> keys_;  // by their folded paths
+};
+
+}  // namespace quorvane

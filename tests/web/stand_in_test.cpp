@@ -1,0 +1,181 @@
+// Proves what the web client's stand-in gives for each of its calls where the way goes wrong: by
+// the results of the real library, with a reason, and within the time that was set. Runs beside the
+// servers of real_servers.py.
+
+#include <chrono>
+#include <ctime>
+
+#include "platform/posix/web_client.h"
+#include "platform/wininet.h"
+#include "tests/web/real_servers.h"
+
+namespace quorvane {
+namespace {
+
+using namespace testing;  // NOLINT(google-build-using-namespace): the helpers of this folder
+using std::chrono::milliseconds;
+using web_client::LastFailure;
+using web_client::Reason;
+
+constexpr InternetHandle kUnknown = 999'999;
+
+class WebStandIn : public ::testing::Test {
+ protected:
+  ~WebStandIn() override { web_client::SetTimeOuts({}); }
+
+  InternetHandle Open(const char* path, const char* port_of, const char* server = "127.0.0.1") {
+    session_ = web_.InternetOpenA("Validate", 0, nullptr, nullptr, 0);
+    connection_ = web_.InternetConnectA(session_, server, PortOf(port_of), nullptr, "HTTP/1.0",
+                                        WinInet::kServiceHttp, 0, 0);
+    return web_.HttpOpenRequestA(connection_, "POST", path, "HTTP/1.0", nullptr, nullptr,
+                                 WinInet::kFlagReload, 0);
+  }
+  std::int32_t Send(InternetHandle request) {
+    return web_.HttpSendRequestA(request, nullptr, 0, "a=b", 3);
+  }
+  /// How long a failing send takes, and why it fails.
+  std::pair<milliseconds, Reason> FailedSend(const char* path, const char* port_of,
+                                             const char* server = "127.0.0.1") {
+    const InternetHandle request = Open(path, port_of, server);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(Send(request), 0);
+    const auto taken = std::chrono::steady_clock::now() - start;
+    return {std::chrono::duration_cast<milliseconds>(taken), LastFailure()};
+  }
+
+  WinInet& web_ = wininet();
+  InternetHandle session_ = 0;
+  InternetHandle connection_ = 0;
+  char buffer_[2048] = {};
+  std::uint32_t count_ = 77;
+};
+
+TEST_F(WebStandIn, RefusesHandlesThatItDidNotGive) {
+  EXPECT_EQ(web_.InternetConnectA(kUnknown, "127.0.0.1", 80, nullptr, "", 3, 0, 0), 0U);
+  EXPECT_EQ(LastFailure(), Reason::kInvalidHandle);
+  EXPECT_EQ(web_.HttpOpenRequestA(kUnknown, "POST", "/", "HTTP/1.0", nullptr, nullptr, 0, 0), 0U);
+  EXPECT_EQ(web_.HttpAddRequestHeadersA(kUnknown, "A: b\r\n", 6, 0xA0000000), 0);
+  EXPECT_EQ(web_.HttpSendRequestA(kUnknown, nullptr, 0, nullptr, 0), 0);
+  EXPECT_EQ(web_.InternetReadFile(kUnknown, buffer_, sizeof buffer_, count_), 0);
+  EXPECT_EQ(count_, 0U);
+  EXPECT_EQ(web_.InternetCloseHandle(kUnknown), 0);
+  EXPECT_EQ(web_.InternetCloseHandle(0), 0);
+}
+
+TEST_F(WebStandIn, RefusesHandlesOfAnotherKind) {
+  const InternetHandle request = Open("/raw", "PEER");
+  EXPECT_EQ(web_.InternetConnectA(request, "127.0.0.1", 80, nullptr, "", 3, 0, 0), 0U);
+  EXPECT_EQ(web_.HttpOpenRequestA(session_, "POST", "/", "HTTP/1.0", nullptr, nullptr, 0, 0), 0U);
+  EXPECT_EQ(Send(connection_), 0);
+  EXPECT_EQ(LastFailure(), Reason::kInvalidHandle);
+}
+
+TEST_F(WebStandIn, ClosesEachHandleOnce) {
+  const InternetHandle request = Open("/raw", "PEER");
+  for (const InternetHandle handle : {request, connection_, session_}) {
+    EXPECT_NE(web_.InternetCloseHandle(handle), 0);
+    EXPECT_EQ(web_.InternetCloseHandle(handle), 0);
+    EXPECT_EQ(LastFailure(), Reason::kInvalidHandle);
+  }
+  EXPECT_EQ(Send(request), 0);
+}
+
+TEST_F(WebStandIn, ReadsNothingBeforeItHasSent) {
+  const InternetHandle request = Open("/raw", "PEER");
+  EXPECT_EQ(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
+  EXPECT_EQ(count_, 0U);
+}
+
+TEST_F(WebStandIn, CountsNothingAfterAFailedRead) {
+  const InternetHandle request = Open("/short", "PEER");
+  ASSERT_NE(Send(request), 0);
+  EXPECT_NE(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
+  EXPECT_EQ(count_, sizeof buffer_);
+  EXPECT_NE(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
+  EXPECT_EQ(count_, 3000 - sizeof buffer_);
+  for (int again = 0; again < 2; ++again) {
+    count_ = 77;
+    EXPECT_EQ(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
+    EXPECT_EQ(count_, 0U);
+    EXPECT_EQ(LastFailure(), Reason::kConnectionAborted);
+  }
+}
+
+TEST_F(WebStandIn, EndsAReplyWithACountOfNothing) {
+  const InternetHandle request = Open("/thanks", "PEER");
+  ASSERT_NE(Send(request), 0);
+  EXPECT_NE(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
+  EXPECT_EQ(std::string(buffer_, count_), "Thank you for a=b\n");
+  EXPECT_NE(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
+  EXPECT_EQ(count_, 0U);
+}
+
+TEST_F(WebStandIn, HasTheHeadBeforeALateBodyAndWaitsWithoutWork) {
+  const InternetHandle request = Open("/late/1500", "PEER");
+  const auto start = std::chrono::steady_clock::now();
+  ASSERT_NE(Send(request), 0);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, milliseconds(1400)) << "the head is there";
+  const std::clock_t work = std::clock();
+  EXPECT_NE(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
+  EXPECT_EQ(std::string(buffer_, count_), "late");
+  EXPECT_LT(std::clock() - work, CLOCKS_PER_SEC / 2);
+}
+
+TEST_F(WebStandIn, GivesUpOnAServerThatSaysNothing) {
+  web_client::SetTimeOuts({milliseconds(5000), milliseconds(300)});
+  const auto [taken, reason] = FailedSend("/late/20000/headless", "PEER");
+  EXPECT_EQ(reason, Reason::kTimeOut);
+  EXPECT_GE(taken, milliseconds(300));
+  EXPECT_LT(taken, milliseconds(15000));
+}
+
+TEST_F(WebStandIn, GivesUpOnABodyThatStops) {
+  web_client::SetTimeOuts({milliseconds(5000), milliseconds(300)});
+  const InternetHandle request = Open("/late/20000", "PEER");
+  ASSERT_NE(Send(request), 0);
+  EXPECT_EQ(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
+  EXPECT_EQ(count_, 0U);
+  EXPECT_EQ(LastFailure(), Reason::kTimeOut);
+}
+
+// Each part comes in time, the whole of it does not.
+TEST_F(WebStandIn, DoesNotGiveUpWhileSomethingComes) {
+  web_client::SetTimeOuts({milliseconds(5000), milliseconds(600)});
+  const InternetHandle request = Open("/drip/8/150", "PEER");
+  ASSERT_NE(Send(request), 0);
+  EXPECT_NE(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
+  EXPECT_EQ(std::string(buffer_, count_), "dripdripdripdripdripdripdripdrip");
+}
+
+TEST_F(WebStandIn, DoesNotCountTheTimeBetweenTwoReads) {
+  web_client::SetTimeOuts({milliseconds(5000), milliseconds(700)});
+  const InternetHandle request = Open("/flood/2", "PEER");
+  ASSERT_NE(Send(request), 0);
+  ASSERT_NE(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
+  const timespec pause{1, 0};
+  ::nanosleep(&pause, nullptr);
+  std::size_t total = count_;
+  while (count_ > 0) {
+    ASSERT_NE(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
+    total += count_;
+  }
+  EXPECT_EQ(total, 2U << 20U);
+}
+
+TEST_F(WebStandIn, TellsItsReasonsApart) {
+  EXPECT_EQ(FailedSend("/raw", "NOBODY").second, Reason::kCannotConnect);
+  EXPECT_EQ(FailedSend("/moveddead", "PEER").second, Reason::kCannotConnect);
+  EXPECT_EQ(FailedSend("/raw", "PEER", "no-such-host.invalid").second, Reason::kNameNotResolved);
+  EXPECT_EQ(FailedSend("/raw", "PEER", "https://127.0.0.1").second, Reason::kUnrecognizedScheme);
+  EXPECT_EQ(FailedSend("/raw", "PEER", "no/host").second, Reason::kInvalidUrl);
+  EXPECT_EQ(FailedSend("/close", "PEER").second, Reason::kConnectionAborted);
+  EXPECT_EQ(FailedSend("/garbage", "PEER").second, Reason::kInvalidServerResponse);
+  EXPECT_EQ(FailedSend("/moved/302/moved/302/moved/302/moved/302/moved/302/moved/302/moved/302/"
+                       "moved/302/moved/302/moved/302/moved/302/raw",
+                       "PEER")
+                .second,
+            Reason::kRedirectFailed);
+}
+
+}  // namespace
+}  // namespace quorvane
