@@ -18,6 +18,7 @@ namespace quorvane {
 /// but FilePosition runs on.
 class cBinaryFileStream {
  public:
+  /// A stream without a file yet. What it is given must outlive it.
   explicit cBinaryFileStream(Files& file_access = files(), App& module = app(),
                              Kernel32& os = kernel32());
   cBinaryFileStream(const cBinaryFileStream&) = delete;

@@ -25,6 +25,7 @@ class SecurityCtrl {
   // Events of the container. Each ends on a handler that drops the error: at the first failure the
   // rest of the event is skipped, and the event counts as a success.
 
+  /// The control was made. Nothing to do.
   void Initialize();
   /// A newly placed control: UseProxy to False, ProxyServer, UserName and Password to empty text.
   /// ServerAddress, ServerPort and ServerFile keep what the thread holds.
@@ -36,25 +37,40 @@ class SecurityCtrl {
   void WriteProperties(PropertyBag& bag);
   /// Locks the size at kSizeInTwips, height first, whatever was asked for.
   void Resize();
+  /// The control ends. Nothing to do: the thread keeps the settings.
   void Terminate();
 
   // The members of the interface _SecurityCtrl. A get cannot fail. A put stores the value first and
   // then notifies the container; an error of the notification goes to the caller, and the value
   // stays stored.
 
+  /// The web server's name or address; any text.
   [[nodiscard]] Text ServerAddress() const;
+  /// Stores it, then notifies the container of "ServerAddress".
   void PutServerAddress(const Text& str_New_ServerAddress);
+  /// The server's TCP port; 0 on a fresh thread, and any number of 16 bits.
   [[nodiscard]] std::int16_t ServerPort() const;
+  /// Stores it, then notifies the container of "ServerPort".
   void PutServerPort(std::int16_t int_New_ServerPort);
+  /// The path of the script on the server that receives the form; any text.
   [[nodiscard]] Text ServerFile() const;
+  /// Stores it, then notifies the container of "ServerFile".
   void PutServerFile(const Text& str_New_ServerFile);
+  /// Whether the way goes through the proxy: the 16 bits as they were put.
   [[nodiscard]] Boolean16 UseProxy() const;
+  /// Stores it, then notifies the container of "UseProxy".
   void PutUseProxy(Boolean16 bolUseProxy);
+  /// The proxy; any text.
   [[nodiscard]] Text ProxyServer() const;
+  /// Stores it, then notifies the container of "ProxyServer".
   void PutProxyServer(const Text& strProxyServer);
+  /// The user name that goes with the connection when UseProxy is on; any text.
   [[nodiscard]] Text UserName() const;
+  /// Stores it, then notifies the container of "Username".
   void PutUserName(const Text& strUserName);
+  /// The password that goes with it, as plain text.
   [[nodiscard]] Text Password() const;
+  /// Stores it, then notifies the container of "Password".
   void PutPassword(const Text& strPassword);
 
   /// The CRC-32 of the module's own file on disk, read afresh at each call: App's path, a

@@ -29,8 +29,9 @@ class ControlSite {
   /// Tells the container that the property of that persisted name changed: it refreshes its display
   /// and treats the control as needing to be saved.
   virtual void PropertyChanged(const Text& name) = 0;
-  /// Sets the control's height or width, in twips. May raise Resize again before it returns.
+  /// Sets the control's height, in twips. May raise Resize again before it returns.
   virtual void SetHeight(float twips) = 0;
+  /// Sets the control's width, likewise.
   virtual void SetWidth(float twips) = 0;
 };
 

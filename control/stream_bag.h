@@ -23,7 +23,7 @@ namespace quorvane {
 /// and kinds that it does not know, and over bytes behind the last entry.
 class StreamBag final : public PropertyBag {
  public:
-  static constexpr std::size_t kHeadSize = 12;
+  static constexpr std::size_t kHeadSize = 12;  ///< in bytes
 
   /// The size of the body that follows the head; nothing when the head is not of this form.
   [[nodiscard]] static std::optional<std::uint32_t> BodySize(

@@ -10,6 +10,7 @@ namespace quorvane {
 /// hands it out chooses, and only that side can turn it into memory.
 enum class Address32 : std::uint32_t {};
 
+/// The null pointer's.
 inline constexpr Address32 kNoAddress{0};
 
 /// How far `address` lies behind `start`. An address before the start comes out as a very large

@@ -40,6 +40,7 @@ class Advapi32 {
   [[nodiscard]] virtual std::int32_t RegSetValueExA(RegistryHandle key, const char* name,
                                                     std::int32_t reserved, std::int32_t type,
                                                     const void* data, std::int32_t size) = 0;
+  /// Closes a key that was opened or created; 0 for success.
   [[nodiscard]] virtual std::int32_t RegCloseKey(RegistryHandle key) = 0;
 
   /// Writes the current account's name and its zero into the buffer if `size` says that they fit,
@@ -63,6 +64,7 @@ class Advapi32 {
   [[nodiscard]] virtual std::int32_t LastError() = 0;
 };
 
+/// The platform's own, on Linux its stand-in. It lives as long as the program.
 [[nodiscard]] Advapi32& advapi32();
 
 }  // namespace quorvane

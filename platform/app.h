@@ -15,6 +15,7 @@ class App {
   [[nodiscard]] virtual Text EXEName() = 0;
 };
 
+/// The platform's own, on Linux its stand-in. It lives as long as the program.
 [[nodiscard]] App& app();
 
 }  // namespace quorvane

@@ -4,17 +4,18 @@
 
 namespace quorvane {
 
-/// Handles of the graphics library; 0 is none.
+/// A handle of the graphics library: where painting goes; 0 is none.
 enum class DeviceContext : std::intptr_t {};
+/// A handle of the graphics library: what paints; 0 is none.
 enum class Brush : std::intptr_t {};
 
 /// A rectangle in pixels of a surface, laid out as the system's own; Right and Bottom are
 /// exclusive.
 struct Rect {
-  std::int32_t Left = 0;
-  std::int32_t Top = 0;
-  std::int32_t Right = 0;
-  std::int32_t Bottom = 0;
+  std::int32_t Left = 0;    ///< first column
+  std::int32_t Top = 0;     ///< first row
+  std::int32_t Right = 0;   ///< behind the last column
+  std::int32_t Bottom = 0;  ///< behind the last row
   friend bool operator==(const Rect&, const Rect&) = default;
 };
 
@@ -37,6 +38,7 @@ class Gdi32 {
   virtual std::int32_t DeleteObject(Brush brush) = 0;
 };
 
+/// The platform's own, on Linux its stand-in. It lives as long as the program.
 [[nodiscard]] Gdi32& gdi32();
 
 }  // namespace quorvane

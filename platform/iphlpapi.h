@@ -22,6 +22,7 @@ class Iphlpapi {
   [[nodiscard]] virtual Address32 AddressOf(const void* block) = 0;
 };
 
+/// The platform's own, on Linux its stand-in. It lives as long as the program.
 [[nodiscard]] Iphlpapi& iphlpapi();
 
 }  // namespace quorvane

@@ -9,11 +9,12 @@ namespace quorvane {
 
 /// The platform's published record OSVERSIONINFOA, 148 bytes.
 struct OsVersionInformation {
-  std::uint32_t dwOSVersionInfoSize;
-  std::uint32_t dwMajorVersion;
-  std::uint32_t dwMinorVersion;
-  std::uint32_t dwBuildNumber;
-  std::uint32_t dwPlatformId;
+  std::uint32_t dwOSVersionInfoSize;  ///< of this record, in bytes; set by the caller
+  std::uint32_t dwMajorVersion;       ///< of the system
+  std::uint32_t dwMinorVersion;       ///< of the system
+  std::uint32_t dwBuildNumber;        ///< of the system
+  std::uint32_t dwPlatformId;         ///< family: 0, 1 or 2 on Windows
+  /// A note on the release, with its zero.
   char szCSDVersion[128];  // NOLINT(*-avoid-c-arrays): the layout is published
 };
 static_assert(sizeof(OsVersionInformation) == 148);
@@ -45,11 +46,13 @@ class Kernel32 {
   /// away, a null key the whole section.
   [[nodiscard]] virtual std::int32_t WriteProfileStringA(const char* section, const char* key,
                                                          const char* value) = 0;
-  /// The same two for a named file. The platform decides where a name without a directory lies.
+  /// GetProfileStringA() for a named file. The platform decides where a name without a directory
+  /// lies.
   [[nodiscard]] virtual std::int32_t GetPrivateProfileStringA(const char* section, const char* key,
                                                               const char* default_text,
                                                               char* buffer, std::int32_t size,
                                                               const char* file) = 0;
+  /// WriteProfileStringA() for a named file.
   [[nodiscard]] virtual std::int32_t WritePrivateProfileStringA(const char* section,
                                                                 const char* key, const char* value,
                                                                 const char* file) = 0;
@@ -68,6 +71,7 @@ class Kernel32 {
   virtual void RtlMoveMemory(void* destination, Address32 source, std::uint32_t length) = 0;
 };
 
+/// The platform's own, on Linux its stand-in. It lives as long as the program.
 [[nodiscard]] Kernel32& kernel32();
 
 }  // namespace quorvane

@@ -10,9 +10,11 @@ namespace quorvane {
 /// A surface in memory whose pixels can be read back.
 class Picture : public Surface {
  public:
-  static constexpr std::int32_t kTwipsPerPixel = 15;
+  static constexpr std::int32_t kTwipsPerPixel = 15;  ///< whatever the display
 
+  /// The width in pixels.
   [[nodiscard]] virtual std::int32_t PixelWidth() const = 0;
+  /// The height in pixels.
   [[nodiscard]] virtual std::int32_t PixelHeight() const = 0;
   /// The colour of one pixel, counted from 0 at the top left corner. Raises subscript out of range
   /// (9) outside the picture.

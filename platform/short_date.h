@@ -9,9 +9,9 @@ namespace quorvane {
 /// A day that exists in the Gregorian calendar, which is taken to hold before its adoption as well:
 /// years 100 to 9999, months and days from 1.
 struct CalendarDay {
-  std::int32_t year = 0;
-  std::int32_t month = 0;
-  std::int32_t day = 0;
+  std::int32_t year = 0;   ///< 100 to 9999
+  std::int32_t month = 0;  ///< 1 to 12
+  std::int32_t day = 0;    ///< 1 to the month's last
   friend bool operator==(const CalendarDay&, const CalendarDay&) = default;
 };
 

@@ -12,8 +12,9 @@ class Surface {
 
   /// Where painting goes; it belongs to the surface.
   [[nodiscard]] virtual DeviceContext hDC() = 0;
-  /// The size in twips. A pixel is 15 twips, whatever the display.
+  /// The width in twips. A pixel is 15 twips, whatever the display.
   [[nodiscard]] virtual double Width() = 0;
+  /// The height in twips.
   [[nodiscard]] virtual double Height() = 0;
 };
 

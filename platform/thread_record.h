@@ -14,6 +14,7 @@ class ThreadRecord {
   virtual ~ThreadRecord() = default;
 };
 
+/// Makes a record. Its address stands for the kind of record.
 using ThreadRecordMaker = std::unique_ptr<ThreadRecord> (*)();
 
 /// The calling thread's record of the kind that `make` makes, made at the thread's first request.

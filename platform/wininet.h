@@ -17,12 +17,13 @@ using InternetHandle = std::uintptr_t;
 /// library's own.
 class WinInet {
  public:
-  static constexpr std::uint32_t kOpenTypePreconfig = 0;  ///< as the system is configured
-  static constexpr std::uint32_t kOpenTypeProxy = 3;      ///< through the proxy that is named
-  static constexpr std::uint32_t kServiceHttp = 3;
+  static constexpr std::uint32_t kOpenTypePreconfig = 0;    ///< as the system is configured
+  static constexpr std::uint32_t kOpenTypeProxy = 3;        ///< through the proxy that is named
+  static constexpr std::uint32_t kServiceHttp = 3;          ///< the service to connect to
   static constexpr std::uint32_t kFlagReload = 0x80000000;  ///< from the server, not from a cache
-  static constexpr std::uint32_t kAddHeader = 0x20000000;
-  static constexpr std::uint32_t kReplaceHeader = 0x80000000;
+  static constexpr std::uint32_t kAddHeader =
+      0x20000000;  ///< a header of a name that is not there yet
+  static constexpr std::uint32_t kReplaceHeader = 0x80000000;  ///< in place of one of the same name
 
   virtual ~WinInet() = default;
 
@@ -71,6 +72,7 @@ class WinInet {
   [[nodiscard]] virtual std::int32_t InternetCloseHandle(InternetHandle handle) = 0;
 };
 
+/// The platform's own, on Linux its stand-in. It lives as long as the program.
 [[nodiscard]] WinInet& wininet();
 
 }  // namespace quorvane

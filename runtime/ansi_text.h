@@ -20,12 +20,15 @@ namespace quorvane {
 /// zero, back into the text that was passed; the copy's own last zero and the filling are left out.
 class AnsiCopy {
  public:
+  /// Makes the copy. Both arguments must outlive it.
   AnsiCopy(Text& original, const CodePage& code_page);
   AnsiCopy(const AnsiCopy&) = delete;
   AnsiCopy& operator=(const AnsiCopy&) = delete;
   ~AnsiCopy() = default;
 
+  /// What the call is given; null for an absent text.
   [[nodiscard]] char* Pointer() { return original_.IsAbsent() ? nullptr : bytes_; }
+  /// Replaces the text that was passed by what the copy holds now; an absent one stays absent.
   void CopyBack() const;
 
  private:

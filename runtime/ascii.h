@@ -9,6 +9,7 @@ namespace quorvane {
 
 /// Whether all units are ASCII.
 [[nodiscard]] bool IsAscii(std::u16string_view characters);
+/// Whether all bytes are ASCII.
 [[nodiscard]] bool IsAscii(std::string_view bytes);
 
 /// Writes the 8-bit form of characters that are all ASCII, without a zero behind it.

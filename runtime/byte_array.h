@@ -9,8 +9,8 @@ namespace quorvane {
 /// The bounds of one dimension, both inclusive. A lower bound above the upper one makes an empty
 /// dimension.
 struct Bounds {
-  std::int32_t lower = 0;
-  std::int32_t upper = -1;
+  std::int32_t lower = 0;   ///< index of the first element
+  std::int32_t upper = -1;  ///< index of the last one
 };
 
 /// An array of bytes with its own lower and upper bound, which need not start at 0.
@@ -27,19 +27,22 @@ class ByteArray {
   /// Any number of dimensions, all elements 0; an empty list makes a never-allocated array.
   explicit ByteArray(std::vector<Bounds> dimensions);
 
-  /// The bounds of the first dimension; subscript out of range (9) when never allocated.
+  /// The lower bound of the first dimension; subscript out of range (9) when never allocated.
   [[nodiscard]] std::int32_t LowerBound() const { return First().lower; }
+  /// Its upper bound; likewise.
   [[nodiscard]] std::int32_t UpperBound() const { return First().upper; }
 
   /// The element at an index; subscript out of range (9) when never allocated, outside the bounds,
   /// or of several dimensions. Valid as long as the array is not assigned to.
   [[nodiscard]] std::uint8_t& At(std::int32_t index) { return elements_[Offset(index)]; }
+  /// The element at an index, to be read; likewise.
   [[nodiscard]] const std::uint8_t& At(std::int32_t index) const {
     return elements_[Offset(index)];
   }
 
   /// All elements as one block, whatever the bounds; empty when never allocated.
   [[nodiscard]] std::span<std::uint8_t> Elements() { return elements_; }
+  /// The same, to be read.
   [[nodiscard]] std::span<const std::uint8_t> Elements() const { return elements_; }
 
  private:

@@ -26,6 +26,7 @@ class CodePage {
   }
 
  protected:
+  /// The code of a character by its bytes in the page, as CodeOf() gives it.
   [[nodiscard]] static std::int16_t CodeOfBytes(std::string_view bytes) {
     const auto byte = [bytes](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
     if (bytes.size() == 1) return byte(0);

@@ -6,8 +6,8 @@ namespace quorvane {
 
 /// A positive number as d.ddddddddddddddd times a power of ten.
 struct DecimalDigits {
-  std::array<char, 15> digits;  // '0' to '9', the first of them not '0'
-  int exponent;
+  std::array<char, 15> digits;  ///< '0' to '9', the first of them not '0'
+  int exponent;                 ///< of ten
 };
 
 /// The 15 significant digits of a finite value above 0: exactly rounded, a tie to the even digit.

@@ -22,12 +22,14 @@ void CopyBackFixed(std::string_view bytes, std::span<char16_t> characters,
 template <std::size_t Size>
 class FixedBuffer {
  public:
+  /// All `Size` characters are this one, which must be ASCII.
   // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): CopyBack() fills the characters
   explicit FixedBuffer(char ascii) {
     bytes_.fill(ascii);
     bytes_.back() = '\0';
   }
 
+  /// The 8-bit copy that the call fills: `Size` bytes and a zero.
   [[nodiscard]] char* Bytes() { return bytes_.data(); }
 
   /// The text after the call, always `Size` characters: all bytes are converted back, not only

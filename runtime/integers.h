@@ -12,6 +12,7 @@ namespace quorvane {
 // and multiplication on them, and every narrowing, goes through here: a result out of range raises
 // overflow (6) and never wraps. Hosts rely on the limits that follow from it.
 
+/// The sum; raises overflow (6) when the type does not hold it.
 template <std::signed_integral Integer>
 [[nodiscard]] Integer CheckedAdd(Integer left, Integer right) {
   Integer result{};
@@ -19,6 +20,7 @@ template <std::signed_integral Integer>
   return result;
 }
 
+/// The difference; likewise.
 template <std::signed_integral Integer>
 [[nodiscard]] Integer CheckedSubtract(Integer left, Integer right) {
   Integer result{};
@@ -26,6 +28,7 @@ template <std::signed_integral Integer>
   return result;
 }
 
+/// The product; likewise.
 template <std::signed_integral Integer>
 [[nodiscard]] Integer CheckedMultiply(Integer left, Integer right) {
   Integer result{};

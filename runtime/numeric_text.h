@@ -20,10 +20,12 @@ namespace quorvane {
 
 /// Rounds to the nearest integer, ties to even, and narrows; overflow (6) when out of range.
 [[nodiscard]] std::int16_t RoundTo16(double value);
+/// The same to 32 bits.
 [[nodiscard]] std::int32_t RoundTo32(double value);
 
 /// Numeric text to an integer; type mismatch (13) when it is none, overflow (6) when out of range.
 [[nodiscard]] std::int16_t TextToInteger16(const Text& text);
+/// The same to 32 bits.
 [[nodiscard]] std::int32_t TextToInteger32(const Text& text);
 
 /// The shortest decimal form with up to 15 significant digits, "." as decimal point, exponent form

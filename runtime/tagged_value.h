@@ -26,13 +26,19 @@ class TaggedValue {
   /// The empty kind.
   TaggedValue() = default;
   // NOLINTBEGIN(google-explicit-constructor): values convert
+  /// A Boolean, with its bits as they are.
   TaggedValue(Boolean16 value) : value_(value) {}
+  /// A 16-bit integer.
   TaggedValue(std::int16_t value) : value_(value) {}
+  /// A 32-bit integer.
   TaggedValue(std::int32_t value) : value_(value) {}
+  /// A number in floating point.
   TaggedValue(double value) : value_(value) {}
+  /// A text; an absent one is the empty text.
   TaggedValue(Text value);
   // NOLINTEND(google-explicit-constructor)
 
+  /// Whether it is of the empty kind.
   [[nodiscard]] bool IsEmpty() const { return Is<std::monostate>(); }
   /// Whether the value is held as exactly this kind.
   template <class Kind>
@@ -45,9 +51,13 @@ class TaggedValue {
     return std::get_if<Kind>(&value_);
   }
 
+  /// The value as a text, see above.
   [[nodiscard]] Text ToText() const;
+  /// The value as a 16-bit integer, see above.
   [[nodiscard]] std::int16_t ToInteger16() const;
+  /// The value as a 32-bit integer, see above.
   [[nodiscard]] std::int32_t ToInteger32() const;
+  /// The value as a Boolean of -1 or 0, see above.
   [[nodiscard]] Boolean16 ToBoolean() const;
 
   /// Same kind and same value; a text by its exact characters.

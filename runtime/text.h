@@ -17,17 +17,20 @@ class Text {
  public:
   /// An absent text.
   Text() = default;
-  /// A present text; an empty string makes an empty text, not an absent one.
-  /// From a pointer: up to its terminator; never null.
   // NOLINTBEGIN(google-explicit-constructor): texts are values
+  /// A present text; an empty string makes an empty text, not an absent one.
   Text(std::u16string characters);
+  /// The same, of a copy.
   Text(std::u16string_view characters);
+  /// The same, up to the terminator; never null.
   Text(const char16_t* characters);
   // NOLINTEND(google-explicit-constructor)
   /// A present text of `count` times the same character.
   Text(std::size_t count, char16_t character);
 
+  /// Whether it is absent; an empty text is not.
   [[nodiscard]] bool IsAbsent() const { return !present_; }
+  /// Whether it has no characters; an absent text has none.
   [[nodiscard]] bool IsEmpty() const { return characters_.empty(); }
   /// Count of 16-bit characters; raises overflow (6) above 2147483647.
   [[nodiscard]] std::int32_t Length() const;

@@ -26,7 +26,7 @@ namespace quorvane {
 /// answer.
 class TextSearch {
  public:
-  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);  ///< no place
 
   /// A search that compares by itself: both texts must be plain.
   TextSearch(std::u16string_view text, std::u16string_view sought);

@@ -29,7 +29,9 @@ namespace quorvane::modDrawGradient {
 /// sum.)
 class RampValue {
  public:
+  /// 0.
   constexpr RampValue() = default;
+  /// A whole number.
   constexpr explicit RampValue(std::int16_t whole)
       : count_(std::int64_t{whole} << kFractionDigits) {}
 

@@ -13,6 +13,7 @@ namespace quorvane {
 /// costs is the memory that is gone through.
 class ReplyText {
  public:
+  /// Whether nothing was added since the beginning or the last Take().
   [[nodiscard]] bool IsEmpty() const { return ascii_.empty() && others_.empty(); }
 
   /// Adds characters, at least one.

@@ -80,6 +80,10 @@ class Pages(unittest.TestCase):
             for entry in site_map(navigation).entries:
                 self.assertIn(entry["Local"], pages(), entry)
 
+    def test_the_index_holds_the_words_that_a_page_names(self):
+        for word, page in (("overflow", "errors.html"), ("ActiveX component can't create object", "troubleshooting.html")):
+            self.assertIn({"Name": word, "Local": page}, site_map("index.hhk").entries)
+
     def test_the_contents_hold_every_page_once(self):
         self.assertEqual(sorted(entry["Local"] for entry in site_map("contents.hhc").entries), sorted(pages()))
 
