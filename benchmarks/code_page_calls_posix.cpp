@@ -1,5 +1,5 @@
 #include "benchmarks/code_page_calls.h"
-#include "platform/locale.h"
+#include "platform/system_code_page.h"
 
 namespace quorvane::benchmarks {
 

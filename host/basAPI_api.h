@@ -8,7 +8,7 @@
 #include "platform/advapi32.h"
 #include "platform/iphlpapi.h"
 #include "platform/kernel32.h"
-#include "platform/locale.h"
+#include "platform/system_code_page.h"
 #include "runtime/boolean16.h"
 #include "runtime/byte_array.h"
 #include "runtime/tagged_value.h"

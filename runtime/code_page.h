@@ -6,7 +6,7 @@
 
 namespace quorvane {
 
-/// An 8-bit code page, single- or multi-byte. The system's own comes from platform/locale.h. Every
+/// An 8-bit code page, single- or multi-byte. The system's own comes from platform/system_code_page.h. Every
 /// page holds ASCII, 0 to 127, at its own places.
 class CodePage {
  public:

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/locale.h"
+#include "platform/system_code_page.h"
 #include "runtime/text.h"
 
 namespace quorvane {

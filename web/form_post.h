@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "platform/locale.h"
+#include "platform/system_code_page.h"
 #include "platform/screen.h"
 #include "platform/wininet.h"
 #include "runtime/text.h"

@@ -1,6 +1,6 @@
 #include "platform/posix/system_text.h"
 
-#include "platform/locale.h"
+#include "platform/system_code_page.h"
 #include "runtime/utf8.h"
 
 namespace quorvane {

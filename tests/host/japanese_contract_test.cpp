@@ -8,7 +8,7 @@
 #include <string>
 
 #include "host/basAPI_api.h"
-#include "platform/locale.h"
+#include "platform/system_code_page.h"
 #include "tests/host/private_stores.h"
 #include "tests/support/raises.h"
 

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "platform/locale.h"
+#include "platform/system_code_page.h"
 
 namespace quorvane {
 namespace {

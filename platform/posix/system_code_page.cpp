@@ -1,4 +1,4 @@
-#include "platform/locale.h"
+#include "platform/system_code_page.h"
 
 #include <vector>
 
