@@ -6,8 +6,8 @@
 
 namespace quorvane {
 
-/// An 8-bit code page, single- or multi-byte. The system's own comes from platform/system_code_page.h. Every
-/// page holds ASCII, 0 to 127, at its own places.
+/// An 8-bit code page, single- or multi-byte. The system's own comes from
+/// platform/system_code_page.h. Every page holds ASCII, 0 to 127, at its own places.
 class CodePage {
  public:
   virtual ~CodePage() = default;

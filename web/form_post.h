@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "platform/system_code_page.h"
 #include "platform/screen.h"
+#include "platform/system_code_page.h"
 #include "platform/wininet.h"
 #include "runtime/text.h"
 

@@ -1,7 +1,7 @@
 #include "platform/advapi32.h"
 
 #include "platform/thread_record.h"
-#include "platform/windows/late_library.h"
+#include "platform/windows/delay_load.h"
 #include "platform/windows/os_headers.h"
 #include "platform/windows/pointers.h"
 
@@ -96,9 +96,9 @@ class WindowsAdvapi32 final : public Advapi32 {
 
  private:
   // Windows NT 4 has the library, but not this call.
-  LateLibrary library_{L"advapi32.dll"};
-  LateCall<BOOL(WINAPI*)(PSID, LPSTR*)> convert_sid_to_string_sid_{library_,
-                                                                   "ConvertSidToStringSidA"};
+  DelayLoadLibrary library_{L"advapi32.dll"};
+  DelayLoadCall<BOOL(WINAPI*)(PSID, LPSTR*)> convert_sid_to_string_sid_{library_,
+                                                                        "ConvertSidToStringSidA"};
 };
 
 }  // namespace

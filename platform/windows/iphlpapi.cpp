@@ -1,6 +1,6 @@
 #include "platform/iphlpapi.h"
 
-#include "platform/windows/late_library.h"
+#include "platform/windows/delay_load.h"
 #include "platform/windows/os_headers.h"
 #include "platform/windows/pointers.h"
 
@@ -15,8 +15,8 @@ class WindowsIphlpapi final : public Iphlpapi {
   Address32 AddressOf(const void* block) override { return AddressOfPointer(block); }
 
  private:
-  LateLibrary library_{L"iphlpapi.dll"};
-  LateCall<DWORD(WINAPI*)(void*, ULONG*)> get_adapters_info_{library_, "GetAdaptersInfo"};
+  DelayLoadLibrary library_{L"iphlpapi.dll"};
+  DelayLoadCall<DWORD(WINAPI*)(void*, ULONG*)> get_adapters_info_{library_, "GetAdaptersInfo"};
 };
 
 }  // namespace

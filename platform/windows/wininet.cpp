@@ -2,7 +2,7 @@
 
 #include <new>
 
-#include "platform/windows/late_library.h"
+#include "platform/windows/delay_load.h"
 #include "platform/windows/os_headers.h"
 // Behind the line above: it needs the types of that header.
 #include <wininet.h>
@@ -22,9 +22,9 @@ InternetHandle Opaque(HINTERNET handle) { return reinterpret_cast<InternetHandle
 
 // Never given back, not even when the module leaves memory: a failed send leaves handles open, and
 // the library's own threads may still work on them.
-LateLibrary& Library() {
-  alignas(LateLibrary) static unsigned char storage[sizeof(LateLibrary)];
-  static auto* const library = new (storage) LateLibrary(L"wininet.dll");
+DelayLoadLibrary& Library() {
+  alignas(DelayLoadLibrary) static unsigned char storage[sizeof(DelayLoadLibrary)];
+  static auto* const library = new (storage) DelayLoadLibrary(L"wininet.dll");
   return *library;
 }
 
@@ -74,13 +74,14 @@ class WindowsWinInet final : public WinInet {
   std::int32_t InternetCloseHandle(InternetHandle handle) override { return close_()(Raw(handle)); }
 
  private:
-  LateCall<decltype(&::InternetOpenA)> open_{Library(), "InternetOpenA"};
-  LateCall<decltype(&::InternetConnectA)> connect_{Library(), "InternetConnectA"};
-  LateCall<decltype(&::HttpOpenRequestA)> open_request_{Library(), "HttpOpenRequestA"};
-  LateCall<decltype(&::HttpAddRequestHeadersA)> add_headers_{Library(), "HttpAddRequestHeadersA"};
-  LateCall<decltype(&::HttpSendRequestA)> send_{Library(), "HttpSendRequestA"};
-  LateCall<decltype(&::InternetReadFile)> read_{Library(), "InternetReadFile"};
-  LateCall<decltype(&::InternetCloseHandle)> close_{Library(), "InternetCloseHandle"};
+  DelayLoadCall<decltype(&::InternetOpenA)> open_{Library(), "InternetOpenA"};
+  DelayLoadCall<decltype(&::InternetConnectA)> connect_{Library(), "InternetConnectA"};
+  DelayLoadCall<decltype(&::HttpOpenRequestA)> open_request_{Library(), "HttpOpenRequestA"};
+  DelayLoadCall<decltype(&::HttpAddRequestHeadersA)> add_headers_{Library(),
+                                                                  "HttpAddRequestHeadersA"};
+  DelayLoadCall<decltype(&::HttpSendRequestA)> send_{Library(), "HttpSendRequestA"};
+  DelayLoadCall<decltype(&::InternetReadFile)> read_{Library(), "InternetReadFile"};
+  DelayLoadCall<decltype(&::InternetCloseHandle)> close_{Library(), "InternetCloseHandle"};
 };
 
 }  // namespace

@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "platform/system_code_page.h"
 #include "platform/posix/code_page.h"
+#include "platform/system_code_page.h"
 
 namespace quorvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/windows/late_library.h"
+#include "platform/windows/delay_load.h"
 
 #include <string>
 
@@ -16,11 +16,11 @@ std::wstring InSystemDirectory(const wchar_t* file_name) {
 
 }  // namespace
 
-LateLibrary::~LateLibrary() {
+DelayLoadLibrary::~DelayLoadLibrary() {
   if (const HMODULE module = module_.load()) ::FreeLibrary(module);
 }
 
-HMODULE LateLibrary::Module() {
+HMODULE DelayLoadLibrary::Module() {
   if (const HMODULE module = module_.load()) return module;
   const HMODULE loaded = ::LoadLibraryW(InSystemDirectory(file_name_).c_str());
   if (loaded == nullptr) Raise(ErrorNumber::kLibraryNotFound);
@@ -30,7 +30,7 @@ HMODULE LateLibrary::Module() {
   return first;
 }
 
-FARPROC LateLibrary::EntryPoint(const char* name) {
+FARPROC DelayLoadLibrary::EntryPoint(const char* name) {
   const FARPROC entry_point = ::GetProcAddress(Module(), name);
   if (entry_point == nullptr) Raise(ErrorNumber::kEntryPointNotFound);
   return entry_point;

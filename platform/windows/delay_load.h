@@ -6,16 +6,16 @@
 
 namespace quorvane {
 
-/// A library of the system that is looked for at the first use of one of its calls, for what a
+/// A library of the system that is loaded at the first use of one of its calls, for what a
 /// system may lack or what a host's load shall not pay for. It stays loaded until the module leaves
 /// memory. Only the system's own directory is searched.
-class LateLibrary {
+class DelayLoadLibrary {
  public:
   /// `file_name` must outlive the object.
-  explicit LateLibrary(const wchar_t* file_name) : file_name_(file_name) {}
-  ~LateLibrary();
-  LateLibrary(const LateLibrary&) = delete;
-  LateLibrary& operator=(const LateLibrary&) = delete;
+  explicit DelayLoadLibrary(const wchar_t* file_name) : file_name_(file_name) {}
+  ~DelayLoadLibrary();
+  DelayLoadLibrary(const DelayLoadLibrary&) = delete;
+  DelayLoadLibrary& operator=(const DelayLoadLibrary&) = delete;
 
   /// The address of an exported call. Raises library not found (48) or entry point not found (453);
   /// the next use then tries again.
@@ -28,15 +28,15 @@ class LateLibrary {
   std::atomic<HMODULE> module_ = nullptr;
 };
 
-/// One call of a late-bound library, with the type of a function pointer.
-///   LateCall<decltype(&::GetAdaptersInfo)> call{library, "GetAdaptersInfo"};
+/// One call of a delay-loaded library, with the type of a function pointer.
+///   DelayLoadCall<decltype(&::GetAdaptersInfo)> call{library, "GetAdaptersInfo"};
 ///   call()(block, size);
 template <class Function>
-class LateCall {
+class DelayLoadCall {
  public:
-  LateCall(LateLibrary& library, const char* name) : library_(library), name_(name) {}
+  DelayLoadCall(DelayLoadLibrary& library, const char* name) : library_(library), name_(name) {}
 
-  /// The function; raises as LateLibrary::EntryPoint() does.
+  /// The function; raises as DelayLoadLibrary::EntryPoint() does.
   [[nodiscard]] Function operator()() {
     Function function = function_.load();
     if (function == nullptr) {
@@ -47,7 +47,7 @@ class LateCall {
   }
 
  private:
-  LateLibrary& library_;
+  DelayLoadLibrary& library_;
   const char* name_;
   std::atomic<Function> function_ = nullptr;
 };
