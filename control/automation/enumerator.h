@@ -5,7 +5,7 @@
 
 #include "control/automation/com.h"
 #include "control/automation/error_to_hresult.h"
-#include "control/automation/module_use.h"
+#include "control/automation/module_lock.h"
 
 namespace quorvane::server {
 
@@ -35,7 +35,7 @@ class Enumerator final : public EnumInterface {
   ULONG STDMETHODCALLTYPE Release() override {
     const LONG left = ::InterlockedDecrement(&references_);
     if (left == 0) {
-      const ModuleUse until_all_is_done;
+      const ModuleLock until_all_is_done;
       delete this;
     }
     return static_cast<ULONG>(left);
@@ -75,7 +75,7 @@ class Enumerator final : public EnumInterface {
   Enumerator(Items items, std::size_t position) : items_(std::move(items)), position_(position) {}
   ~Enumerator() = default;
 
-  ModuleUse use_;
+  ModuleLock lock_;
   Items items_;
   std::size_t position_;
   LONG references_ = 1;

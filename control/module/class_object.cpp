@@ -1,7 +1,7 @@
 #include "control/module/class_object.h"
 
 #include "control/automation/error_to_hresult.h"
-#include "control/automation/module_use.h"
+#include "control/automation/module_lock.h"
 #include "control/object/control_object.h"
 
 namespace quorvane::server {
@@ -21,13 +21,13 @@ HRESULT ClassObject::QueryInterface(REFIID id, void** out) {
 }
 
 ULONG ClassObject::AddRef() {
-  HoldModule();
+  LockModule();
   return ++references_;
 }
 
 ULONG ClassObject::Release() {
   const ULONG left = --references_;
-  LetGoOfModule();
+  UnlockModule();
   return left;
 }
 
@@ -40,9 +40,9 @@ HRESULT ClassObject::CreateInstance(IUnknown* outer, REFIID id, void** out) {
 
 HRESULT ClassObject::LockServer(BOOL lock) {
   if (lock != FALSE)
-    LockModule();
+    server::LockServer();
   else
-    UnlockModule();
+    server::UnlockServer();
   return S_OK;
 }
 

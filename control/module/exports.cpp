@@ -2,7 +2,7 @@
 
 #include "control/automation/com.h"
 #include "control/automation/error_to_hresult.h"
-#include "control/automation/module_use.h"
+#include "control/automation/module_lock.h"
 #include "control/crt/emulated_tls.h"
 #include "control/interface/identities.h"
 #include "control/module/class_object.h"
@@ -12,7 +12,7 @@
 using quorvane::server::AsGuid;
 using quorvane::server::Guarded;
 
-STDAPI DllCanUnloadNow() { return quorvane::server::ModuleIsInUse() ? S_FALSE : S_OK; }
+STDAPI DllCanUnloadNow() { return quorvane::server::ModuleIsLocked() ? S_FALSE : S_OK; }
 
 STDAPI DllGetClassObject(REFCLSID class_id, REFIID id, void** out) {
   if (out == nullptr) return E_POINTER;

@@ -61,7 +61,7 @@ ULONG ControlObject::AddRef() { return static_cast<ULONG>(::InterlockedIncrement
 ULONG ControlObject::Release() {
   const LONG left = ::InterlockedDecrement(&references_);
   if (left == 0) {
-    const ModuleUse until_all_is_done;
+    const ModuleLock until_all_is_done;
     references_ = kGuarded;
     delete this;
   }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "control/SecurityCtrl.h"
-#include "control/automation/module_use.h"
+#include "control/automation/module_lock.h"
 #include "control/control_site.h"
 #include "control/object/connection_points.h"
 #include "control/object/dispatch.h"
@@ -44,7 +44,7 @@ class ControlObject final : public IUnknown, private ControlSite {
   void SetHeight(float twips) override { extent_.SetHeight(twips); }
   void SetWidth(float twips) override { extent_.SetWidth(twips); }
 
-  ModuleUse use_;
+  ModuleLock lock_;
   LONG references_ = 1;
   SecurityCtrl logic_;
   Extent extent_;

@@ -62,7 +62,7 @@ LRESULT CALLBACK ControlWindow::OnMessage(HWND handle, UINT message, WPARAM firs
       const LRESULT result = ::DefWindowProcW(handle, message, first, second);
       if (window != nullptr) {
         window->handle_ = nullptr;
-        window->use_.reset();
+        window->lock_.reset();
       }
       return result;
     }
@@ -73,12 +73,12 @@ LRESULT CALLBACK ControlWindow::OnMessage(HWND handle, UINT message, WPARAM firs
 
 bool ControlWindow::Create(HWND parent, const RECT& where) {
   if (!HaveClass(OnMessage)) return false;
-  use_.emplace();
+  lock_.emplace();
   handle_ = ::CreateWindowExW(0, kClassName, L"", WS_CHILD | WS_CLIPSIBLINGS | WS_VISIBLE,
                               where.left, where.top, where.right - where.left,
                               where.bottom - where.top, parent, nullptr, ModuleInstance(), nullptr);
   if (handle_ == nullptr) {
-    use_.reset();
+    lock_.reset();
     return false;
   }
   ::SetWindowLongW(handle_, GWL_USERDATA, reinterpret_cast<LONG>(this));

@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "control/automation/com.h"
-#include "control/automation/module_use.h"
+#include "control/automation/module_lock.h"
 
 namespace quorvane::server {
 
@@ -32,7 +32,7 @@ class ControlWindow {
   static LRESULT CALLBACK OnMessage(HWND handle, UINT message, WPARAM first, LPARAM second);
 
   HWND handle_ = nullptr;
-  std::optional<ModuleUse> use_;  // while the window lives
+  std::optional<ModuleLock> lock_;  // while the window lives
 };
 
 }  // namespace quorvane::server
