@@ -53,8 +53,8 @@ class ComPtr {
     Reset();
     return &pointer_;
   }
-  /// Hands a reference of its own to a caller's out pointer.
-  void HandOut(Interface** out) const {
+  /// Copies the pointer to a caller's out pointer, with a reference of its own.
+  void CopyTo(Interface** out) const {
     if (pointer_ != nullptr) pointer_->AddRef();
     *out = pointer_;
   }

@@ -10,7 +10,7 @@
 namespace quorvane::server {
 
 /// One of the component model's enumerators over a list that was fixed when it was made. `Item`
-/// holds an element, `Raw` is the form in which Item::HandOut(Raw*) hands it out.
+/// holds an element, `Raw` is the form in which Item::CopyTo(Raw*) hands it out.
 template <class EnumInterface, class Item, class Raw>
 class Enumerator final : public EnumInterface {
  public:
@@ -47,7 +47,7 @@ class Enumerator final : public EnumInterface {
     if (out == nullptr || (fetched == nullptr && wanted != 1)) return E_POINTER;
     ULONG count = 0;
     while (count < wanted && position_ < items_.size()) {
-      items_[position_++].HandOut(&out[count]);
+      items_[position_++].CopyTo(&out[count]);
       ++count;
     }
     if (fetched != nullptr) *fetched = count;

@@ -39,7 +39,7 @@ HRESULT ConnectionPoint::GetConnectionInterface(IID* out) {
 
 HRESULT ConnectionPoint::GetConnectionPointContainer(IConnectionPointContainer** out) {
   if (out == nullptr) return E_POINTER;
-  ComPtr<IConnectionPointContainer>(&container_).HandOut(out);
+  ComPtr<IConnectionPointContainer>(&container_).CopyTo(out);
   return S_OK;
 }
 

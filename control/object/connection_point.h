@@ -11,8 +11,8 @@ struct Connection {
   ComPtr<IUnknown> sink;
   DWORD cookie = 0;
 
-  void HandOut(CONNECTDATA* out) const {
-    sink.HandOut(&out->pUnk);
+  void CopyTo(CONNECTDATA* out) const {
+    sink.CopyTo(&out->pUnk);
     out->dwCookie = cookie;
   }
 };

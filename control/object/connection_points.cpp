@@ -63,7 +63,7 @@ HRESULT ConnectionPointsFace::FindConnectionPoint(REFIID id, IConnectionPoint** 
   const GUID* const known = KnownId(id);
   if (known == nullptr) return CONNECT_E_NOCONNECTION;
   return Guarded([&] {
-    ComPtr<IConnectionPoint>(&PointOf(*known)).HandOut(out);
+    ComPtr<IConnectionPoint>(&PointOf(*known)).CopyTo(out);
     return S_OK;
   });
 }

@@ -20,7 +20,7 @@ HRESULT OleObjectFace::SetClientSite(IOleClientSite* site) {
 
 HRESULT OleObjectFace::GetClientSite(IOleClientSite** out) {
   if (out == nullptr) return E_POINTER;
-  site_.HandOut(out);
+  site_.CopyTo(out);
   return S_OK;
 }
 

@@ -62,7 +62,7 @@ HRESULT ViewFace::SetAdvise(DWORD aspects, DWORD flags, IAdviseSink* sink) {
 HRESULT ViewFace::GetAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** out) {
   if (aspects != nullptr) *aspects = aspects_;
   if (flags != nullptr) *flags = flags_;
-  if (out != nullptr) sink_.HandOut(out);
+  if (out != nullptr) sink_.CopyTo(out);
   return S_OK;
 }
 
