@@ -5,8 +5,8 @@
 
 namespace quorvane {
 
-cBinaryFileStream::cBinaryFileStream(Files& file_access, App& module, Kernel32& os)
-    : files_(file_access), module_(module), os_(os) {}
+cBinaryFileStream::cBinaryFileStream(Files& file_access, App& module, Kernel32& kernel)
+    : files_(file_access), module_(module), kernel_(kernel) {}
 
 cBinaryFileStream::~cBinaryFileStream() { Dispose(); }
 
@@ -61,7 +61,7 @@ void cBinaryFileStream::ReadLastBlock(ByteArray& buffer, std::int32_t count) {
   files_.Read(FileNumber_, last_block);
   std::uint8_t& first = buffer.At(0);
   static_cast<void>(buffer.At(count - 1));  // raises where the copy would run over the buffer's end
-  os_.RtlMoveMemory(&first, &last_block.At(0), static_cast<std::uint32_t>(count));
+  kernel_.RtlMoveMemory(&first, &last_block.At(0), static_cast<std::uint32_t>(count));
 }
 
 void cBinaryFileStream::Dispose() {

@@ -20,7 +20,7 @@ class cBinaryFileStream {
  public:
   /// A stream without a file yet. What it is given must outlive it.
   explicit cBinaryFileStream(Files& file_access = files(), App& module = app(),
-                             Kernel32& os = kernel32());
+                             Kernel32& kernel = kernel32());
   cBinaryFileStream(const cBinaryFileStream&) = delete;
   cBinaryFileStream& operator=(const cBinaryFileStream&) = delete;
   /// Calls Dispose().
@@ -60,7 +60,7 @@ class cBinaryFileStream {
 
   Files& files_;
   App& module_;
-  Kernel32& os_;
+  Kernel32& kernel_;
   Text FileName_ = u"";
   std::int16_t FileNumber_ = 0;
   std::int32_t FileLength_ = 0;

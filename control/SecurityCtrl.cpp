@@ -57,8 +57,8 @@ void DropErrors(Body body) {
 
 }  // namespace
 
-SecurityCtrl::SecurityCtrl(ControlSite& site, App& module, Files& file_access, Kernel32& os)
-    : site_(site), module_(module), files_(file_access), os_(os) {}
+SecurityCtrl::SecurityCtrl(ControlSite& site, App& module, Files& file_access, Kernel32& kernel)
+    : site_(site), module_(module), files_(file_access), kernel_(kernel) {}
 
 void SecurityCtrl::Initialize() {}
 
@@ -159,7 +159,7 @@ std::int32_t SecurityCtrl::GetCRCValue() {
   // GetCRCValue.AlwaysAddsBackslashAndOcx.
   const Text path = module_.Path();
   const Text file_name = path + u"\\" + module_.EXEName() + u".ocx";
-  cBinaryFileStream stream(files_, module_, os_);
+  cBinaryFileStream stream(files_, module_, kernel_);
   stream.PutFile(file_name);
   cCRC32 crc;
   return crc.GetFileCrc32(stream);

@@ -20,7 +20,7 @@ class SecurityCtrl {
  public:
   /// The site must outlive the control.
   explicit SecurityCtrl(ControlSite& site, App& module = app(), Files& file_access = files(),
-                        Kernel32& os = kernel32());
+                        Kernel32& kernel = kernel32());
 
   // Events of the container. Each ends on a handler that drops the error: at the first failure the
   // rest of the event is skipped, and the event counts as a success.
@@ -86,7 +86,7 @@ class SecurityCtrl {
   ControlSite& site_;
   App& module_;
   Files& files_;
-  Kernel32& os_;
+  Kernel32& kernel_;
 };
 
 }  // namespace quorvane

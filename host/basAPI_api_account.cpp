@@ -23,7 +23,7 @@ struct Lookup {
   Text& system_name;
   Text& account_name;
   Text& domain;
-  Advapi32& os;
+  Advapi32& advapi;
   const CodePage& code_page;
   ByteArray sid{1, 1};
   std::int32_t sid_size = 0;
@@ -43,9 +43,9 @@ std::int32_t Lookup::Pass() {
   return CallWithAnsi(
       code_page,
       [&](char* system, char* account, char* domain_copy) {
-        const std::int32_t result = os.LookupAccountNameA(system, account, &sid.At(1), &sid_size,
-                                                          room.empty() ? domain_copy : room.data(),
-                                                          &domain_size, &unread_account_type);
+        const std::int32_t result = advapi.LookupAccountNameA(
+            system, account, &sid.At(1), &sid_size, room.empty() ? domain_copy : room.data(),
+            &domain_size, &unread_account_type);
         if (!room.empty()) std::copy_n(room.begin(), buffer_size, domain_copy);
         return result;
       },
@@ -54,21 +54,21 @@ std::int32_t Lookup::Pass() {
 
 }  // namespace
 
-Text GetCurrentAccountSidText(Advapi32& accounts, Kernel32& memory, const CodePage& code_page) {
-  Text name = GetCurrentUserName(accounts, code_page);
+Text GetCurrentAccountSidText(Advapi32& advapi, Kernel32& kernel, const CodePage& code_page) {
+  Text name = GetCurrentUserName(advapi, code_page);
   Text unread_domain;
   // Kept: no guard against an empty name, the lookup decides, so a system that knows an account
   // by the empty name gives its identifier. Pinned by
   // GetCurrentAccountSidText.LooksUpAnEmptyNameToo.
-  return SidBytesToText(LookupAccountSidBytes(name, unread_domain, {}, accounts, code_page),
-                        accounts, memory, code_page);
+  return SidBytesToText(LookupAccountSidBytes(name, unread_domain, {}, advapi, code_page), advapi,
+                        kernel, code_page);
 }
 
-Text GetCurrentUserName(Advapi32& os, const CodePage& code_page) {
+Text GetCurrentUserName(Advapi32& advapi, const CodePage& code_page) {
   FixedBuffer<kNameSize> buffer('\0');
   std::int32_t size = kNameSize;
   // A call that fails leaves the zeros, and the text before the first one is empty.
-  IgnoreResult(os.GetUserNameA(buffer.Bytes(), &size));
+  IgnoreResult(advapi.GetUserNameA(buffer.Bytes(), &size));
   const std::u16string_view name = buffer.CopyBack(code_page);
   // Kept: a buffer without a zero has no text before it, which raises 5: the caller sees
   // an error rather than half a name. Pinned by GetCurrentUserName.RaisesWhenNoZeroComesBack.
@@ -77,14 +77,14 @@ Text GetCurrentUserName(Advapi32& os, const CodePage& code_page) {
   return name.substr(0, zero);
 }
 
-ByteArray LookupAccountSidBytes(Text& account_name, Text& domain, Text system_name, Advapi32& os,
-                                const CodePage& code_page) {
+ByteArray LookupAccountSidBytes(Text& account_name, Text& domain, Text system_name,
+                                Advapi32& advapi, const CodePage& code_page) {
   domain = RepeatedCharacter(kDomainSize, u'\0');
-  Lookup lookup{system_name, account_name, domain, os, code_page};
+  Lookup lookup{system_name, account_name, domain, advapi, code_page};
   std::int32_t result = lookup.Pass();
   // Kept: the code and the size alone decide, not the result, so a call that succeeds but leaves
   // 122 behind is made once more. Pinned by LookupAccountSidBytes.RepeatsASuccessThatLeaves122.
-  while (os.LastError() == kInsufficientBuffer && lookup.sid_size >= 1) {
+  while (advapi.LastError() == kInsufficientBuffer && lookup.sid_size >= 1) {
     lookup.sid = ByteArray(1, lookup.sid_size);
     result = lookup.Pass();
   }
@@ -97,7 +97,7 @@ ByteArray LookupAccountSidBytes(Text& account_name, Text& domain, Text system_na
   return std::move(lookup.sid);
 }
 
-Text SidBytesToText(const ByteArray& sid, Advapi32& accounts, Kernel32& memory,
+Text SidBytesToText(const ByteArray& sid, Advapi32& advapi, Kernel32& kernel,
                     const CodePage& code_page) {
   IgnoreResult(sid.At(sid.LowerBound()));  // raises where there is no first element
   // An identifier may say that it is longer than the array. So that the system reads no foreign
@@ -106,16 +106,16 @@ Text SidBytesToText(const ByteArray& sid, Advapi32& accounts, Kernel32& memory,
   std::memcpy(bytes.data(), sid.Elements().data(), std::min(sid.Elements().size(), bytes.size()));
   Text text(std::u16string{});
   Address32 address = kNoAddress;
-  if (accounts.ConvertSidToStringSidA(bytes.data(), &address) != 0) {
-    const std::int32_t length = memory.lstrlenA(address);
+  if (advapi.ConvertSidToStringSidA(bytes.data(), &address) != 0) {
+    const std::int32_t length = kernel.lstrlenA(address);
     text = RepeatedCharacter(length, u' ');
     CallWithAnsi(
         code_page,
         [&](char* copy) {
-          memory.RtlMoveMemory(copy, address, static_cast<std::uint32_t>(length));
+          kernel.RtlMoveMemory(copy, address, static_cast<std::uint32_t>(length));
         },
         text);
-    IgnoreResult(memory.LocalFree(address));  // nothing could be done about a refusal
+    IgnoreResult(kernel.LocalFree(address));  // nothing could be done about a refusal
   }
   // Kept: the signs between the parts go; a host that keeps the text to compare it with would
   // notice any other form. Pinned by SidBytesToText.RemovesDashesAndSpaces.

@@ -24,8 +24,8 @@ static_assert(offsetof(AdapterRecord, address) == 404);
 // read, and no walk is longer than the block has room for records.
 class AdapterChain {
  public:
-  AdapterChain(const ByteArray& block, Address32 start, Kernel32& memory)
-      : bytes_(block.Elements()), start_(start), memory_(memory) {}
+  AdapterChain(const ByteArray& block, Address32 start, Kernel32& kernel)
+      : bytes_(block.Elements()), start_(start), kernel_(kernel) {}
 
   [[nodiscard]] AdapterRecord RecordAt(Address32 address) {
     AdapterRecord record{};
@@ -34,14 +34,14 @@ class AdapterChain {
     if (++records_read_ > bytes_.size() / sizeof record || offset > bytes_.size() - sizeof record) {
       Raise(ErrorNumber::kSubscriptOutOfRange);
     }
-    memory_.RtlMoveMemory(&record, &bytes_[offset], sizeof record);
+    kernel_.RtlMoveMemory(&record, &bytes_[offset], sizeof record);
     return record;
   }
 
  private:
   std::span<const std::uint8_t> bytes_;
   Address32 start_;
-  Kernel32& memory_;
+  Kernel32& kernel_;
   std::size_t records_read_ = 0;
 };
 
@@ -73,16 +73,16 @@ void AddItem(TextList& list, Text item) {
   }
 }
 
-TextList ListAddresses(Iphlpapi& adapters, Kernel32& memory) {
+TextList ListAddresses(Iphlpapi& iphlp, Kernel32& kernel) {
   TextList list;
   std::int32_t size = 0;
   // The first call is to refuse; what counts is the size.
-  IgnoreResult(adapters.GetAdaptersInfo(nullptr, &size));
+  IgnoreResult(iphlp.GetAdaptersInfo(nullptr, &size));
   if (size <= 0) return list;
   ByteArray block(0, size - 1);
-  if (adapters.GetAdaptersInfo(&block.At(0), &size) != 0) return list;
-  Address32 address = adapters.AddressOf(&block.At(0));
-  AdapterChain chain(block, address, memory);
+  if (iphlp.GetAdaptersInfo(&block.At(0), &size) != 0) return list;
+  Address32 address = iphlp.AddressOf(&block.At(0));
+  AdapterChain chain(block, address, kernel);
   while (address != kNoAddress) {
     const AdapterRecord record = chain.RecordAt(address);
     AddItem(list, AddressText(record));
@@ -93,9 +93,9 @@ TextList ListAddresses(Iphlpapi& adapters, Kernel32& memory) {
 
 }  // namespace
 
-std::optional<TextList> GetAdapterAddresses(Iphlpapi& adapters, Kernel32& memory) {
+std::optional<TextList> GetAdapterAddresses(Iphlpapi& iphlp, Kernel32& kernel) {
   try {
-    return ListAddresses(adapters, memory);
+    return ListAddresses(iphlp, kernel);
   } catch (...) {
     return std::nullopt;
   }

@@ -20,23 +20,23 @@ Text CutToCount(std::u16string_view buffer, std::int32_t count) {
 
 }  // namespace
 
-Text ReadProfileValue(Text& section, Text& key, Kernel32& os, const CodePage& code_page) {
+Text ReadProfileValue(Text& section, Text& key, Kernel32& kernel, const CodePage& code_page) {
   FixedBuffer<kValueSize> buffer('\0');
   const std::int32_t count = CallWithAnsi(
       code_page,
       [&](char* section_copy, char* key_copy) {
-        return os.GetProfileStringA(section_copy, key_copy, "", buffer.Bytes(), kValueSize);
+        return kernel.GetProfileStringA(section_copy, key_copy, "", buffer.Bytes(), kValueSize);
       },
       section, key);
   return CutToCount(buffer.CopyBack(code_page), count);
 }
 
-Boolean16 WriteProfileValue(Text& section, Text& key, Text& value, Kernel32& os,
+Boolean16 WriteProfileValue(Text& section, Text& key, Text& value, Kernel32& kernel,
                             const CodePage& code_page) {
   const std::int32_t result = CallWithAnsi(
       code_page,
       [&](char* section_copy, char* key_copy, char* value_copy) {
-        return os.WriteProfileStringA(section_copy, key_copy, value_copy);
+        return kernel.WriteProfileStringA(section_copy, key_copy, value_copy);
       },
       section, key, value);
   // Kept: only the low 16 bits count, unlike the write to a named file: a result whose low bits
@@ -44,25 +44,25 @@ Boolean16 WriteProfileValue(Text& section, Text& key, Text& value, Kernel32& os,
   return ToBoolean16((result & 0xFFFF) != 0);
 }
 
-Text ReadPrivateProfileValue(Text& section, Text& key, Text& file_name, Kernel32& os,
+Text ReadPrivateProfileValue(Text& section, Text& key, Text& file_name, Kernel32& kernel,
                              const CodePage& code_page) {
   FixedBuffer<kValueSize> buffer('\0');
   const std::int32_t count = CallWithAnsi(
       code_page,
       [&](char* section_copy, char* key_copy, char* file_copy) {
-        return os.GetPrivateProfileStringA(section_copy, key_copy, "", buffer.Bytes(), kValueSize,
-                                           file_copy);
+        return kernel.GetPrivateProfileStringA(section_copy, key_copy, "", buffer.Bytes(),
+                                               kValueSize, file_copy);
       },
       section, key, file_name);
   return CutToCount(buffer.CopyBack(code_page), count);
 }
 
 Boolean16 WritePrivateProfileValue(Text& section, Text& key, Text& value, Text& file_name,
-                                   Kernel32& os, const CodePage& code_page) {
+                                   Kernel32& kernel, const CodePage& code_page) {
   const std::int32_t result = CallWithAnsi(
       code_page,
       [&](char* section_copy, char* key_copy, char* value_copy, char* file_copy) {
-        return os.WritePrivateProfileStringA(section_copy, key_copy, value_copy, file_copy);
+        return kernel.WritePrivateProfileStringA(section_copy, key_copy, value_copy, file_copy);
       },
       section, key, value, file_name);
   // Kept: the whole result is narrowed first, so one beyond 16 bits raises overflow, unlike the

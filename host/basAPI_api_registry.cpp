@@ -28,11 +28,11 @@ struct ReportedValue {
 };
 
 std::int32_t Query(RegistryHandle key, Text& value_name, ReportedValue& reported, void* data,
-                   Advapi32& os, const CodePage& code_page) {
+                   Advapi32& advapi, const CodePage& code_page) {
   return CallWithAnsi(
       code_page,
       [&](char* name) {
-        return os.RegQueryValueExA(key, name, nullptr, &reported.type, data, &reported.size);
+        return advapi.RegQueryValueExA(key, name, nullptr, &reported.type, data, &reported.size);
       },
       value_name);
 }
@@ -41,8 +41,8 @@ std::int32_t Query(RegistryHandle key, Text& value_name, ReportedValue& reported
 // copy's own final zero and is lost, whether it is a zero or not. What other programs store with
 // its zero comes out right; what they store without it loses its last character.
 // Pinned by ReadRegistryValue.DropsTheLastByteUnseen.
-TaggedValue QueryString(RegistryHandle key, Text& value_name, ReportedValue reported, Advapi32& os,
-                        const CodePage& code_page) {
+RegistryValue QueryString(RegistryHandle key, Text& value_name, ReportedValue reported,
+                          Advapi32& advapi, const CodePage& code_page) {
   // Kept: a size of 0 makes this count -1, which raises; a caller can tell the empty text that
   // comes of it from the empty kind. Pinned by
   // ReadRegistryValue.GivesTheEmptyTextForAStringOfNoBytes.
@@ -50,7 +50,7 @@ TaggedValue QueryString(RegistryHandle key, Text& value_name, ReportedValue repo
   const std::int32_t result = CallWithAnsi(
       code_page,
       [&](char* name, char* data) {
-        return os.RegQueryValueExA(key, name, nullptr, &reported.type, data, &reported.size);
+        return advapi.RegQueryValueExA(key, name, nullptr, &reported.type, data, &reported.size);
       },
       value_name, buffer);
   if (result != 0) return {};
@@ -59,8 +59,8 @@ TaggedValue QueryString(RegistryHandle key, Text& value_name, ReportedValue repo
 
 // The call is given the size that the value has, not the integer's own, so the destination has room
 // for that: a longer value gives its first four bytes.
-TaggedValue QueryInteger(RegistryHandle key, Text& value_name, ReportedValue reported, Advapi32& os,
-                         const CodePage& code_page) {
+RegistryValue QueryInteger(RegistryHandle key, Text& value_name, ReportedValue reported,
+                           Advapi32& advapi, const CodePage& code_page) {
   if (reported.size < 0) Raise(ErrorNumber::kOverflow);
   std::array<std::uint8_t, 4> integer{};
   std::vector<std::uint8_t> longer;
@@ -69,40 +69,40 @@ TaggedValue QueryInteger(RegistryHandle key, Text& value_name, ReportedValue rep
     longer.resize(static_cast<std::size_t>(reported.size));
     destination = longer.data();
   }
-  if (Query(key, value_name, reported, destination, os, code_page) != 0) return {};
+  if (Query(key, value_name, reported, destination, advapi, code_page) != 0) return {};
   const std::uint32_t bits = std::uint32_t{destination[0]} | std::uint32_t{destination[1]} << 8 |
                              std::uint32_t{destination[2]} << 16 |
                              std::uint32_t{destination[3]} << 24;
   return static_cast<std::int32_t>(bits);
 }
 
-TaggedValue QueryByType(RegistryHandle key, Text& value_name, Advapi32& os,
-                        const CodePage& code_page) {
+RegistryValue QueryByType(RegistryHandle key, Text& value_name, Advapi32& advapi,
+                          const CodePage& code_page) {
   ReportedValue reported;
-  if (Query(key, value_name, reported, nullptr, os, code_page) != 0) return {};
-  if (reported.type == kString) return QueryString(key, value_name, reported, os, code_page);
+  if (Query(key, value_name, reported, nullptr, advapi, code_page) != 0) return {};
+  if (reported.type == kString) return QueryString(key, value_name, reported, advapi, code_page);
   // Kept: a binary value is read as an integer, just like a DWORD; a caller cannot tell the two
   // apart. Pinned by ReadRegistryValue.ReadsBinaryAsALittleEndianInteger and
   // ReadRegistryValue.TakesTheFirstFourBytesOfALongerOne.
   if (reported.type == kBinary || reported.type == kDword) {
-    return QueryInteger(key, value_name, reported, os, code_page);
+    return QueryInteger(key, value_name, reported, advapi, code_page);
   }
   return {};
 }
 
-TaggedValue ReadValue(RegistryHandle hive, Text& key_path, Text& value_name, Advapi32& os,
-                      const CodePage& code_page) {
+RegistryValue ReadValue(RegistryHandle hive, Text& key_path, Text& value_name, Advapi32& advapi,
+                        const CodePage& code_page) {
   RegistryHandle key = 0;
   const std::int32_t opened = CallWithAnsi(
-      code_page, [&](char* path) { return os.RegOpenKeyExA(hive, path, 0, kReadAccess, &key); },
+      code_page, [&](char* path) { return advapi.RegOpenKeyExA(hive, path, 0, kReadAccess, &key); },
       key_path);
   if (opened != 0) return {};
-  TaggedValue value = QueryByType(key, value_name, os, code_page);
-  IgnoreResult(os.RegCloseKey(key));  // the value is there, whatever becomes of the key
+  RegistryValue value = QueryByType(key, value_name, advapi, code_page);
+  IgnoreResult(advapi.RegCloseKey(key));  // the value is there, whatever becomes of the key
   return value;
 }
 
-bool StoreString(RegistryHandle key, Text& value_name, const TaggedValue& value, Advapi32& os,
+bool StoreString(RegistryHandle key, Text& value_name, const TaggedValue& value, Advapi32& advapi,
                  const CodePage& code_page) {
   Text text = value.ToText();
   // Kept: the size counts characters and takes in no zero. So a code page with more bytes than that
@@ -113,17 +113,19 @@ bool StoreString(RegistryHandle key, Text& value_name, const TaggedValue& value,
   return CallWithAnsi(
              code_page,
              [&](char* name, char* data) {
-               return os.RegSetValueExA(key, name, 0, kString, data, size);
+               return advapi.RegSetValueExA(key, name, 0, kString, data, size);
              },
              value_name, text) == 0;
 }
 
-bool StoreInteger(RegistryHandle key, Text& value_name, TaggedValue& value, Advapi32& os,
+bool StoreInteger(RegistryHandle key, Text& value_name, TaggedValue& value, Advapi32& advapi,
                   const CodePage& code_page) {
   const std::int32_t integer = value.ToInteger32();
   const std::int32_t result = CallWithAnsi(
       code_page,
-      [&](char* name) { return os.RegSetValueExA(key, name, 0, kDword, &integer, sizeof integer); },
+      [&](char* name) {
+        return advapi.RegSetValueExA(key, name, 0, kDword, &integer, sizeof integer);
+      },
       value_name);
   // Kept: the caller's value becomes the integer, stored or not, so its variable changes kind.
   // Pinned by WriteRegistryValue.TurnsTheCallersValueIntoTheIntegerStoredOrNot.
@@ -132,9 +134,9 @@ bool StoreInteger(RegistryHandle key, Text& value_name, TaggedValue& value, Adva
 }
 
 bool StoreByType(RegistryHandle key, Text& value_name, TaggedValue& value, std::int32_t value_type,
-                 Advapi32& os, const CodePage& code_page) {
-  if (value_type == kString) return StoreString(key, value_name, value, os, code_page);
-  if (value_type == kDword) return StoreInteger(key, value_name, value, os, code_page);
+                 Advapi32& advapi, const CodePage& code_page) {
+  if (value_type == kString) return StoreString(key, value_name, value, advapi, code_page);
+  if (value_type == kDword) return StoreInteger(key, value_name, value, advapi, code_page);
   // Kept: any other type, binary included, makes the key, stores nothing and is a success. A
   // caller that wants no more than the key gets it so. Pinned by
   // WriteRegistryValue.StoresNothingForAnyOtherTypeAndSucceeds.
@@ -142,32 +144,32 @@ bool StoreByType(RegistryHandle key, Text& value_name, TaggedValue& value, std::
 }
 
 bool WriteValue(RegistryHandle hive, Text& key_path, Text& value_name, TaggedValue& value,
-                std::int32_t value_type, Advapi32& os, const CodePage& code_page) {
+                std::int32_t value_type, Advapi32& advapi, const CodePage& code_page) {
   constexpr std::int32_t kNonVolatile = 0;
   RegistryHandle key = 0;
   std::int32_t unread_disposition = 0;
   const std::int32_t created = CallWithAnsi(
       code_page,
       [&](char* path) {
-        return os.RegCreateKeyExA(hive, path, 0, nullptr, kNonVolatile, kWriteAccess, nullptr, &key,
-                                  &unread_disposition);
+        return advapi.RegCreateKeyExA(hive, path, 0, nullptr, kNonVolatile, kWriteAccess, nullptr,
+                                      &key, &unread_disposition);
       },
       key_path);
   if (created != 0) return false;
   // Kept: the key stays open for good after a failed store, as it does after a run-time error;
   // a host that counts its handles sees it. Pinned by
   // WriteRegistryValue.LeavesTheKeyOpenAfterAFailedStore.
-  if (!StoreByType(key, value_name, value, value_type, os, code_page)) return false;
-  IgnoreResult(os.RegCloseKey(key));  // the value is stored, whatever becomes of the key
+  if (!StoreByType(key, value_name, value, value_type, advapi, code_page)) return false;
+  IgnoreResult(advapi.RegCloseKey(key));  // the value is stored, whatever becomes of the key
   return true;
 }
 
 }  // namespace
 
-TaggedValue ReadRegistryValue(RegistryHandle hive, Text& key_path, Text& value_name, Advapi32& os,
-                              const CodePage& code_page) {
+RegistryValue ReadRegistryValue(RegistryHandle hive, Text& key_path, Text& value_name,
+                                Advapi32& advapi, const CodePage& code_page) {
   try {
-    return ReadValue(hive, key_path, value_name, os, code_page);
+    return ReadValue(hive, key_path, value_name, advapi, code_page);
   } catch (...) {
     // Kept: the empty text, not the empty kind, and an opened key stays open; a caller can tell
     // the two apart. Pinned by ReadRegistryValue.LeavesTheKeyOpenAfterARunTimeError.
@@ -176,10 +178,11 @@ TaggedValue ReadRegistryValue(RegistryHandle hive, Text& key_path, Text& value_n
 }
 
 Boolean16 WriteRegistryValue(RegistryHandle hive, Text& key_path, Text& value_name,
-                             TaggedValue& value, std::int32_t value_type, Advapi32& os,
+                             TaggedValue& value, std::int32_t value_type, Advapi32& advapi,
                              const CodePage& code_page) {
   try {
-    return ToBoolean16(WriteValue(hive, key_path, value_name, value, value_type, os, code_page));
+    return ToBoolean16(
+        WriteValue(hive, key_path, value_name, value, value_type, advapi, code_page));
   } catch (...) {
     return kFalse;
   }

@@ -24,16 +24,16 @@ Text WithoutZerosAndOuterSpaces(std::u16string_view buffer) {
   return Text(std::move(characters));
 }
 
-Text SystemDirectory(Kernel32& os, const CodePage& code_page) {
+Text SystemDirectory(Kernel32& kernel, const CodePage& code_page) {
   FixedBuffer<kDirectorySize> buffer(' ');
   // A call that fails leaves the spaces, and those make the empty text.
-  IgnoreResult(os.GetSystemDirectoryA(buffer.Bytes(), kDirectorySize));
+  IgnoreResult(kernel.GetSystemDirectoryA(buffer.Bytes(), kDirectorySize));
   return WithoutZerosAndOuterSpaces(buffer.CopyBack(code_page));
 }
 
 }  // namespace
 
-std::u16string_view GetOSPlatformName(Kernel32& os) {
+std::u16string_view GetOSPlatformName(Kernel32& kernel) {
   constexpr std::uint32_t kWin32s = 0;
   constexpr std::uint32_t kWindows95 = 1;
   OsVersionInformation information{};
@@ -41,7 +41,7 @@ std::u16string_view GetOSPlatformName(Kernel32& os) {
   // Kept: a failing call is not noticed, so the id stays 0 and the name is "Win32s", which
   // a caller cannot tell from the system of that name. Pinned by
   // GetOSPlatformName.IsWin32sWhenTheCallFails.
-  IgnoreResult(os.GetVersionExA(&information));
+  IgnoreResult(kernel.GetVersionExA(&information));
   if (information.dwPlatformId == kWin32s) return u"Win32s";
   if (information.dwPlatformId == kWindows95) return u"Windows 95";
   // Kept: not a test for 2, so an id that nobody knows yet is one of this family. Pinned by
@@ -49,9 +49,9 @@ std::u16string_view GetOSPlatformName(Kernel32& os) {
   return u"Windows NT";
 }
 
-Text GetSystemDirectoryPath(Kernel32& os, const CodePage& code_page) {
+Text GetSystemDirectoryPath(Kernel32& kernel, const CodePage& code_page) {
   try {
-    return SystemDirectory(os, code_page);
+    return SystemDirectory(kernel, code_page);
   } catch (...) {
     return Text(u"");
   }
