@@ -14,6 +14,6 @@ struct ThreadData final : ThreadRecord {
 
 ConnectionSettings& connectionSettings() { return threadRecord<ThreadData>().settings; }
 
-Boolean16& InternetFailed() { return threadRecord<ThreadData>().internet_failed; }
+Boolean16& internetFailed() { return threadRecord<ThreadData>().internet_failed; }
 
 }  // namespace quorvane::basGlobals

@@ -23,7 +23,7 @@ struct ConnectionSettings {
 /// The calling thread's settings. The reference is good for the life of the thread.
 [[nodiscard]] ConnectionSettings& connectionSettings();
 
-/// The calling thread's sticky flag of the form POST: set by a failure, cleared by nothing.
-[[nodiscard]] Boolean16& InternetFailed();
+/// The flag InternetFailed of the calling thread, sticky: set by a failure, cleared by nothing.
+[[nodiscard]] Boolean16& internetFailed();
 
 }  // namespace quorvane::basGlobals

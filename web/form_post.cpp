@@ -168,7 +168,7 @@ class FormPost {
   // Kept: nothing ever clears the flag, so after a series of posts it tells of any that failed.
   // Pinned by PostFormRequest.KeepsInternetFailedSetAfterALaterSuccess.
   void Fail() {
-    basGlobals::InternetFailed() = kTrue;
+    basGlobals::internetFailed() = kTrue;
     result_ = kFailureText;
   }
 

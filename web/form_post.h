@@ -25,12 +25,12 @@ namespace quorvane {
 ///
 /// Never raises. It returns
 ///   - the answer as text, whatever the HTTP status, as far as it arrived;
-///   - "Error : Unable to connect to the Internet", with InternetFailed() set, when there is no
+///   - "Error : Unable to connect to the Internet", with internetFailed() set, when there is no
 ///     connection, no request, no answer, or an answer with an empty body;
 ///   - the empty text when the session cannot be opened or anything else fails on the way, such as
-///     exhausted memory or a system without the web client library; InternetFailed() is then as it
+///     exhausted memory or a system without the web client library; internetFailed() is then as it
 ///     was, the pointer stays an hourglass and what was opened stays open.
-/// InternetFailed() tells the failure text from an answer of the same words; nothing ever clears
+/// internetFailed() tells the failure text from an answer of the same words; nothing ever clears
 /// it.
 ///
 /// Left open on purpose: the three handles of a request that could not be sent.

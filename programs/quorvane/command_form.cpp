@@ -94,7 +94,7 @@ int Post(const Arguments& arguments, Console& console) {
   }
   UseProxy(arguments);
   const Text reply = PostFormRequest(FromUtf8(words[0]), FromUtf8(words[2]), body, port);
-  const bool failed = basGlobals::InternetFailed().IsTrue();
+  const bool failed = basGlobals::internetFailed().IsTrue();
   console.Out(ToUtf8(reply));
   console.Flush();
   console.Err(failed ? "InternetFailed=1\n" : "InternetFailed=0\n");

@@ -181,10 +181,10 @@ TEST(SecurityCtrl, TerminateLeavesTheSettings) {
 
 TEST(InternetFailed, IsFalseAtTheStartOfAThreadAndOncePerThread) {
   OnFreshThread([] {
-    EXPECT_EQ(basGlobals::InternetFailed(), kFalse);
-    basGlobals::InternetFailed() = kTrue;
-    OnFreshThread([] { EXPECT_EQ(basGlobals::InternetFailed(), kFalse); });
-    EXPECT_EQ(basGlobals::InternetFailed(), kTrue);
+    EXPECT_EQ(basGlobals::internetFailed(), kFalse);
+    basGlobals::internetFailed() = kTrue;
+    OnFreshThread([] { EXPECT_EQ(basGlobals::internetFailed(), kFalse); });
+    EXPECT_EQ(basGlobals::internetFailed(), kTrue);
   });
 }
 

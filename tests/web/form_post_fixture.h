@@ -66,7 +66,7 @@ struct PostCase {
       basGlobals::connectionSettings() = settings;
       outcome.result = PostFormRequest(server, object_name, body, port, web, pointer_owner,
                                        code_page == nullptr ? kPage : *code_page);
-      outcome.internet_failed = basGlobals::InternetFailed().IsTrue();
+      outcome.internet_failed = basGlobals::internetFailed().IsTrue();
       outcome.open_handles = web.open_handles;
       outcome.struck = web.Plan().HasStruck();
       outcome.latest_buffer = web.latest_buffer;

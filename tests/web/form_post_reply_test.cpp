@@ -109,11 +109,11 @@ TEST(PostFormRequest, KeepsInternetFailedSetAfterALaterSuccess) {
     RecordingWinInet web(log);
     RecordingScreen pointer_owner(log);
     EXPECT_EQ(PostFormRequest(u"s", u"/", u"", 80, web, pointer_owner), kFailureText);
-    EXPECT_EQ(basGlobals::InternetFailed(), kTrue);
+    EXPECT_EQ(basGlobals::internetFailed(), kTrue);
     web.reads = {{"fine"}};
     EXPECT_EQ(PostFormRequest(u"s", u"/", u"", 80, web, pointer_owner), u"fine");
-    EXPECT_EQ(basGlobals::InternetFailed(), kTrue);
-    OnFreshThread([] { EXPECT_EQ(basGlobals::InternetFailed(), kFalse); });
+    EXPECT_EQ(basGlobals::internetFailed(), kTrue);
+    OnFreshThread([] { EXPECT_EQ(basGlobals::internetFailed(), kFalse); });
   });
 }
 

@@ -74,7 +74,7 @@ TEST(FormPostToAnOddServer, PostsAgainAfterAFailure) {
   OnFreshThread([] {
     EXPECT_EQ(PostFormRequest(u"127.0.0.1", u"/raw", u"", PortOf("NOBODY")), kFailureText);
     EXPECT_EQ(PostFormRequest(u"127.0.0.1", u"/size-1", u"", PortOf("NGINX")), u"!");
-    EXPECT_EQ(basGlobals::InternetFailed(), kTrue);
+    EXPECT_EQ(basGlobals::internetFailed(), kTrue);
   });
 }
 

@@ -47,7 +47,7 @@ struct RealPost {
     OnFreshThread([&] {
       basGlobals::connectionSettings() = settings;
       result = PostFormRequest(server, object_name, body, port);
-      internet_failed = basGlobals::InternetFailed().IsTrue();
+      internet_failed = basGlobals::internetFailed().IsTrue();
     });
   }
 };
