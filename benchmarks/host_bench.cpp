@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/basAPI_api.h"
+#include "runtime/ignored_result.h"
 #include "runtime/utf8.h"
 #include "tests/host/private_stores.h"
 
@@ -35,7 +36,7 @@ void BareVersion(benchmark::State& state) {
   Rounds(state, [] {
     OsVersionInformation information{};
     information.dwOSVersionInfoSize = sizeof information;
-    static_cast<void>(kernel32().GetVersionExA(&information));
+    IgnoreResult(kernel32().GetVersionExA(&information));
     return information.dwPlatformId;
   });
 }
@@ -56,7 +57,7 @@ void BareDirectory(benchmark::State& state) {
 void DirectoryWithConversions(benchmark::State& state) {
   Rounds(state, [] {
     std::string bytes = systemCodePage().ToBytes(std::u16string(255, u' '));
-    static_cast<void>(kernel32().GetSystemDirectoryA(bytes.data(), 255));
+    IgnoreResult(kernel32().GetSystemDirectoryA(bytes.data(), 255));
     return systemCodePage().FromBytes(bytes);
   });
 }
@@ -73,7 +74,7 @@ struct RegistrySample {
   std::string path_bytes = ToUtf8(path);
 
   void Store(TaggedValue value, std::int32_t type) {
-    static_cast<void>(basAPI_api::WriteRegistryValue(kCurrentUser, path, name, value, type));
+    IgnoreResult(basAPI_api::WriteRegistryValue(kCurrentUser, path, name, value, type));
   }
 };
 
@@ -132,8 +133,8 @@ struct ProfileSample {
   std::string value_bytes = ToUtf8(value);
 
   ProfileSample() {
-    static_cast<void>(basAPI_api::WritePrivateProfileValue(section, key, value, file));
-    static_cast<void>(basAPI_api::WriteProfileValue(section, key, value));
+    IgnoreResult(basAPI_api::WritePrivateProfileValue(section, key, value, file));
+    IgnoreResult(basAPI_api::WriteProfileValue(section, key, value));
   }
 };
 
@@ -222,17 +223,17 @@ std::int32_t BareLookup(const char* name, std::array<char, 68>& sid) {
     return advapi32().LookupAccountNameA(nullptr, name, sid.data(), &sid_size, domain.data(),
                                          &domain_size, &type);
   };
-  static_cast<void>(pass());
+  IgnoreResult(pass());
   return pass();
 }
 
 std::int32_t BareSidText(const std::array<char, 68>& sid) {
   std::array<char, 200> text;
   Address32 address = kNoAddress;
-  static_cast<void>(advapi32().ConvertSidToStringSidA(sid.data(), &address));
+  IgnoreResult(advapi32().ConvertSidToStringSidA(sid.data(), &address));
   const std::int32_t length = kernel32().lstrlenA(address);
   kernel32().RtlMoveMemory(text.data(), address, static_cast<std::uint32_t>(length));
-  static_cast<void>(kernel32().LocalFree(address));
+  IgnoreResult(kernel32().LocalFree(address));
   return length;
 }
 
@@ -289,7 +290,7 @@ void Chain(benchmark::State& state) {
 void BareAdapters(benchmark::State& state) {
   Rounds(state, [] {
     std::int32_t size = 0;
-    static_cast<void>(iphlpapi().GetAdaptersInfo(nullptr, &size));
+    IgnoreResult(iphlpapi().GetAdaptersInfo(nullptr, &size));
     std::vector<char> block(static_cast<std::size_t>(size));
     return iphlpapi().GetAdaptersInfo(block.data(), &size);
   });

@@ -1,5 +1,6 @@
 #include "checksum/cBinaryFileStream.h"
 
+#include "runtime/ignored_result.h"
 #include "runtime/integers.h"
 #include "runtime/runtime_error.h"
 
@@ -60,7 +61,7 @@ void cBinaryFileStream::ReadLastBlock(ByteArray& buffer, std::int32_t count) {
   ByteArray last_block(0, count - 1);
   files_.Read(FileNumber_, last_block);
   std::uint8_t& first = buffer.At(0);
-  static_cast<void>(buffer.At(count - 1));  // raises where the copy would run over the buffer's end
+  IgnoreResult(buffer.At(count - 1));  // raises where the copy would run over the buffer's end
   kernel_.RtlMoveMemory(&first, &last_block.At(0), static_cast<std::uint32_t>(count));
 }
 

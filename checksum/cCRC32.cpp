@@ -1,5 +1,6 @@
 #include "checksum/cCRC32.h"
 
+#include "runtime/ignored_result.h"
 #include "runtime/integers.h"
 
 namespace quorvane {
@@ -18,12 +19,12 @@ std::int32_t cCRC32::GetByteArrayCrc32(const ByteArray& bytes) const {
   const std::int16_t upper = NarrowTo16(bytes.UpperBound());
   const std::int16_t lower = NarrowTo16(bytes.LowerBound());
   if (lower > upper) return Complement(kPreset);
-  static_cast<void>(bytes.At(lower));  // raises for an array of several dimensions
+  IgnoreResult(bytes.At(lower));  // raises for an array of several dimensions
   const std::uint32_t crc = AdvanceCrc(CrcTable_, kPreset, bytes.Elements());
   // Kept: the 16-bit counter steps once past the last index, so an upper bound of 32767 fails after
   // all bytes are done; 32767 elements from index 0 on are the most that a caller can pass. Pinned
   // by GetByteArrayCrc32.OverflowsAfterTheLastElementAtUpperBound32767.
-  static_cast<void>(CheckedAdd<std::int16_t>(upper, 1));
+  IgnoreResult(CheckedAdd<std::int16_t>(upper, 1));
   return Complement(crc);
 }
 
@@ -33,7 +34,7 @@ std::int32_t cCRC32::GetFileCrc32(cBinaryFileStream& stream) const {
   for (;;) {
     const std::int16_t count = NarrowTo16(stream.Read(BlockBuffer, kBlockSize));
     if (count <= 0) return Complement(crc);
-    static_cast<void>(BlockBuffer.At(count - 1));  // raises for a count beyond the buffer
+    IgnoreResult(BlockBuffer.At(count - 1));  // raises for a count beyond the buffer
     crc = AdvanceCrc(CrcTable_, crc, BlockBuffer.Elements().first(static_cast<std::size_t>(count)));
   }
 }

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "runtime/ignored_result.h"
 #include "runtime/integers.h"
 #include "runtime/numeric_text.h"
 #include "text/text_search.h"
@@ -29,8 +30,8 @@ Text Replaced(const std::u16string& text, const TextSearch& search, std::int16_t
     const std::size_t found = search.Find(next);
     if (found == TextSearch::kNone) break;
     const std::int16_t position = NarrowTo16(done.size() + (found - next) + 1);
-    static_cast<void>(CheckedAdd(position, find_length));
-    static_cast<void>(CheckedAdd<std::int32_t>(position, replacement_length));
+    IgnoreResult(CheckedAdd(position, find_length));
+    IgnoreResult(CheckedAdd<std::int32_t>(position, replacement_length));
     done.append(text, next, found - next).append(replacement.Characters());
     next = found + static_cast<std::size_t>(find_length);
   }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "control/automation/com.h"
+#include "runtime/ignored_result.h"
 
 namespace quorvane::server {
 
@@ -36,7 +37,8 @@ class Face : public Interfaces... {
 template <class... Interfaces, class Object>
 [[nodiscard]] void* FindInterface(Object& object, REFIID id) {
   void* found = nullptr;
-  (void)((id == __uuidof(Interfaces) && (found = static_cast<Interfaces*>(&object), true)) || ...);
+  IgnoreResult(
+      ((id == __uuidof(Interfaces) && (found = static_cast<Interfaces*>(&object), true)) || ...));
   return found;
 }
 

@@ -1,5 +1,7 @@
 #include "programs/common/console.h"
 
+#include "runtime/ignored_result.h"
+
 namespace quorvane::examples {
 namespace {
 
@@ -27,7 +29,7 @@ void Console::Complain(const std::string& message) {
 }
 
 void Console::Err(std::string_view bytes) {
-  static_cast<void>(WriteStream(StandardStream::kError, bytes));
+  IgnoreResult(WriteStream(StandardStream::kError, bytes));
 }
 
 std::size_t Console::Read(char* buffer, std::size_t size) {

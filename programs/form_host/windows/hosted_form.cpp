@@ -1,6 +1,7 @@
 // The form in a real container: the control comes from the module that is registered for its class.
 
 #include "programs/form_host/hosted_form.h"
+#include "runtime/ignored_result.h"
 
 #include <cmath>
 
@@ -89,7 +90,7 @@ class ContainerForm final : public HostedForm {
   // The form offers its control plenty of room and takes what comes of it.
   SizeInTwips Size() override {
     SIZEL offer{5000, 5000};
-    static_cast<void>(control_->SetExtent(DVASPECT_CONTENT, &offer));
+    IgnoreResult(control_->SetExtent(DVASPECT_CONTENT, &offer));
     SIZEL size{};
     Check(control_->GetExtent(DVASPECT_CONTENT, &size), u"IOleObject.GetExtent");
     return {TwipsOf(size.cx), TwipsOf(size.cy)};

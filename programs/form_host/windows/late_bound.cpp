@@ -1,6 +1,7 @@
 #include "programs/form_host/windows/late_bound.h"
 
 #include "programs/form_host/windows/variant.h"
+#include "runtime/ignored_result.h"
 #include "runtime/runtime_error.h"
 
 namespace quorvane::examples {
@@ -57,7 +58,7 @@ TaggedValue LateBound::Call(const Text& method) const {
 void LateBound::Put(const Text& property, const TaggedValue& value) const {
   Variant argument(value);
   DISPID put = DISPID_PROPERTYPUT;
-  static_cast<void>(Invoke(property, DISPATCH_PROPERTYPUT, {argument.Get(), &put, 1, 1}));
+  IgnoreResult(Invoke(property, DISPATCH_PROPERTYPUT, {argument.Get(), &put, 1, 1}));
 }
 
 }  // namespace quorvane::examples
