@@ -1,6 +1,7 @@
 #include "platform/thread_record.h"
 
 #include <algorithm>
+#include <mutex>
 #include <new>
 #include <vector>
 
@@ -38,17 +39,6 @@ class CriticalSection {
   CRITICAL_SECTION section_{};
 };
 
-class Guard {
- public:
-  explicit Guard(CriticalSection& section) : section_(section) { section_.lock(); }
-  ~Guard() { section_.unlock(); }
-  Guard(const Guard&) = delete;
-  Guard& operator=(const Guard&) = delete;
-
- private:
-  CriticalSection& section_;
-};
-
 // Holds the list of all threads' records; made by the first request in the module's life.
 class AllRecords {
  public:
@@ -74,7 +64,7 @@ class AllRecords {
     auto* records = static_cast<RecordsOfThread*>(::TlsGetValue(index_));
     if (records == nullptr) return;
     ::TlsSetValue(index_, nullptr);
-    const Guard guard(section_);
+    const std::lock_guard lock(section_);
     Destroy(records);
   }
 
@@ -82,7 +72,7 @@ class AllRecords {
   RecordsOfThread& Add() {
     auto records = std::make_unique<RecordsOfThread>();
     if (::TlsSetValue(index_, records.get()) == 0) Raise(ErrorNumber::kOutOfMemory);
-    const Guard guard(section_);
+    const std::lock_guard lock(section_);
     records->next = first_;
     first_ = records.get();
     return *records.release();
