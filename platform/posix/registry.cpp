@@ -117,7 +117,7 @@ std::int32_t Registry::Query(Handle key, const char* name, std::int32_t* type, v
     if (!open) return error::kInvalidHandle;
     if ((open->access & kQueryValue) == 0) return error::kAccessDenied;
     const RegistryTree tree = store_.Read();
-    const RegistryValue* const value = tree.Find(open->path, NameFrom(name));
+    const StoredValue* const value = tree.Find(open->path, NameFrom(name));
     if (value == nullptr) return error::kFileNotFound;
     const auto length = static_cast<std::int32_t>(value->data.size());
     if (type != nullptr) *type = value->type;

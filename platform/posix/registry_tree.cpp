@@ -70,7 +70,7 @@ std::optional<std::u16string> NameFrom(std::string_view text) {
 }
 
 // name=type:data
-std::optional<RegistryValue> ValueFrom(std::string_view line) {
+std::optional<StoredValue> ValueFrom(std::string_view line) {
   const std::size_t sign = std::min(line.find('='), line.size());
   const std::size_t colon = line.find(':', sign);
   if (colon == std::string_view::npos) return std::nullopt;
@@ -78,7 +78,7 @@ std::optional<RegistryValue> ValueFrom(std::string_view line) {
   const auto data = Unescaped(line.substr(colon + 1));
   std::int32_t type = 0;
   if (!name || !data || !ReadNumber(line.substr(sign + 1, colon - sign - 1), 10, type)) return {};
-  return RegistryValue{*name, type, *data};
+  return StoredValue{*name, type, *data};
 }
 
 }  // namespace
@@ -88,7 +88,7 @@ bool RegistryTree::Has(std::u16string_view path) const {
   return plain.find(u'\\') == std::u16string::npos || keys_.contains(FoldCase(plain));
 }
 
-const RegistryValue* RegistryTree::Find(std::u16string_view path, std::u16string_view name) const {
+const StoredValue* RegistryTree::Find(std::u16string_view path, std::u16string_view name) const {
   const auto key = keys_.find(FoldCase(Plain(path)));
   if (key == keys_.end()) return nullptr;
   const auto value = key->second.values.find(FoldCase(name));
@@ -116,7 +116,7 @@ void RegistryTree::Set(std::u16string_view path, std::u16string_view name, std::
                        std::string_view data) {
   Make(path);
   auto& values = keys_.find(FoldCase(Plain(path)))->second.values;
-  const auto value = values.try_emplace(FoldCase(name), RegistryValue{std::u16string(name), 0, ""});
+  const auto value = values.try_emplace(FoldCase(name), StoredValue{std::u16string(name), 0, ""});
   value.first->second.type = type;
   value.first->second.data = data;
 }

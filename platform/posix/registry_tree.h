@@ -9,7 +9,7 @@
 
 namespace quorvane {
 
-struct RegistryValue {
+struct StoredValue {
   std::u16string name;    ///< empty for the key's default value
   std::int32_t type = 0;  ///< by the platform's numbers: 1 a text, 3 bytes, 4 an integer ...
   std::string data;       ///< as the calls took it: a text in the system's code page with its zero
@@ -17,7 +17,7 @@ struct RegistryValue {
 
 struct RegistryKey {
   std::u16string path;
-  std::map<std::u16string, RegistryValue> values;  ///< by their folded names, see case_fold.h
+  std::map<std::u16string, StoredValue> values;  ///< by their folded names, see case_fold.h
 };
 
 /// What a registry holds. A key is named by its whole path, such as "HKEY_CURRENT_USER\Software",
@@ -27,7 +27,7 @@ class RegistryTree {
  public:
   [[nodiscard]] bool Has(std::u16string_view path) const;
   /// The value of that name; null when it or its key is missing. Good until the next change.
-  [[nodiscard]] const RegistryValue* Find(std::u16string_view path, std::u16string_view name) const;
+  [[nodiscard]] const StoredValue* Find(std::u16string_view path, std::u16string_view name) const;
   /// The key and all keys below it, each behind its parent; all there are for an empty path. Good
   /// until the next change. A hive that nothing was written to is not among them.
   [[nodiscard]] std::vector<const RegistryKey*> KeysFrom(std::u16string_view path) const;
