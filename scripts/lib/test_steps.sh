@@ -20,7 +20,7 @@ windows-tests|the same tests, and those of the loaded module, as Windows program
 coverage|the Linux tests once more, counting lines and branches of the portable rooms|The lines listed above are not reached by any test.
 run-native|the whole road on Linux: ./run --native|Run it by hand: ./run --native
 run|the whole road in Wine: ./run|Run it by hand: ./run
-help|what users read and run first: the help file, the reference, the manual, check-install|Run it by hand: cd tests/help && /usr/bin/python3 -m unittest
+help|what users read and run first: the help file, the reference, the manual, check-install, licences|Run it by hand: cd tests/help && /usr/bin/python3 -m unittest
 reproducible|two clones in different folders give the same module, bit for bit|Something of the folder or the time got into the file; compare the two with cmp -l.
 '
 
@@ -119,7 +119,9 @@ step_help() {
   build windows
   scripts/wine --setup
   QUORVANE_WINEPREFIX=$tree/build/help-prefix case_of user-papers unittests_in tests/help
-  case_of public-checks yamllint -s .github .yamllint
+  case_of public-checks yamllint -s .github .yamllint .clangd
+  case_of licence cmp LICENSE LICENSES/MIT.txt
+  case_of licences reuse lint
 }
 step_reproducible() {
   scripts/setup
