@@ -54,12 +54,11 @@ class ComPtr {
     return &pointer_;
   }
   /// Copies the pointer to a caller's out pointer, with a reference of its own.
-  void CopyTo(Interface** out) const {
-    if (pointer_ != nullptr) pointer_->AddRef();
-    *out = pointer_;
-  }
+  void CopyTo(Interface** out) const { *out = ComPtr(*this).Detach(); }
 
  private:
+  [[nodiscard]] Interface* Detach() { return std::exchange(pointer_, nullptr); }
+
   Interface* pointer_ = nullptr;
 };
 

@@ -45,6 +45,7 @@ class Enumerator final : public EnumInterface {
   HRESULT STDMETHODCALLTYPE Next(ULONG wanted, Raw* out, ULONG* fetched) override {
     if (fetched != nullptr) *fetched = 0;
     if (out == nullptr || (fetched == nullptr && wanted != 1)) return E_POINTER;
+    const ComPtr<EnumInterface> alive(this);  // while the elements are counted by their owners
     ULONG count = 0;
     while (count < wanted && position_ < items_.size()) {
       items_[position_++].CopyTo(&out[count]);
@@ -65,6 +66,7 @@ class Enumerator final : public EnumInterface {
   HRESULT STDMETHODCALLTYPE Clone(EnumInterface** out) override {
     if (out == nullptr) return E_POINTER;
     *out = nullptr;
+    const ComPtr<EnumInterface> alive(this);
     return Guarded([&] {
       Create(items_, position_, out);
       return S_OK;

@@ -74,11 +74,21 @@ HRESULT ConnectionPoint::Unadvise(DWORD cookie) {
   return S_OK;
 }
 
+std::vector<Connection> ConnectionPoint::Connections() const {
+  std::vector<Connection> copy;
+  for (std::size_t i = 0; i < connections_.size(); ++i) {
+    const DWORD cookie = connections_[i].cookie;
+    copy.push_back({ComPtr<IUnknown>(connections_[i].sink.Get()), cookie});
+  }
+  return copy;
+}
+
 HRESULT ConnectionPoint::EnumConnections(IEnumConnections** out) {
   if (out == nullptr) return E_POINTER;
   *out = nullptr;
+  const ComPtr<IUnknown> alive(this);
   return Guarded([&] {
-    ConnectionEnumerator::Create(connections_, 0, out);
+    ConnectionEnumerator::Create(Connections(), 0, out);
     return S_OK;
   });
 }

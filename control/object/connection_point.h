@@ -28,8 +28,8 @@ class ConnectionPoint final : public IConnectionPoint {
   ConnectionPoint& operator=(const ConnectionPoint&) = delete;
 
   [[nodiscard]] const GUID& Id() const { return id_; }
-  /// A counted copy: sinks may come and go while their list is walked.
-  [[nodiscard]] std::vector<Connection> Connections() const { return connections_; }
+  /// A counted copy: sinks may come and go while their list is walked, and while it is copied.
+  [[nodiscard]] std::vector<Connection> Connections() const;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) override;
   ULONG STDMETHODCALLTYPE AddRef() override { return container_.AddRef(); }

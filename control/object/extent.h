@@ -16,8 +16,6 @@ class Extent {
   [[nodiscard]] SIZEL Units() const { return size_; }
   /// In pixels of the screen; 28 by 28 at 96 dots per inch.
   [[nodiscard]] SIZE Pixels() const;
-  /// Whether a size asked for is ours but for a container's rounding, half a pixel either way.
-  [[nodiscard]] bool IsNearly(const SIZEL& asked) const;
 
  private:
   [[nodiscard]] static LONG UnitsOf(float twips);

@@ -19,6 +19,15 @@ RECT PlaceInSite(IOleInPlaceSite& site, const RECT* verb_place) {
   return verb_place != nullptr ? *verb_place : RECT{};
 }
 
+// By the form of the notice that the site was entered by, or else by the plain one.
+void TakeLeave(IOleInPlaceSite& site, bool entered_by_ex) {
+  if (entered_by_ex) {
+    const auto extended = Query<IOleInPlaceSiteEx>(&site);
+    if (extended && SUCCEEDED(extended->OnInPlaceDeactivateEx(FALSE))) return;
+  }
+  site.OnInPlaceDeactivate();
+}
+
 HWND ParentInSite(IOleInPlaceSite& site, HWND verb_parent) {
   HWND parent = nullptr;
   return SUCCEEDED(site.GetWindow(&parent)) && parent != nullptr ? parent : verb_parent;
@@ -36,50 +45,54 @@ RECT InPlaceFace::Locked(const RECT& where) const {
   return {where.left, where.top, where.left + size.cx, where.top + size.cy};
 }
 
-// Some sites know only the extended form of the notice and refuse the plain one.
-HRESULT InPlaceFace::EnterSite(IOleClientSite* site) {
+// Some sites know only the extended form of the notice and refuse the plain one. The control counts
+// as active from before the notice, at which a container may show it, or send it away again.
+void InPlaceFace::EnterSite(IOleClientSite* site) {
   const auto extended = Query<IOleInPlaceSiteEx>(site);
   const auto plain =
       extended ? ComPtr<IOleInPlaceSite>(extended.Get()) : Query<IOleInPlaceSite>(site);
-  if (!plain || plain->CanInPlaceActivate() != S_OK) return OLE_E_NOT_INPLACEACTIVE;
+  if (!plain || plain->CanInPlaceActivate() != S_OK) return;
+  if (site_ || is_leaving_) return;  // changed by one of the questions
+  site_ = plain;
+  entered_by_ex_ = static_cast<bool>(extended);
   BOOL no_redraw = FALSE;
   const HRESULT result =
       extended ? extended->OnInPlaceActivateEx(&no_redraw, 0) : plain->OnInPlaceActivate();
-  if (FAILED(result)) return OLE_E_NOT_INPLACEACTIVE;
-  site_ = plain;
-  entered_by_ex_ = static_cast<bool>(extended);
-  return S_OK;
+  if (SUCCEEDED(result) || site_.Get() != plain.Get()) return;
+  site_.Reset();  // refused, so there is nothing to take leave of
+  window_.Destroy();
+}
+
+void InPlaceFace::ShowWindowInSite(HWND parent, const RECT* where) {
+  const ComPtr<IOleInPlaceSite> entered = site_;
+  const HWND parent_window = ParentInSite(*entered.Get(), parent);
+  const RECT place = PlaceInSite(*entered.Get(), where);
+  if (site_.Get() != entered.Get()) return;  // left again meanwhile
+  if (window_.Handle() != nullptr) return;   // shown meanwhile
+  window_.Create(parent_window, Locked(place));
+  if (window_.Handle() == nullptr && site_.Get() == entered.Get()) Deactivate();
 }
 
 HRESULT InPlaceFace::Activate(IOleClientSite* site, HWND parent, const RECT* where) {
   const auto alive = KeepAlive();
-  if (!site_) {
-    if (const HRESULT result = EnterSite(site); FAILED(result)) return result;
-  }
-  if (window_.Handle() != nullptr) {
+  if (!site_ && !is_leaving_) EnterSite(site);
+  if (site_ && window_.Handle() != nullptr)
     window_.Show(true);
-    return S_OK;
-  }
-  const ComPtr<IOleInPlaceSite> entered = site_;
-  const HWND parent_window = ParentInSite(*entered.Get(), parent);
-  const RECT place = PlaceInSite(*entered.Get(), where);
-  if (site_.Get() != entered.Get()) return OLE_E_NOT_INPLACEACTIVE;  // left again meanwhile
-  if (window_.Handle() == nullptr && !window_.Create(parent_window, Locked(place))) {
-    Deactivate();
-    return OLE_E_NOT_INPLACEACTIVE;
-  }
-  return S_OK;
+  else if (site_)
+    ShowWindowInSite(parent, where);
+  return window_.Handle() != nullptr ? S_OK : OLE_E_NOT_INPLACEACTIVE;
 }
 
+// What is to be left is taken off first. No call below can make the control active anew, so that
+// none of the site is left when this returns: some containers destroy their site next.
 void InPlaceFace::Deactivate() {
-  const ComPtr<IOleInPlaceSite> left = std::exchange(site_, {});
+  if (is_leaving_) return;
+  is_leaving_ = true;
+  ComPtr<IOleInPlaceSite> left = std::exchange(site_, {});
   window_.Destroy();
-  if (!left) return;
-  if (std::exchange(entered_by_ex_, false)) {
-    const auto extended = Query<IOleInPlaceSiteEx>(left.Get());
-    if (extended && SUCCEEDED(extended->OnInPlaceDeactivateEx(FALSE))) return;
-  }
-  left->OnInPlaceDeactivate();
+  if (left) TakeLeave(*left.Get(), entered_by_ex_);
+  left.Reset();
+  is_leaving_ = false;
 }
 
 HRESULT InPlaceFace::GetWindow(HWND* out) {
@@ -100,9 +113,9 @@ HRESULT InPlaceFace::UIDeactivate() { return S_OK; }
 
 HRESULT InPlaceFace::SetObjectRects(const RECT* where, const RECT* clip) {
   if (where == nullptr) return E_POINTER;
-  if (window_.Handle() == nullptr) return S_OK;
   const auto alive = KeepAlive();
   logic_.Resize();
+  if (window_.Handle() == nullptr) return S_OK;
   const RECT locked = Locked(*where);
   window_.Place(locked, clip);
   if (::EqualRect(&locked, where) != FALSE || is_telling_site_ || !site_) return S_OK;

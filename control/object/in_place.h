@@ -10,7 +10,11 @@ namespace quorvane::server {
 /// In-place activation: the window on the container's form. There is no user interface beyond it,
 /// so every verb that shows the control ends in the same state.
 ///
-/// A container calls back from each of its calls, and may deactivate or release the control there.
+/// A container calls back from each of its calls, and may deactivate, activate or release the
+/// control there; so does the owner of the parent window, which hears of the control's window.
+/// After each such call the state is looked at again. What may have changed meanwhile: whether the
+/// control is in a site and in which; whether there is a window and which; the size and place asked
+/// for. The object itself is held by whoever calls Activate() or Deactivate().
 class InPlaceFace final : public Face<IOleInPlaceObject, IOleInPlaceActiveObject> {
  public:
   InPlaceFace(IUnknown* outer, SecurityCtrl& logic, const Extent& extent)
@@ -20,7 +24,8 @@ class InPlaceFace final : public Face<IOleInPlaceObject, IOleInPlaceActiveObject
 
   /// Activates the control in the site, or shows the window again when it is active. `parent` and
   /// `where` are the verb's; they serve where the site does not tell its own and may be null.
-  /// OLE_E_NOT_INPLACEACTIVE when the site is null or will not have it, or no window can be made.
+  /// OLE_E_NOT_INPLACEACTIVE when the site is null or will not have it, when no window can be made,
+  /// when the control was deactivated meanwhile, and while it is being deactivated.
   [[nodiscard]] HRESULT Activate(IOleClientSite* site, HWND parent, const RECT* where);
   /// Back to the inactive state; the site hears of it, once. May be repeated.
   void Deactivate();
@@ -48,7 +53,8 @@ class InPlaceFace final : public Face<IOleInPlaceObject, IOleInPlaceActiveObject
   HRESULT STDMETHODCALLTYPE EnableModeless(BOOL enable) override;
 
  private:
-  [[nodiscard]] HRESULT EnterSite(IOleClientSite* site);
+  void EnterSite(IOleClientSite* site);
+  void ShowWindowInSite(HWND parent, const RECT* where);
   [[nodiscard]] RECT Locked(const RECT& where) const;
 
   SecurityCtrl& logic_;
@@ -56,6 +62,7 @@ class InPlaceFace final : public Face<IOleInPlaceObject, IOleInPlaceActiveObject
   ComPtr<IOleInPlaceSite> site_;  // while active
   bool entered_by_ex_ = false;
   bool is_telling_site_ = false;
+  bool is_leaving_ = false;
   ControlWindow window_;
 };
 

@@ -69,12 +69,12 @@ HRESULT OleObjectFace::EnumVerbs(IEnumOLEVERB** out) {
 }
 
 // Kept: any request runs Resize and the size stays locked, at design time and at run time
-// alike. Pinned by Extent.AcceptsWhatRoundsToItsOwnSizeAndRefusesTheRest.
+// alike. Pinned by Extent.StaysLockedWhateverARequestSays.
 HRESULT OleObjectFace::SetExtent(DWORD aspect, SIZEL* asked) {
   if (asked == nullptr) return E_POINTER;
   if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
   logic_.Resize();
-  return extent_.IsNearly(*asked) ? S_OK : E_FAIL;
+  return S_OK;
 }
 
 HRESULT OleObjectFace::GetExtent(DWORD aspect, SIZEL* out) {
@@ -115,6 +115,7 @@ HRESULT OleObjectFace::IsUpToDate() { return S_OK; }
 HRESULT OleObjectFace::Advise(IAdviseSink* sink, DWORD* cookie) {
   if (cookie == nullptr) return E_POINTER;
   *cookie = 0;
+  const auto alive = KeepAlive();
   if (!advise_holder_) {
     const HRESULT result = ::CreateOleAdviseHolder(advise_holder_.Receive());
     if (FAILED(result)) return result;
@@ -130,6 +131,7 @@ HRESULT OleObjectFace::Unadvise(DWORD cookie) {
 HRESULT OleObjectFace::EnumAdvise(IEnumSTATDATA** out) {
   if (out == nullptr) return E_POINTER;
   *out = nullptr;
+  const auto alive = KeepAlive();
   return advise_holder_ ? advise_holder_->EnumAdvise(out) : S_OK;
 }
 

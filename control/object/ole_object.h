@@ -42,7 +42,7 @@ class OleObjectFace final : public Face<IOleObject> {
   HRESULT STDMETHODCALLTYPE EnumVerbs(IEnumOLEVERB** out) override;
 
   // IOleObject: the size. The extent is the locked one, whatever a container asks for; SetExtent
-  // tells a request for another size by E_FAIL.
+  // succeeds all the same, since some containers give up at a refusal.
   HRESULT STDMETHODCALLTYPE SetExtent(DWORD aspect, SIZEL* asked) override;
   HRESULT STDMETHODCALLTYPE GetExtent(DWORD aspect, SIZEL* out) override;
 

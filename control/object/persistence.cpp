@@ -1,6 +1,7 @@
 #include "control/object/persistence.h"
 
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "control/automation/error_to_hresult.h"
@@ -33,10 +34,12 @@ HRESULT PersistenceFace::InitNew() {
 
 // Kept: a further Load works, after InitNew too; a container that loads twice would notice a
 // refusal. Pinned by BagLoad.MayBeRepeated.
+//
+// Clean from before the bag is read: a container may put a property from within its bag.
 void PersistenceFace::LoadFrom(PropertyBag& bag) {
+  is_dirty_ = false;
   logic_.ReadProperties(bag);
   was_loaded_ = true;
-  is_dirty_ = false;
 }
 
 StreamBag PersistenceFace::WrittenBag() {
@@ -70,8 +73,10 @@ HRESULT PersistenceFace::Save(IStream* stream, BOOL clear_dirty) {
   if (stream == nullptr) return E_POINTER;
   const auto alive = KeepAlive();
   return Guarded([&] {
-    const HRESULT result = WriteWholly(*stream, WrittenBag().ToBytes());
-    if (SUCCEEDED(result) && clear_dirty != FALSE) is_dirty_ = false;
+    const auto bytes = WrittenBag().ToBytes();
+    const bool was_dirty = std::exchange(is_dirty_, false);
+    const HRESULT result = WriteWholly(*stream, bytes);
+    if (FAILED(result) || clear_dirty == FALSE) is_dirty_ |= was_dirty;
     return result;
   });
 }
@@ -100,8 +105,8 @@ HRESULT PersistenceFace::Save(IPropertyBag* bag, BOOL clear_dirty, BOOL /*save_a
   if (bag == nullptr) return E_POINTER;
   const auto alive = KeepAlive();
   ContainerBag container_bag(*bag, nullptr);
-  logic_.WriteProperties(container_bag);
   if (clear_dirty != FALSE) is_dirty_ = false;
+  logic_.WriteProperties(container_bag);
   return S_OK;
 }
 

@@ -11,8 +11,10 @@ namespace quorvane::server {
 /// call, while a stream that fails is.
 ///
 /// A control is clean after InitNew and after Load; only a put makes it dirty, and a save clears
-/// that when asked to. The mark is the control's own although the settings are the thread's: a put
-/// through another control on the thread leaves this one clean.
+/// that when asked to. Streams and bags are the container's, and every call of theirs lets it run:
+/// it may put, load or save there. A put from within leaves the control dirty, since what was saved
+/// or loaded may lack it. The mark is the control's own although the settings are the thread's: a
+/// put through another control on the thread leaves this one clean.
 class PersistenceFace final : public Face<IPersistStreamInit, IPersistPropertyBag> {
  public:
   PersistenceFace(IUnknown* outer, SecurityCtrl& logic) : Face(outer), logic_(logic) {}

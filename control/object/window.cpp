@@ -1,5 +1,8 @@
 #include "control/object/window.h"
 
+#include <utility>
+
+#include "control/automation/module_lock.h"
 #include "control/object/picture.h"
 #include "platform/windows/module_file.h"
 
@@ -43,9 +46,18 @@ void Paint(HWND handle) {
 
 }  // namespace
 
+// The window's user data is its ControlWindow, from the first message on, since the parent hears of
+// the window before the call that makes it returns; null once the ControlWindow has let go of it.
 LRESULT CALLBACK ControlWindow::OnMessage(HWND handle, UINT message, WPARAM first, LPARAM second) {
-  auto* const window = reinterpret_cast<ControlWindow*>(::GetWindowLongW(handle, GWL_USERDATA));
   switch (message) {
+    case WM_NCCREATE: {
+      auto* const window =
+          static_cast<ControlWindow*>(reinterpret_cast<CREATESTRUCTW*>(second)->lpCreateParams);
+      ::SetWindowLongW(handle, GWL_USERDATA, reinterpret_cast<LONG>(window));
+      window->handle_ = handle;
+      LockModule();
+      return ::DefWindowProcW(handle, message, first, second);
+    }
     case WM_ERASEBKGND:
       return 1;  // the picture fills it
     case WM_PAINT:
@@ -60,10 +72,9 @@ LRESULT CALLBACK ControlWindow::OnMessage(HWND handle, UINT message, WPARAM firs
     case WM_NCDESTROY: {
       // Whoever destroyed it: from here on there is none.
       const LRESULT result = ::DefWindowProcW(handle, message, first, second);
-      if (window != nullptr) {
-        window->handle_ = nullptr;
-        window->lock_.reset();
-      }
+      auto* const window = reinterpret_cast<ControlWindow*>(::GetWindowLongW(handle, GWL_USERDATA));
+      if (window != nullptr && window->handle_ == handle) window->handle_ = nullptr;
+      UnlockModule();
       return result;
     }
     default:
@@ -71,22 +82,20 @@ LRESULT CALLBACK ControlWindow::OnMessage(HWND handle, UINT message, WPARAM firs
   }
 }
 
-bool ControlWindow::Create(HWND parent, const RECT& where) {
-  if (!HaveClass(OnMessage)) return false;
-  lock_.emplace();
-  handle_ = ::CreateWindowExW(0, kClassName, L"", WS_CHILD | WS_CLIPSIBLINGS | WS_VISIBLE,
-                              where.left, where.top, where.right - where.left,
-                              where.bottom - where.top, parent, nullptr, ModuleInstance(), nullptr);
-  if (handle_ == nullptr) {
-    lock_.reset();
-    return false;
-  }
-  ::SetWindowLongW(handle_, GWL_USERDATA, reinterpret_cast<LONG>(this));
-  return true;
+void ControlWindow::Create(HWND parent, const RECT& where) {
+  if (!HaveClass(OnMessage)) return;
+  // The handle comes with the first message, and what comes back here may be gone already.
+  ::CreateWindowExW(0, kClassName, L"", WS_CHILD | WS_CLIPSIBLINGS | WS_VISIBLE, where.left,
+                    where.top, where.right - where.left, where.bottom - where.top, parent, nullptr,
+                    ModuleInstance(), this);
 }
 
+// Let go of first: its last messages let the host run, and another thread's window does not end.
 void ControlWindow::Destroy() {
-  if (handle_ != nullptr) ::DestroyWindow(handle_);
+  const HWND destroyed = std::exchange(handle_, nullptr);
+  if (destroyed == nullptr) return;
+  ::SetWindowLongW(destroyed, GWL_USERDATA, 0);
+  ::DestroyWindow(destroyed);
 }
 
 void ControlWindow::Show(bool visible) {
@@ -94,7 +103,8 @@ void ControlWindow::Show(bool visible) {
 }
 
 void ControlWindow::Place(const RECT& where, const RECT* clip) {
-  if (handle_ == nullptr) return;
+  const HWND placed = handle_;
+  if (placed == nullptr) return;
   RECT shown = where;
   if (clip != nullptr) ::IntersectRect(&shown, &where, clip);
   // A region in the window's own coordinates, owned by the window from here on; none shows all.
@@ -103,8 +113,9 @@ void ControlWindow::Place(const RECT& where, const RECT* clip) {
                           ? nullptr
                           : ::CreateRectRgn(shown.left - where.left, shown.top - where.top,
                                             shown.right - where.left, shown.bottom - where.top);
-  if (::SetWindowRgn(handle_, region, TRUE) == 0 && region != nullptr) ::DeleteObject(region);
-  ::SetWindowPos(handle_, nullptr, where.left, where.top, where.right - where.left,
+  if (::SetWindowRgn(placed, region, TRUE) == 0 && region != nullptr) ::DeleteObject(region);
+  if (handle_ != placed) return;  // destroyed at one of the messages
+  ::SetWindowPos(placed, nullptr, where.left, where.top, where.right - where.left,
                  where.bottom - where.top, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 

@@ -1,14 +1,15 @@
 #pragma once
 
-#include <optional>
-
 #include "control/automation/com.h"
-#include "control/automation/module_lock.h"
 
 namespace quorvane::server {
 
 /// The child window that shows the picture while the control is in-place active. Hosts put their
 /// own procedure on top of it, give it another parent or destroy it; all of that is borne.
+///
+/// Every operation that changes a window sends messages, to the window and to its parent, and so
+/// lets the host run: when it returns, the host may have called any other of these operations.
+/// Handle() then tells what holds. A window keeps the module in memory as long as it lives itself.
 class ControlWindow {
  public:
   ControlWindow() = default;
@@ -16,11 +17,12 @@ class ControlWindow {
   ControlWindow& operator=(const ControlWindow&) = delete;
   ~ControlWindow() { Destroy(); }
 
-  /// Makes the window, visible; false when the system cannot. There must be none yet.
-  [[nodiscard]] bool Create(HWND parent, const RECT& where);
+  /// Makes the window, visible. There must be none yet. Handle() stays null when the system cannot,
+  /// and is null again when the host destroyed the window at the news of it.
+  void Create(HWND parent, const RECT& where);
   /// May be repeated.
   void Destroy();
-  /// Null when there is none, or no longer.
+  /// Null when there is none, or no longer; known from the window's first message on.
   [[nodiscard]] HWND Handle() const { return handle_; }
 
   void Show(bool visible);
@@ -32,7 +34,6 @@ class ControlWindow {
   static LRESULT CALLBACK OnMessage(HWND handle, UINT message, WPARAM first, LPARAM second);
 
   HWND handle_ = nullptr;
-  std::optional<ModuleLock> lock_;  // while the window lives
 };
 
 }  // namespace quorvane::server

@@ -260,6 +260,22 @@ TEST(Dirtiness, FollowsPutsLoadsAndSavesOfThisControl) {
   });
 }
 
+TEST(Dirtiness, StaysWhereTheContainerPutsFromWithinItsBag) {
+  WithControl([](auto& control, auto& persistence) {
+    const auto stream = control.template As<IPersistStreamInit>();
+    FakeBag bag;
+    FillBag(bag);
+    bag.on_call = [&control] { EXPECT_EQ(control->put_ServerPort(9), S_OK); };
+    EXPECT_EQ(persistence->Load(&bag, nullptr), S_OK);
+    EXPECT_EQ(stream->IsDirty(), S_OK);
+    EXPECT_EQ(persistence->Save(&bag, TRUE, FALSE), S_OK);
+    EXPECT_EQ(stream->IsDirty(), S_OK);
+    bag.on_call = nullptr;
+    EXPECT_EQ(persistence->Save(&bag, TRUE, FALSE), S_OK);
+    EXPECT_EQ(stream->IsDirty(), S_FALSE);
+  });
+}
+
 TEST(Dirtiness, IsOfTheControlThatWasPutNotOfTheThread) {
   OnApartmentThread([] {
     const Module module;

@@ -1,6 +1,9 @@
 // Proves in-place activation: the order of calls on the site, the window at its locked size, and
 // every way back.
 
+#include <functional>
+#include <utility>
+
 #include "tests/support/component/fake_site.h"
 #include "tests/support/component/host_window.h"
 #include "tests/support/component/module_under_test.h"
@@ -210,6 +213,187 @@ TEST(Verbs, RefuseWhatTheControlDoesNotDo) {
     EXPECT_EQ(do_verb(OLEIVERB_OPEN, &site.rectangle), E_NOTIMPL);
     EXPECT_EQ(do_verb(OLEIVERB_PROPERTIES, &site.rectangle), E_NOTIMPL);
     EXPECT_EQ(do_verb(57, &site.rectangle), OLEOBJ_S_INVALIDVERB);
+  });
+}
+
+// Lets the owner of a window answer the news of its children: WM_CREATE, WM_DESTROY.
+class ParentNotices {
+ public:
+  ParentNotices(HWND parent, std::function<void(UINT)> answer) : parent_(parent) {
+    on_notice = std::move(answer);
+    below = reinterpret_cast<WNDPROC>(
+        ::SetWindowLongW(parent, GWL_WNDPROC, reinterpret_cast<LONG>(OnMessage)));
+  }
+  ParentNotices(const ParentNotices&) = delete;
+  ParentNotices& operator=(const ParentNotices&) = delete;
+  ~ParentNotices() { ::SetWindowLongW(parent_, GWL_WNDPROC, reinterpret_cast<LONG>(below)); }
+
+ private:
+  static LRESULT CALLBACK OnMessage(HWND handle, UINT message, WPARAM first, LPARAM second) {
+    if (message == WM_PARENTNOTIFY) on_notice(LOWORD(first));
+    return ::CallWindowProcW(below, handle, message, first, second);
+  }
+  inline static std::function<void(UINT)> on_notice;
+  inline static WNDPROC below = nullptr;
+  HWND parent_;
+};
+
+int ChildrenOf(HWND parent) {
+  int count = 0;
+  for (HWND child = ::GetWindow(parent, GW_CHILD); child != nullptr;
+       child = ::GetWindow(child, GW_HWNDNEXT)) {
+    ++count;
+  }
+  return count;
+}
+
+TEST(ReEntrance, ShowingTheControlAtTheNewsOfItsWindowMakesNoSecondOne) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto& host, auto& site, auto&, auto& in_place, auto do_verb) {
+    HWND seen = nullptr;
+    const ParentNotices notices(host.Get(), [&](UINT news) {
+      if (news != WM_CREATE) return;
+      EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), S_OK);
+      seen = WindowOf(in_place);
+    });
+    EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), S_OK);
+    EXPECT_EQ(ChildrenOf(host.Get()), 1);
+    EXPECT_EQ(seen, WindowOf(in_place)) << "known from its first message on";
+    EXPECT_EQ(site.Times("OnInPlaceActivateEx"), 1);
+    EXPECT_EQ(in_place->InPlaceDeactivate(), S_OK);
+    EXPECT_EQ(ChildrenOf(host.Get()), 0);
+  });
+}
+
+TEST(ReEntrance, DeactivatingAtTheNewsOfTheWindowLeavesNone) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto& host, auto& site, auto&, auto& in_place, auto do_verb) {
+    const ParentNotices notices(host.Get(), [&](UINT news) {
+      if (news == WM_CREATE) {
+        EXPECT_EQ(in_place->InPlaceDeactivate(), S_OK);
+      }
+    });
+    EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), OLE_E_NOT_INPLACEACTIVE);
+    EXPECT_EQ(WindowOf(in_place), nullptr);
+    EXPECT_EQ(ChildrenOf(host.Get()), 0);
+    EXPECT_EQ(site.Times("OnInPlaceDeactivateEx"), 1);
+    EXPECT_FALSE(site.WasTold("ShowObject"));
+  });
+}
+
+TEST(ReEntrance, DestroyingTheWindowAtItsNewsIsAFailedActivation) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto& host, auto& site, auto&, auto& in_place, auto do_verb) {
+    const ParentNotices notices(host.Get(), [&](UINT news) {
+      if (news == WM_CREATE) ::DestroyWindow(WindowOf(in_place));
+    });
+    EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), OLE_E_NOT_INPLACEACTIVE);
+    EXPECT_EQ(ChildrenOf(host.Get()), 0);
+    EXPECT_EQ(site.Times("OnInPlaceDeactivateEx"), 1) << "the site is left again";
+  });
+}
+
+TEST(ReEntrance, TheWindowsEndIsNoMomentToShowTheControlAgain) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto& host, auto& site, auto&, auto& in_place, auto do_verb) {
+    EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), S_OK);
+    const ParentNotices notices(host.Get(), [&](UINT news) {
+      if (news == WM_DESTROY) {
+        EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), OLE_E_NOT_INPLACEACTIVE);
+      }
+    });
+    EXPECT_EQ(in_place->InPlaceDeactivate(), S_OK);
+    EXPECT_EQ(WindowOf(in_place), nullptr);
+    EXPECT_EQ(site.Times("OnInPlaceActivateEx"), 1);
+    EXPECT_EQ(site.Times("OnInPlaceDeactivateEx"), 1);
+  });
+}
+
+TEST(ReEntrance, AnyCallOfTheSiteMayShowTheControlOnce) {
+  for (const char* call :
+       {"CanInPlaceActivate", "OnInPlaceActivateEx", "GetWindow", "GetWindowContext"}) {
+    OnStage(Offers::kInPlaceSiteEx,
+            [&](auto& host, auto& site, auto&, auto& in_place, auto do_verb) {
+              site.on_call = [&](const std::string& now) {
+                if (now != call) return;
+                site.on_call = nullptr;
+                EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), S_OK) << call;
+              };
+              EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), S_OK) << call;
+              EXPECT_EQ(ChildrenOf(host.Get()), 1) << call;
+              EXPECT_EQ(site.Times("OnInPlaceActivateEx"), 1) << call;
+              EXPECT_EQ(in_place->InPlaceDeactivate(), S_OK);
+              EXPECT_EQ(ChildrenOf(host.Get()), 0) << call;
+              EXPECT_EQ(site.Times("OnInPlaceDeactivateEx"), 1) << call;
+            });
+  }
+}
+
+TEST(ReEntrance, AnyCallOfTheSiteMayDeactivateTheControl) {
+  for (const char* call : {"OnInPlaceActivateEx", "GetWindow", "GetWindowContext"}) {
+    OnStage(Offers::kInPlaceSiteEx,
+            [&](auto& host, auto& site, auto&, auto& in_place, auto do_verb) {
+              site.on_call = [&](const std::string& now) {
+                if (now == call) {
+                  EXPECT_EQ(in_place->InPlaceDeactivate(), S_OK) << call;
+                }
+              };
+              EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), OLE_E_NOT_INPLACEACTIVE) << call;
+              EXPECT_EQ(ChildrenOf(host.Get()), 0) << call;
+              EXPECT_EQ(site.Times("OnInPlaceDeactivateEx"), 1) << call;
+            });
+  }
+}
+
+TEST(ReEntrance, ASiteThatRefusesAfterItShowedTheControlKeepsNoWindow) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto& host, auto& site, auto&, auto&, auto do_verb) {
+    site.failing_call = "OnInPlaceActivateEx";
+    site.on_call = [&](const std::string& now) {
+      if (now == "OnInPlaceActivateEx") {
+        EXPECT_EQ(do_verb(OLEIVERB_SHOW, nullptr), S_OK);
+      }
+    };
+    EXPECT_EQ(do_verb(OLEIVERB_SHOW, nullptr), OLE_E_NOT_INPLACEACTIVE);
+    EXPECT_EQ(ChildrenOf(host.Get()), 0);
+    EXPECT_FALSE(site.WasTold("OnInPlaceDeactivateEx")) << "it was never entered";
+  });
+}
+
+// A host that gives back its last reference in each of the calls that it gets.
+TEST(ReEntrance, TheLastReferenceMayGoInAnyCallback) {
+  for (const char* call : {"CanInPlaceActivate", "OnInPlaceActivateEx", "GetWindow",
+                           "GetWindowContext", "ShowObject", "WM_PARENTNOTIFY"}) {
+    OnApartmentThread([&] {
+      const Module module;
+      HostWindow host;
+      FakeSite site(Offers::kInPlaceSiteEx, host.Get());
+      IOleObject* object = nullptr;
+      EXPECT_EQ(
+          module.CreateControl()->QueryInterface(IID_IOleObject, reinterpret_cast<void**>(&object)),
+          S_OK);
+      EXPECT_EQ(object->SetClientSite(site.Site()), S_OK);
+      bool is_released = false;
+      const auto release = [&](const std::string& now) {
+        if (now == call && !std::exchange(is_released, true)) object->Release();
+      };
+      site.on_call = release;
+      {
+        const ParentNotices notices(host.Get(), [&](UINT) { release("WM_PARENTNOTIFY"); });
+        (void)object->DoVerb(OLEIVERB_SHOW, nullptr, nullptr, 0, host.Get(), nullptr);
+      }
+      EXPECT_TRUE(is_released) << call;
+      EXPECT_EQ(ChildrenOf(host.Get()), 0) << call;
+      EXPECT_EQ(site.References(), 1U) << call;
+      EXPECT_EQ(module.CanUnloadNow(), S_OK) << call;
+    });
+  }
+}
+
+TEST(SetObjectRects, MayFindItsWindowDestroyedAtTheFirstMessage) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto& host, auto& site, auto&, auto& in_place, auto do_verb) {
+    EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), S_OK);
+    site.on_pos_rect_change = [&](const RECT&) { EXPECT_EQ(in_place->InPlaceDeactivate(), S_OK); };
+    const RECT wide{50, 60, 250, 260};
+    EXPECT_EQ(in_place->SetObjectRects(&wide, nullptr), S_OK);
+    EXPECT_EQ(ChildrenOf(host.Get()), 0);
+    EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), S_OK) << "and can be shown again";
+    site.on_pos_rect_change = nullptr;
   });
 }
 

@@ -99,6 +99,22 @@ TEST(StreamSave, FailsWithTheStreamAndStaysDirty) {
   });
 }
 
+// What was put after the bytes were made is in no saved form.
+TEST(StreamSave, LeavesTheControlDirtyAfterAPutFromWithin) {
+  WithControl([](auto& control, auto& persistence) {
+    PutValues(control, kOthers);
+    FakeStream stream;
+    stream.on_call = [&] { EXPECT_EQ(control->put_ServerPort(9), S_OK); };
+    EXPECT_EQ(persistence->Save(&stream, TRUE), S_OK);
+    EXPECT_EQ(persistence->IsDirty(), S_OK);
+    stream.on_call = nullptr;
+    EXPECT_EQ(persistence->Save(&stream, FALSE), S_OK);
+    EXPECT_EQ(persistence->IsDirty(), S_OK) << "saved without clearing";
+    EXPECT_EQ(persistence->Save(&stream, TRUE), S_OK);
+    EXPECT_EQ(persistence->IsDirty(), S_FALSE);
+  });
+}
+
 TEST(StreamLoad, StopsExactlyBehindItsOwnData) {
   ByteVector bytes = Saved(kOthers);
   const std::size_t own = bytes.size();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -27,6 +28,7 @@ class FakeBag final : public FakeUnknown<IPropertyBag> {
       : missing_(missing), hint_(hint) {}
 
   HRESULT STDMETHODCALLTYPE Read(LPCOLESTR name, VARIANT* value, IErrorLog*) override {
+    if (on_call) on_call();
     reads.emplace_back(name);
     hints.push_back(value->vt);
     if (++calls_ == failing_call) return failure;
@@ -39,6 +41,7 @@ class FakeBag final : public FakeUnknown<IPropertyBag> {
   }
 
   HRESULT STDMETHODCALLTYPE Write(LPCOLESTR name, VARIANT* value) override {
+    if (on_call) on_call();
     if (++calls_ == failing_call) return failure;
     ::VariantCopy(entries[name].Get(), value);
     return S_OK;
@@ -49,6 +52,7 @@ class FakeBag final : public FakeUnknown<IPropertyBag> {
   std::vector<VARTYPE> hints;
   int failing_call = 0;  ///< counted from 1; 0 for none
   HRESULT failure = E_FAIL;
+  std::function<void()> on_call;  ///< what it does first at each Read and Write
 
  private:
   void* Find(REFIID id) override {

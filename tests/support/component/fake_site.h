@@ -105,10 +105,12 @@ class FakeSite final : public FakeUnknown<IOleClientSite, IOleInPlaceSiteEx, IOl
   bool no_redraw_pointer_given = false;
   std::vector<RECT> asked_rectangles;
   std::function<void(const RECT&)> on_pos_rect_change;
+  std::function<void(const std::string&)> on_call;  ///< what it does at each call, by name
 
  private:
   HRESULT Note(const std::string& call) {
     log.push_back(call);
+    if (const auto now = on_call) now(call);
     return call == failing_call ? failure : S_OK;
   }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <vector>
 
 #include "tests/support/component/unknown_base.h"
@@ -14,6 +15,7 @@ class FakeStream final : public FakeUnknown<IStream> {
   explicit FakeStream(std::vector<unsigned char> bytes = {}) : content(std::move(bytes)) {}
 
   HRESULT STDMETHODCALLTYPE Read(void* target, ULONG count, ULONG* read) override {
+    if (on_call) on_call();
     if (++calls_ == failing_call) return failure;
     const ULONG left = static_cast<ULONG>(content.size() - position);
     const ULONG n = std::min({count, left, largest_piece});
@@ -25,6 +27,7 @@ class FakeStream final : public FakeUnknown<IStream> {
   }
 
   HRESULT STDMETHODCALLTYPE Write(const void* source, ULONG count, ULONG* written) override {
+    if (on_call) on_call();
     if (++calls_ == failing_call) return failure;
     const ULONG n = std::min(count, largest_piece);
     const auto* bytes = static_cast<const unsigned char*>(source);
@@ -56,6 +59,7 @@ class FakeStream final : public FakeUnknown<IStream> {
   int failing_call = 0;  ///< counted from 1; 0 for none
   HRESULT failure = STG_E_ACCESSDENIED;
   int other_calls = 0;
+  std::function<void()> on_call;  ///< what it does first at each Read and Write
 
  private:
   void* Find(REFIID id) override {
