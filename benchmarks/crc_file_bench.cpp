@@ -101,7 +101,7 @@ void ReadOnly(benchmark::State& state, int size) {
 
 class SilentSite final : public ControlSite {
  public:
-  void PropertyChanged(const Text& /*name*/) override {}
+  void PropertyChanged(const identities::Property& /*property*/) override {}
   void SetHeight(float /*twips*/) override {}
   void SetWidth(float /*twips*/) override {}
 };

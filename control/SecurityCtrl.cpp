@@ -1,49 +1,43 @@
 #include "control/SecurityCtrl.h"
 
-#include <utility>
-
 #include "checksum/cBinaryFileStream.h"
 #include "checksum/cCRC32.h"
-#include "control/basGlobals.h"
 
 namespace quorvane {
 namespace {
 
 using basGlobals::connectionSettings;
-using basGlobals::ConnectionSettings;
+using settings::NewControl;
+using settings::Setting;
 
-// A setting as it is persisted: the name of its entry and the default that keeps the entry out of
-// the saved form.
-struct PersistedText {
-  const char16_t* name;
-  Text ConnectionSettings::*field;
-};
-
-constexpr std::int16_t kDefaultPort = 80;
-
-constexpr PersistedText kServerAddress{u"ServerAddress", &ConnectionSettings::ServerAddress};
-constexpr PersistedText kServerFile{u"ServerFile", &ConnectionSettings::ServerFile};
-constexpr PersistedText kProxyServer{u"ProxyServer", &ConnectionSettings::ProxyServer};
-// Kept: the entry is spelled "Username", unlike the member UserName; saved forms hold that
-// spelling. Pinned by SecurityCtrl.PersistsUserNameAsUsername.
-constexpr PersistedText kUserName{u"Username", &ConnectionSettings::UserName};
-// Kept: the password is stored, persisted and handed back as plain text; saved forms hold it so.
-// Pinned by SecurityCtrl.PersistsThePasswordAsPlainText.
-constexpr PersistedText kPassword{u"Password", &ConnectionSettings::Password};
-constexpr const char16_t* kServerPortName = u"ServerPort";
-constexpr const char16_t* kUseProxyName = u"UseProxy";
-
-void Read(PropertyBag& bag, const PersistedText& setting) {
-  connectionSettings().*setting.field = bag.ReadProperty(setting.name, Text(u"")).ToText();
+template <class Value>
+constexpr identities::ValueType TypeOf() {
+  if (std::is_same_v<Value, Text>) return identities::ValueType::kText;
+  if (std::is_same_v<Value, Boolean16>) return identities::ValueType::kBoolean;
+  return identities::ValueType::kInteger16;
 }
 
-void Write(PropertyBag& bag, const PersistedText& setting) {
-  bag.WriteProperty(setting.name, connectionSettings().*setting.field, Text(u""));
+template <class Value>
+constexpr bool IsRowOf(const identities::Property& property, const Setting<Value>& setting) {
+  return &setting.property == &property && property.type == TypeOf<Value>();
 }
 
-void Put(ControlSite& site, const PersistedText& setting, const Text& value) {
-  connectionSettings().*setting.field = value;
-  site.PropertyChanged(setting.name);
+// Each property has its row, in the same order and of its type.
+static_assert(std::apply(
+    [](const auto&... setting) {
+      std::size_t place = 0;
+      return sizeof...(setting) == identities::kProperties.size() &&
+             (IsRowOf(identities::kProperties[place++], setting) && ...);
+    },
+    settings::kAll));
+
+void Take(Text& field, const TaggedValue& stored) { field = stored.ToText(); }
+void Take(std::int16_t& field, const TaggedValue& stored) { field = stored.ToInteger16(); }
+void Take(Boolean16& field, const TaggedValue& stored) { field = stored.ToBoolean(); }
+
+template <class Value>
+Value DefaultOf(const Setting<Value>& setting) {
+  return setting.default_value;
 }
 
 // The handler that ends every event: the error is dropped and the event counts as a success.
@@ -64,39 +58,28 @@ void SecurityCtrl::Initialize() {}
 
 void SecurityCtrl::InitProperties() {
   DropErrors([] {
-    // Kept: ServerAddress, ServerPort and ServerFile stay as the thread holds them, so a new
-    // control on a fresh thread has the port 0 and not the 80 of a saved form, and a second one
-    // on a form goes on with the address of the first. Pinned by
-    // SecurityCtrl.InitPropertiesLeavesTheServerSettingsAlone.
-    ConnectionSettings& settings = connectionSettings();
-    settings.UseProxy = kFalse;
-    settings.ProxyServer = u"";
-    settings.UserName = u"";
-    settings.Password = u"";
+    settings::ForEach([](const auto& setting) {
+      if (setting.new_control == NewControl::kDefaultsIt)
+        connectionSettings().*setting.field = DefaultOf(setting);
+    });
   });
 }
 
 void SecurityCtrl::ReadProperties(PropertyBag& bag) {
   DropErrors([&bag] {
-    Read(bag, kServerAddress);
-    connectionSettings().ServerPort = bag.ReadProperty(kServerPortName, kDefaultPort).ToInteger16();
-    Read(bag, kServerFile);
-    connectionSettings().UseProxy = bag.ReadProperty(kUseProxyName, kFalse).ToBoolean();
-    Read(bag, kProxyServer);
-    Read(bag, kUserName);
-    Read(bag, kPassword);
+    settings::ForEach([&bag](const auto& setting) {
+      Take(connectionSettings().*setting.field,
+           bag.ReadProperty(setting.property.entry, DefaultOf(setting)));
+    });
   });
 }
 
 void SecurityCtrl::WriteProperties(PropertyBag& bag) {
   DropErrors([&bag] {
-    Write(bag, kServerAddress);
-    bag.WriteProperty(kServerPortName, connectionSettings().ServerPort, kDefaultPort);
-    Write(bag, kServerFile);
-    bag.WriteProperty(kUseProxyName, connectionSettings().UseProxy, kFalse);
-    Write(bag, kProxyServer);
-    Write(bag, kUserName);
-    Write(bag, kPassword);
+    settings::ForEach([&bag](const auto& setting) {
+      bag.WriteProperty(setting.property.entry, connectionSettings().*setting.field,
+                        DefaultOf(setting));
+    });
   });
 }
 
@@ -110,48 +93,6 @@ void SecurityCtrl::Resize() {
 // Kept: the record of settings stays as it is; the thread's other and later controls go on with it.
 // Pinned by SecurityCtrl.TerminateLeavesTheSettings.
 void SecurityCtrl::Terminate() {}
-
-Text SecurityCtrl::ServerAddress() const { return connectionSettings().ServerAddress; }
-
-void SecurityCtrl::PutServerAddress(const Text& str_New_ServerAddress) {
-  Put(site_, kServerAddress, str_New_ServerAddress);
-}
-
-std::int16_t SecurityCtrl::ServerPort() const { return connectionSettings().ServerPort; }
-
-void SecurityCtrl::PutServerPort(std::int16_t int_New_ServerPort) {
-  connectionSettings().ServerPort = int_New_ServerPort;
-  site_.PropertyChanged(kServerPortName);
-}
-
-Text SecurityCtrl::ServerFile() const { return connectionSettings().ServerFile; }
-
-void SecurityCtrl::PutServerFile(const Text& str_New_ServerFile) {
-  Put(site_, kServerFile, str_New_ServerFile);
-}
-
-Boolean16 SecurityCtrl::UseProxy() const { return connectionSettings().UseProxy; }
-
-void SecurityCtrl::PutUseProxy(Boolean16 bolUseProxy) {
-  // Kept: the 16 bits are stored as given, without making them -1 or 0, so a host that puts 1
-  // reads 1. Pinned by SecurityCtrl.UseProxyKeepsItsBitsUntilItIsLoadedAgain.
-  connectionSettings().UseProxy = bolUseProxy;
-  site_.PropertyChanged(kUseProxyName);
-}
-
-Text SecurityCtrl::ProxyServer() const { return connectionSettings().ProxyServer; }
-
-void SecurityCtrl::PutProxyServer(const Text& strProxyServer) {
-  Put(site_, kProxyServer, strProxyServer);
-}
-
-Text SecurityCtrl::UserName() const { return connectionSettings().UserName; }
-
-void SecurityCtrl::PutUserName(const Text& strUserName) { Put(site_, kUserName, strUserName); }
-
-Text SecurityCtrl::Password() const { return connectionSettings().Password; }
-
-void SecurityCtrl::PutPassword(const Text& strPassword) { Put(site_, kPassword, strPassword); }
 
 std::int32_t SecurityCtrl::GetCRCValue() {
   // Kept: the extension is a fixed literal and the backslash is added whatever the path ends in; a

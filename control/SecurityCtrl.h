@@ -1,13 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
+#include "control/basGlobals.h"
 #include "control/control_site.h"
+#include "control/settings.h"
 #include "platform/app.h"
 #include "platform/files.h"
 #include "platform/kernel32.h"
-#include "runtime/boolean16.h"
-#include "runtime/text.h"
 
 namespace quorvane {
 
@@ -40,38 +41,23 @@ class SecurityCtrl {
   /// The control ends. Nothing to do: the thread keeps the settings.
   void Terminate();
 
-  // The members of the interface _SecurityCtrl. A get cannot fail. A put stores the value first and
-  // then notifies the container; an error of the notification goes to the caller, and the value
-  // stays stored.
+  // The members of the interface _SecurityCtrl: get and put of each row of settings.h, and the
+  // checksum.
 
-  /// The web server's name or address; any text.
-  [[nodiscard]] Text ServerAddress() const;
-  /// Stores it, then notifies the container of "ServerAddress".
-  void PutServerAddress(const Text& str_New_ServerAddress);
-  /// The server's TCP port; 0 on a fresh thread, and any number of 16 bits.
-  [[nodiscard]] std::int16_t ServerPort() const;
-  /// Stores it, then notifies the container of "ServerPort".
-  void PutServerPort(std::int16_t int_New_ServerPort);
-  /// The path of the script on the server that receives the form; any text.
-  [[nodiscard]] Text ServerFile() const;
-  /// Stores it, then notifies the container of "ServerFile".
-  void PutServerFile(const Text& str_New_ServerFile);
-  /// Whether the way goes through the proxy: the 16 bits as they were put.
-  [[nodiscard]] Boolean16 UseProxy() const;
-  /// Stores it, then notifies the container of "UseProxy".
-  void PutUseProxy(Boolean16 bolUseProxy);
-  /// The proxy; any text.
-  [[nodiscard]] Text ProxyServer() const;
-  /// Stores it, then notifies the container of "ProxyServer".
-  void PutProxyServer(const Text& strProxyServer);
-  /// The user name that goes with the connection when UseProxy is on; any text.
-  [[nodiscard]] Text UserName() const;
-  /// Stores it, then notifies the container of "Username".
-  void PutUserName(const Text& strUserName);
-  /// The password that goes with it, as plain text.
-  [[nodiscard]] Text Password() const;
-  /// Stores it, then notifies the container of "Password".
-  void PutPassword(const Text& strPassword);
+  /// A copy of the thread's value. Cannot fail.
+  template <class Value>
+  [[nodiscard]] Value Get(const settings::Setting<Value>& setting) const {
+    return basGlobals::connectionSettings().*setting.field;
+  }
+  /// Stores the value, then notifies the container; an error of the notification goes to the
+  /// caller, and the value stays stored. Nothing is checked.
+  template <class Value>
+  void Put(const settings::Setting<Value>& setting, const std::type_identity_t<Value>& value) {
+    // Kept: the 16 bits of a Boolean are stored as given, without making them -1 or 0, so a host
+    // that puts 1 reads 1. Pinned by SecurityCtrl.UseProxyKeepsItsBitsUntilItIsLoadedAgain.
+    basGlobals::connectionSettings().*setting.field = value;
+    site_.PropertyChanged(setting.property);
+  }
 
   /// The CRC-32 of the module's own file on disk, read afresh at each call: App's path, a
   /// backslash, App's name, ".ocx". Raises file not found (53, source: App's name and ".File") when

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "control/interface/identities.h"
 #include "runtime/tagged_value.h"
 #include "runtime/text.h"
 
@@ -26,9 +27,9 @@ class ControlSite {
  public:
   virtual ~ControlSite() = default;
 
-  /// Tells the container that the property of that persisted name changed: it refreshes its display
-  /// and treats the control as needing to be saved.
-  virtual void PropertyChanged(const Text& name) = 0;
+  /// Tells the container that the property changed, by its id or by its entry in a saved form: it
+  /// refreshes its display and treats the control as needing to be saved.
+  virtual void PropertyChanged(const identities::Property& property) = 0;
   /// Sets the control's height, in twips. May raise Resize again before it returns.
   virtual void SetHeight(float twips) = 0;
   /// Sets the control's width, likewise.

@@ -7,7 +7,9 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "control/interface/guid.h"
 
@@ -92,11 +94,53 @@ inline constexpr std::array<Generation, 17> kGenerations{{
 }};
 inline constexpr const Generation& kPresent = kGenerations.back();
 
-// --- Members of _SecurityCtrl --------------------------------------------------------------------
-
-enum class MemberKind { kFunction, kPropertyGet, kPropertyPut };
+// --- Properties and members of _SecurityCtrl -----------------------------------------------------
 
 enum class ValueType { kText, kInteger16, kBoolean, kInteger32 };
+
+// Which of a property's two members stands first in the virtual table.
+enum class First { kGet, kPut };
+
+// One property, as hosts and saved forms know it. What the control does with it stands in its row
+// of control/settings.h.
+struct Property {
+  const char* name;
+  const char16_t* entry;  // its name in a saved form and in the notice of a change
+  ValueType type;
+  std::int32_t dispatch_id;
+  const char* argument;  // name of the put's argument
+  std::uint32_t help_context;
+  First first;
+};
+
+// In the order of the virtual table, which is also that of a saved form.
+// Kept: the first three properties stand get before put, the last four put before get; clients call
+// by position. Pinned by test_members_stand_in_the_order_of_the_virtual_table and
+// TypeLibrary.HasTheDualInterfaceWithItsMembersInOrder.
+// Kept: the entry of UserName is spelled "Username", unlike the member; saved forms hold that
+// spelling. Pinned by SecurityCtrl.PersistsUserNameAsUsername.
+inline constexpr std::array<Property, 7> kProperties{{
+    {"ServerAddress", u"ServerAddress", ValueType::kText, 0x6803000D, "str_New_ServerAddress", 0,
+     First::kGet},
+    {"ServerPort", u"ServerPort", ValueType::kInteger16, 0x68030053, "int_New_ServerPort", 0,
+     First::kGet},
+    {"ServerFile", u"ServerFile", ValueType::kText, 0x6803000C, "str_New_ServerFile", 600,
+     First::kGet},
+    {"UseProxy", u"UseProxy", ValueType::kBoolean, 0x68030048, "bolUseProxy", 0, First::kPut},
+    {"ProxyServer", u"ProxyServer", ValueType::kText, 0x68030047, "strProxyServer", 0, First::kPut},
+    {"UserName", u"Username", ValueType::kText, 0x68030046, "strUserName", 0, First::kPut},
+    {"Password", u"Password", ValueType::kText, 0x68030045, "strPassword", 0, First::kPut},
+}};
+
+// The row of that name; the compiler refuses a name that has none.
+consteval const Property& PropertyNamed(std::string_view name) {
+  for (const Property& property : kProperties) {
+    if (property.name == name) return property;
+  }
+  throw "there is no property of that name";
+}
+
+enum class MemberKind { kFunction, kPropertyGet, kPropertyPut };
 
 struct Member {
   const char* name;
@@ -107,29 +151,34 @@ struct Member {
   std::uint32_t help_context;
 };
 
+inline constexpr Member kChecksumMember{
+    "GetCRCValue", MemberKind::kFunction, 0x6003005E, ValueType::kInteger32, "", 0};
+
+namespace details {
+
+constexpr Member MemberOf(const Property& of, MemberKind kind) {
+  const bool is_put = kind == MemberKind::kPropertyPut;
+  return {of.name, kind, of.dispatch_id, of.type, is_put ? of.argument : "", of.help_context};
+}
+
+consteval auto Members() {
+  std::array<Member, 2 * kProperties.size() + 1> members{};
+  std::size_t count = 0;
+  for (const Property& property : kProperties) {
+    const bool put_is_first = property.first == First::kPut;
+    const auto put = MemberOf(property, MemberKind::kPropertyPut);
+    const auto get = MemberOf(property, MemberKind::kPropertyGet);
+    members[count++] = put_is_first ? put : get;
+    members[count++] = put_is_first ? get : put;
+  }
+  members[count] = kChecksumMember;
+  return members;
+}
+
+}  // namespace details
+
 // In the order of the virtual table.
-// Kept: the first three properties stand get before put, the last four put before get; clients call
-// by position. Pinned by test_members_stand_in_the_order_of_the_virtual_table.
-inline constexpr std::array<Member, 15> kMembers{{
-    {"ServerAddress", MemberKind::kPropertyGet, 0x6803000D, ValueType::kText, "", 0},
-    {"ServerAddress", MemberKind::kPropertyPut, 0x6803000D, ValueType::kText,
-     "str_New_ServerAddress", 0},
-    {"ServerPort", MemberKind::kPropertyGet, 0x68030053, ValueType::kInteger16, "", 0},
-    {"ServerPort", MemberKind::kPropertyPut, 0x68030053, ValueType::kInteger16,
-     "int_New_ServerPort", 0},
-    {"ServerFile", MemberKind::kPropertyGet, 0x6803000C, ValueType::kText, "", 600},
-    {"ServerFile", MemberKind::kPropertyPut, 0x6803000C, ValueType::kText, "str_New_ServerFile",
-     600},
-    {"UseProxy", MemberKind::kPropertyPut, 0x68030048, ValueType::kBoolean, "bolUseProxy", 0},
-    {"UseProxy", MemberKind::kPropertyGet, 0x68030048, ValueType::kBoolean, "", 0},
-    {"ProxyServer", MemberKind::kPropertyPut, 0x68030047, ValueType::kText, "strProxyServer", 0},
-    {"ProxyServer", MemberKind::kPropertyGet, 0x68030047, ValueType::kText, "", 0},
-    {"UserName", MemberKind::kPropertyPut, 0x68030046, ValueType::kText, "strUserName", 0},
-    {"UserName", MemberKind::kPropertyGet, 0x68030046, ValueType::kText, "", 0},
-    {"Password", MemberKind::kPropertyPut, 0x68030045, ValueType::kText, "strPassword", 0},
-    {"Password", MemberKind::kPropertyGet, 0x68030045, ValueType::kText, "", 0},
-    {"GetCRCValue", MemberKind::kFunction, 0x6003005E, ValueType::kInteger32, "", 0},
-}};
+inline constexpr auto kMembers = details::Members();
 
 // --- Resources -----------------------------------------------------------------------------------
 

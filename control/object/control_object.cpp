@@ -1,24 +1,11 @@
 #include "control/object/control_object.h"
 
-#include <algorithm>
-
-#include "control/automation/strings.h"
-#include "control/interface/identities.h"
-
 namespace quorvane::server {
 namespace {
 
 // The count while the object is destroyed: whatever is called back then may take and give back
 // references without ending it again.
 constexpr LONG kGuarded = 0x4000'0000;
-
-// Notices carry the persisted name, which for one property is spelled in another case.
-DISPID PropertyOf(const Text& persisted_name) {
-  const auto found = std::ranges::find_if(identities::kMembers, [&](const auto& member) {
-    return ::lstrcmpiW(Wide(FromAscii(member.name)), Wide(persisted_name)) == 0;
-  });
-  return found != identities::kMembers.end() ? found->dispatch_id : DISPID_UNKNOWN;
-}
 
 }  // namespace
 
@@ -79,9 +66,9 @@ void* ControlObject::Find(REFIID id) {
   return ole_control_.Find(id);
 }
 
-void ControlObject::PropertyChanged(const Text& name) {
+void ControlObject::PropertyChanged(const identities::Property& property) {
   persistence_.MarkDirty();
-  connection_points_.NotifyChanged(PropertyOf(name));
+  connection_points_.NotifyChanged(property.dispatch_id);
 }
 
 }  // namespace quorvane::server

@@ -40,7 +40,7 @@ class ControlObject final : public IUnknown, private ControlSite {
   [[nodiscard]] void* Find(REFIID id);
 
   // ControlSite.
-  void PropertyChanged(const Text& name) override;
+  void PropertyChanged(const identities::Property& property) override;
   void SetHeight(float twips) override { extent_.SetHeight(twips); }
   void SetWidth(float twips) override { extent_.SetWidth(twips); }
 

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "control/automation/error_to_hresult.h"
-#include "control/automation/strings.h"
 #include "control/interface/identities.h"
 
 namespace quorvane::server {
@@ -69,75 +67,6 @@ HRESULT DispatchFace::Invoke(DISPID id, REFIID reserved, LCID /*locale*/, WORD f
                            exception, wrong_argument);
   });
 }
-
-HRESULT DispatchFace::GetText(BSTR* value, Text (SecurityCtrl::*member)() const) {
-  if (value == nullptr) return E_POINTER;
-  *value = nullptr;
-  return GuardedMember([&] { *value = NewBstr((logic_.*member)()); });
-}
-
-HRESULT DispatchFace::PutText(BSTR value, void (SecurityCtrl::*member)(const Text&)) {
-  const auto alive = KeepAlive();
-  return GuardedMember([&] { (logic_.*member)(FromBstr(value)); });
-}
-
-HRESULT DispatchFace::get_ServerAddress(BSTR* value) {
-  return GetText(value, &SecurityCtrl::ServerAddress);
-}
-
-HRESULT DispatchFace::put_ServerAddress(BSTR str_New_ServerAddress) {
-  return PutText(str_New_ServerAddress, &SecurityCtrl::PutServerAddress);
-}
-
-HRESULT DispatchFace::get_ServerPort(short* value) {
-  if (value == nullptr) return E_POINTER;
-  *value = 0;
-  return GuardedMember([&] { *value = logic_.ServerPort(); });
-}
-
-HRESULT DispatchFace::put_ServerPort(short int_New_ServerPort) {
-  const auto alive = KeepAlive();
-  return GuardedMember([&] { logic_.PutServerPort(int_New_ServerPort); });
-}
-
-HRESULT DispatchFace::get_ServerFile(BSTR* value) {
-  return GetText(value, &SecurityCtrl::ServerFile);
-}
-
-HRESULT DispatchFace::put_ServerFile(BSTR str_New_ServerFile) {
-  return PutText(str_New_ServerFile, &SecurityCtrl::PutServerFile);
-}
-
-HRESULT DispatchFace::put_UseProxy(VARIANT_BOOL bolUseProxy) {
-  const auto alive = KeepAlive();
-  return GuardedMember([&] { logic_.PutUseProxy(Boolean16{bolUseProxy}); });
-}
-
-HRESULT DispatchFace::get_UseProxy(VARIANT_BOOL* value) {
-  if (value == nullptr) return E_POINTER;
-  *value = VARIANT_FALSE;
-  return GuardedMember([&] { *value = logic_.UseProxy().bits; });
-}
-
-HRESULT DispatchFace::put_ProxyServer(BSTR strProxyServer) {
-  return PutText(strProxyServer, &SecurityCtrl::PutProxyServer);
-}
-
-HRESULT DispatchFace::get_ProxyServer(BSTR* value) {
-  return GetText(value, &SecurityCtrl::ProxyServer);
-}
-
-HRESULT DispatchFace::put_UserName(BSTR strUserName) {
-  return PutText(strUserName, &SecurityCtrl::PutUserName);
-}
-
-HRESULT DispatchFace::get_UserName(BSTR* value) { return GetText(value, &SecurityCtrl::UserName); }
-
-HRESULT DispatchFace::put_Password(BSTR strPassword) {
-  return PutText(strPassword, &SecurityCtrl::PutPassword);
-}
-
-HRESULT DispatchFace::get_Password(BSTR* value) { return GetText(value, &SecurityCtrl::Password); }
 
 HRESULT DispatchFace::GetCRCValue(long* value) {
   if (value == nullptr) return E_POINTER;

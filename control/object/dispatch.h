@@ -1,6 +1,10 @@
 #pragma once
 
+#include <type_traits>
+
 #include "control/SecurityCtrl.h"
+#include "control/automation/error_to_hresult.h"
+#include "control/automation/strings.h"
 #include "control/automation/type_information.h"
 #include "control/object/face.h"
 #include "control/object/security_ctrl_interface.h"
@@ -30,21 +34,49 @@ class DispatchFace final : public Face<ISecurityCtrl, ISupportErrorInfo, IProvid
                                    DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
                                    UINT* wrong_argument) override;
 
-  // _SecurityCtrl.
-  HRESULT STDMETHODCALLTYPE get_ServerAddress(BSTR* value) override;
-  HRESULT STDMETHODCALLTYPE put_ServerAddress(BSTR str_New_ServerAddress) override;
-  HRESULT STDMETHODCALLTYPE get_ServerPort(short* value) override;
-  HRESULT STDMETHODCALLTYPE put_ServerPort(short int_New_ServerPort) override;
-  HRESULT STDMETHODCALLTYPE get_ServerFile(BSTR* value) override;
-  HRESULT STDMETHODCALLTYPE put_ServerFile(BSTR str_New_ServerFile) override;
-  HRESULT STDMETHODCALLTYPE put_UseProxy(VARIANT_BOOL bolUseProxy) override;
-  HRESULT STDMETHODCALLTYPE get_UseProxy(VARIANT_BOOL* value) override;
-  HRESULT STDMETHODCALLTYPE put_ProxyServer(BSTR strProxyServer) override;
-  HRESULT STDMETHODCALLTYPE get_ProxyServer(BSTR* value) override;
-  HRESULT STDMETHODCALLTYPE put_UserName(BSTR strUserName) override;
-  HRESULT STDMETHODCALLTYPE get_UserName(BSTR* value) override;
-  HRESULT STDMETHODCALLTYPE put_Password(BSTR strPassword) override;
-  HRESULT STDMETHODCALLTYPE get_Password(BSTR* value) override;
+  // _SecurityCtrl: each member leads to its row of settings.h.
+  HRESULT STDMETHODCALLTYPE get_ServerAddress(BSTR* value) override {
+    return Get(settings::kServerAddress, value);
+  }
+  HRESULT STDMETHODCALLTYPE put_ServerAddress(BSTR value) override {
+    return Put(settings::kServerAddress, value);
+  }
+  HRESULT STDMETHODCALLTYPE get_ServerPort(short* value) override {
+    return Get(settings::kServerPort, value);
+  }
+  HRESULT STDMETHODCALLTYPE put_ServerPort(short value) override {
+    return Put(settings::kServerPort, value);
+  }
+  HRESULT STDMETHODCALLTYPE get_ServerFile(BSTR* value) override {
+    return Get(settings::kServerFile, value);
+  }
+  HRESULT STDMETHODCALLTYPE put_ServerFile(BSTR value) override {
+    return Put(settings::kServerFile, value);
+  }
+  HRESULT STDMETHODCALLTYPE get_UseProxy(VARIANT_BOOL* value) override {
+    return Get(settings::kUseProxy, value);
+  }
+  HRESULT STDMETHODCALLTYPE put_UseProxy(VARIANT_BOOL value) override {
+    return Put(settings::kUseProxy, value);
+  }
+  HRESULT STDMETHODCALLTYPE get_ProxyServer(BSTR* value) override {
+    return Get(settings::kProxyServer, value);
+  }
+  HRESULT STDMETHODCALLTYPE put_ProxyServer(BSTR value) override {
+    return Put(settings::kProxyServer, value);
+  }
+  HRESULT STDMETHODCALLTYPE get_UserName(BSTR* value) override {
+    return Get(settings::kUserName, value);
+  }
+  HRESULT STDMETHODCALLTYPE put_UserName(BSTR value) override {
+    return Put(settings::kUserName, value);
+  }
+  HRESULT STDMETHODCALLTYPE get_Password(BSTR* value) override {
+    return Get(settings::kPassword, value);
+  }
+  HRESULT STDMETHODCALLTYPE put_Password(BSTR value) override {
+    return Put(settings::kPassword, value);
+  }
   HRESULT STDMETHODCALLTYPE GetCRCValue(long* value) override;
 
   // ISupportErrorInfo.
@@ -55,8 +87,29 @@ class DispatchFace final : public Face<ISecurityCtrl, ISupportErrorInfo, IProvid
   HRESULT STDMETHODCALLTYPE GetGUID(DWORD kind, GUID* out) override;
 
  private:
-  HRESULT GetText(BSTR* value, Text (SecurityCtrl::*member)() const);
-  HRESULT PutText(BSTR value, void (SecurityCtrl::*member)(const Text&));
+  template <class Value, class Raw>
+  [[nodiscard]] HRESULT Get(const settings::Setting<Value>& setting, Raw* value) {
+    if (value == nullptr) return E_POINTER;
+    *value = {};
+    return GuardedMember([&] { *value = OutOf(logic_.Get(setting)); });
+  }
+  template <class Value, class Raw>
+  [[nodiscard]] HRESULT Put(const settings::Setting<Value>& setting, Raw value) {
+    const auto alive = KeepAlive();
+    return GuardedMember([&] { logic_.Put(setting, Into<Value>(value)); });
+  }
+
+  // A setting's value in the types of automation, and back.
+  [[nodiscard]] static BSTR OutOf(const Text& value) { return NewBstr(value); }
+  [[nodiscard]] static short OutOf(std::int16_t value) { return value; }
+  [[nodiscard]] static VARIANT_BOOL OutOf(Boolean16 value) { return value.bits; }
+  template <class Value, class Raw>
+  [[nodiscard]] static Value Into(Raw value) {
+    if constexpr (std::is_same_v<Value, Text>)
+      return FromBstr(value);
+    else
+      return Value{value};
+  }
 
   SecurityCtrl& logic_;
   TypeInformation types_;

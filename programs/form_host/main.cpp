@@ -124,14 +124,19 @@ class FormHost {
 
   static SettingValues SettingsOf(HostedForm& form) {
     SettingValues values;
-    for (std::size_t i = 0; i < values.size(); ++i) values[i] = form.Get(kSettings[i]);
+    for (std::size_t i = 0; i < values.size(); ++i)
+      values[i] = form.Get(FromUtf8(kSettings[i].name));
     return values;
+  }
+
+  static std::string Shown(std::size_t i, const SettingValues& values) {
+    const std::string name = kSettings[i].name;
+    return name + " = " + Display(FromUtf8(name), values[i]);
   }
 
   void ShowSettings(const std::string& title, const SettingValues& values) {
     Say(title);
-    for (std::size_t i = 0; i < values.size(); ++i)
-      Say("  " + ToUtf8(kSettings[i]) + " = " + Display(kSettings[i], values[i]));
+    for (std::size_t i = 0; i < values.size(); ++i) Say("  " + Shown(i, values));
   }
 
   // The saved form as it comes back: from the file, or from the bytes that a file would hold.
@@ -156,8 +161,7 @@ class FormHost {
   void Compare(const SettingValues& values) const {
     for (std::size_t i = 0; i < values.size(); ++i) {
       if (values[i] != edited_[i]) {
-        throw FormFileError("the reloaded form differs: " + ToUtf8(kSettings[i]) + " = " +
-                            Display(kSettings[i], values[i]));
+        throw FormFileError("the reloaded form differs: " + Shown(i, values));
       }
     }
   }

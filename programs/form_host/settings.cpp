@@ -11,8 +11,8 @@ namespace {
 
 std::string AllNames() {
   std::string names;
-  for (const char16_t* const name : kSettings)
-    names += (names.empty() ? "" : ", ") + ToUtf8(Text(name));
+  for (const identities::Property& setting : kSettings)
+    names += (names.empty() ? "" : ", ") + std::string(setting.name);
   return names;
 }
 
@@ -28,8 +28,9 @@ Change ParseChange(std::string_view word) {
   if (equals == std::string_view::npos)
     throw UsageError("--set wants NAME=VALUE: '" + std::string(word) + "'");
   Change change{FromUtf8(word.substr(0, equals)), FromUtf8(word.substr(equals + 1))};
-  const bool is_known = std::ranges::any_of(
-      kSettings, [&](const char16_t* name) { return change.setting == Text(name); });
+  const bool is_known = std::ranges::any_of(kSettings, [&](const identities::Property& setting) {
+    return change.setting == FromUtf8(setting.name);
+  });
   if (!is_known) {
     throw UsageError("--set knows no setting '" + ToUtf8(change.setting) + "', only " + AllNames());
   }

@@ -1,19 +1,16 @@
 #pragma once
 
-#include <array>
 #include <string>
 #include <string_view>
 
+#include "control/interface/identities.h"
 #include "runtime/tagged_value.h"
 #include "runtime/text.h"
 
 namespace quorvane::examples {
 
-/// The seven settings by their members' names, in the order in which they are saved.
-inline constexpr std::array kSettings{
-    u"ServerAddress", u"ServerPort", u"ServerFile", u"UseProxy",
-    u"ProxyServer",   u"UserName",   u"Password",
-};
+/// The seven settings, in the order in which they are saved; here each goes by its member's name.
+inline constexpr const auto& kSettings = identities::kProperties;
 
 /// A setting's value for display, as a form file spells it. A password shows as eight asterisks,
 /// whatever its length.

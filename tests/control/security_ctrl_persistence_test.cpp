@@ -61,13 +61,13 @@ TEST(SecurityCtrl, ReadsTheSevenEntriesInOrder) {
     EXPECT_EQ(bag.log,
               (CallLog{"Read(ServerAddress)", "Read(ServerPort)", "Read(ServerFile)",
                        "Read(UseProxy)", "Read(ProxyServer)", "Read(Username)", "Read(Password)"}));
-    EXPECT_EQ(control.ServerAddress(), Text(u"host"));
-    EXPECT_EQ(control.ServerPort(), 81);
-    EXPECT_EQ(control.ServerFile(), Text(u"/form"));
-    EXPECT_EQ(control.UseProxy(), kTrue);
-    EXPECT_EQ(control.ProxyServer(), Text(u"proxy"));
-    EXPECT_EQ(control.UserName(), Text(u"user"));
-    EXPECT_EQ(control.Password(), Text(u"secret"));
+    EXPECT_EQ(control.Get(settings::kServerAddress), Text(u"host"));
+    EXPECT_EQ(control.Get(settings::kServerPort), 81);
+    EXPECT_EQ(control.Get(settings::kServerFile), Text(u"/form"));
+    EXPECT_EQ(control.Get(settings::kUseProxy), kTrue);
+    EXPECT_EQ(control.Get(settings::kProxyServer), Text(u"proxy"));
+    EXPECT_EQ(control.Get(settings::kUserName), Text(u"user"));
+    EXPECT_EQ(control.Get(settings::kPassword), Text(u"secret"));
   });
 }
 
@@ -76,13 +76,13 @@ TEST(SecurityCtrl, TakesTheDefaultsForMissingEntriesOverWhatTheThreadHeld) {
     FillSettings();
     FakeBag bag;
     control.ReadProperties(bag);
-    EXPECT_EQ(control.ServerAddress(), Text(u""));
-    EXPECT_EQ(control.ServerPort(), 80);
-    EXPECT_EQ(control.ServerFile(), Text(u""));
-    EXPECT_EQ(control.UseProxy(), kFalse);
-    EXPECT_EQ(control.ProxyServer(), Text(u""));
-    EXPECT_EQ(control.UserName(), Text(u""));
-    EXPECT_EQ(control.Password(), Text(u""));
+    EXPECT_EQ(control.Get(settings::kServerAddress), Text(u""));
+    EXPECT_EQ(control.Get(settings::kServerPort), 80);
+    EXPECT_EQ(control.Get(settings::kServerFile), Text(u""));
+    EXPECT_EQ(control.Get(settings::kUseProxy), kFalse);
+    EXPECT_EQ(control.Get(settings::kProxyServer), Text(u""));
+    EXPECT_EQ(control.Get(settings::kUserName), Text(u""));
+    EXPECT_EQ(control.Get(settings::kPassword), Text(u""));
   });
 }
 
@@ -93,12 +93,12 @@ TEST(SecurityCtrl, ConvertsEachEntryToTheTypeOfItsField) {
                    {"UseProxy", std::int16_t{5}},       {"ProxyServer", kTrue},
                    {"Username", TaggedValue()},         {"Password", 1.5}};
     control.ReadProperties(bag);
-    EXPECT_EQ(control.ServerAddress(), Text(u"12"));
-    EXPECT_EQ(control.ServerPort(), 8080);
-    EXPECT_EQ(control.UseProxy(), kTrue);
-    EXPECT_EQ(control.ProxyServer(), Text(u"True"));
-    EXPECT_EQ(control.UserName(), Text(u""));
-    EXPECT_EQ(control.Password(), Text(u"1.5"));
+    EXPECT_EQ(control.Get(settings::kServerAddress), Text(u"12"));
+    EXPECT_EQ(control.Get(settings::kServerPort), 8080);
+    EXPECT_EQ(control.Get(settings::kUseProxy), kTrue);
+    EXPECT_EQ(control.Get(settings::kProxyServer), Text(u"True"));
+    EXPECT_EQ(control.Get(settings::kUserName), Text(u""));
+    EXPECT_EQ(control.Get(settings::kPassword), Text(u"1.5"));
   });
 }
 
@@ -110,7 +110,7 @@ TEST(SecurityCtrl, SkipsTheRestOfALoadAtAnEntryThatCannotBeConverted) {
       bag.entries = {{"ServerAddress", Text(u"new")}, {"ServerPort", Text(port)}};
       control.ReadProperties(bag);
       EXPECT_EQ(ChangedSettings(), "ServerAddress ");
-      EXPECT_EQ(control.ServerAddress(), Text(u"new"));
+      EXPECT_EQ(control.Get(settings::kServerAddress), Text(u"new"));
       EXPECT_EQ(bag.log.size(), 2U);
     });
   }
@@ -190,7 +190,7 @@ TEST(SecurityCtrl, StoresPortZeroOfANewControlAndLoadsItAgain) {
     EXPECT_EQ(bag.entries.at("ServerPort"), TaggedValue(std::int16_t{0}));
     connectionSettings().ServerPort = 5;
     control.ReadProperties(bag);
-    EXPECT_EQ(control.ServerPort(), 0);
+    EXPECT_EQ(control.Get(settings::kServerPort), 0);
   });
 }
 
@@ -215,11 +215,11 @@ TEST(SecurityCtrl, StoresANegativePort) {
 TEST(SecurityCtrl, UseProxyKeepsItsBitsUntilItIsLoadedAgain) {
   WithControl([](SecurityCtrl& control) {
     connectionSettings().UseProxy = Boolean16{1};
-    EXPECT_EQ(control.UseProxy().bits, 1);
+    EXPECT_EQ(control.Get(settings::kUseProxy).bits, 1);
     FakeBag bag;
     control.WriteProperties(bag);
     control.ReadProperties(bag);
-    EXPECT_EQ(control.UseProxy().bits, -1);
+    EXPECT_EQ(control.Get(settings::kUseProxy).bits, -1);
   });
 }
 
@@ -239,7 +239,7 @@ TEST(SecurityCtrl, PersistsThePasswordAsPlainText) {
     FakeBag bag;
     control.WriteProperties(bag);
     EXPECT_EQ(bag.entries.at("Password"), TaggedValue(Text(u"p\u00E4ss word")));
-    EXPECT_EQ(control.Password(), Text(u"p\u00E4ss word"));
+    EXPECT_EQ(control.Get(settings::kPassword), Text(u"p\u00E4ss word"));
   });
 }
 
@@ -268,9 +268,9 @@ TEST(SecurityCtrl, LoadOfASecondControlOverwritesTheFirstOnesSettings) {
     FakeBag bag;
     bag.entries = {{"ServerAddress", Text(u"second")}};
     second.ReadProperties(bag);
-    EXPECT_EQ(first.ServerAddress(), Text(u"second"));
-    EXPECT_EQ(first.ServerPort(), 80);
-    EXPECT_EQ(first.Password(), Text(u""));
+    EXPECT_EQ(first.Get(settings::kServerAddress), Text(u"second"));
+    EXPECT_EQ(first.Get(settings::kServerPort), 80);
+    EXPECT_EQ(first.Get(settings::kPassword), Text(u""));
   });
 }
 
@@ -280,7 +280,7 @@ TEST(SecurityCtrl, SavesWhatAnotherControlOfTheThreadWrote) {
     CallLog log;
     RecordingSite site(log);
     SecurityCtrl second(site);
-    second.PutServerFile(u"/by the second");
+    second.Put(settings::kServerFile, u"/by the second");
     FakeBag bag;
     first.WriteProperties(bag);
     EXPECT_EQ(bag.entries.at("ServerFile"), TaggedValue(Text(u"/by the second")));

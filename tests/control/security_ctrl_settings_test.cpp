@@ -26,13 +26,13 @@ TEST(SecurityCtrl, StartsAThreadWithPortZeroAndEmptyTexts) {
     SecurityCtrl control(site);
     control.Initialize();
     control.InitProperties();
-    EXPECT_EQ(control.ServerPort(), 0);
-    EXPECT_EQ(control.ServerAddress(), Text(u""));
-    EXPECT_EQ(control.ServerFile(), Text(u""));
-    EXPECT_EQ(control.UseProxy(), kFalse);
-    EXPECT_EQ(control.ProxyServer(), Text(u""));
-    EXPECT_EQ(control.UserName(), Text(u""));
-    EXPECT_EQ(control.Password(), Text(u""));
+    EXPECT_EQ(control.Get(settings::kServerPort), 0);
+    EXPECT_EQ(control.Get(settings::kServerAddress), Text(u""));
+    EXPECT_EQ(control.Get(settings::kServerFile), Text(u""));
+    EXPECT_EQ(control.Get(settings::kUseProxy), kFalse);
+    EXPECT_EQ(control.Get(settings::kProxyServer), Text(u""));
+    EXPECT_EQ(control.Get(settings::kUserName), Text(u""));
+    EXPECT_EQ(control.Get(settings::kPassword), Text(u""));
     EXPECT_TRUE(log.empty());
   });
 }
@@ -42,24 +42,24 @@ TEST(SecurityCtrl, NotifiesWithThePersistedNameAtEachPut) {
     CallLog log;
     RecordingSite site(log);
     SecurityCtrl control(site);
-    control.PutServerAddress(u"host");
-    control.PutServerPort(8080);
-    control.PutServerFile(u"/form");
-    control.PutUseProxy(kTrue);
-    control.PutProxyServer(u"proxy:3128");
-    control.PutUserName(u"user");
-    control.PutPassword(u"secret");
+    control.Put(settings::kServerAddress, u"host");
+    control.Put(settings::kServerPort, 8080);
+    control.Put(settings::kServerFile, u"/form");
+    control.Put(settings::kUseProxy, kTrue);
+    control.Put(settings::kProxyServer, u"proxy:3128");
+    control.Put(settings::kUserName, u"user");
+    control.Put(settings::kPassword, u"secret");
     EXPECT_EQ(log, (CallLog{"PropertyChanged(ServerAddress)", "PropertyChanged(ServerPort)",
                             "PropertyChanged(ServerFile)", "PropertyChanged(UseProxy)",
                             "PropertyChanged(ProxyServer)", "PropertyChanged(Username)",
                             "PropertyChanged(Password)"}));
-    EXPECT_EQ(control.ServerAddress(), Text(u"host"));
-    EXPECT_EQ(control.ServerPort(), 8080);
-    EXPECT_EQ(control.ServerFile(), Text(u"/form"));
-    EXPECT_EQ(control.UseProxy(), kTrue);
-    EXPECT_EQ(control.ProxyServer(), Text(u"proxy:3128"));
-    EXPECT_EQ(control.UserName(), Text(u"user"));
-    EXPECT_EQ(control.Password(), Text(u"secret"));
+    EXPECT_EQ(control.Get(settings::kServerAddress), Text(u"host"));
+    EXPECT_EQ(control.Get(settings::kServerPort), 8080);
+    EXPECT_EQ(control.Get(settings::kServerFile), Text(u"/form"));
+    EXPECT_EQ(control.Get(settings::kUseProxy), kTrue);
+    EXPECT_EQ(control.Get(settings::kProxyServer), Text(u"proxy:3128"));
+    EXPECT_EQ(control.Get(settings::kUserName), Text(u"user"));
+    EXPECT_EQ(control.Get(settings::kPassword), Text(u"secret"));
   });
 }
 
@@ -73,20 +73,20 @@ TEST(SecurityCtrl, StoresTheValueBeforeTheNotificationAndKeepsItWhenThatFails) {
       EXPECT_TRUE(stored(control));
     });
   };
-  put_fails_but_stores([](auto& c) { c.PutServerAddress(u"a"); },
-                       [](auto& c) { return c.ServerAddress() == Text(u"a"); });
-  put_fails_but_stores([](auto& c) { c.PutServerPort(1); },
-                       [](auto& c) { return c.ServerPort() == 1; });
-  put_fails_but_stores([](auto& c) { c.PutServerFile(u"b"); },
-                       [](auto& c) { return c.ServerFile() == Text(u"b"); });
-  put_fails_but_stores([](auto& c) { c.PutUseProxy(kTrue); },
-                       [](auto& c) { return c.UseProxy() == kTrue; });
-  put_fails_but_stores([](auto& c) { c.PutProxyServer(u"c"); },
-                       [](auto& c) { return c.ProxyServer() == Text(u"c"); });
-  put_fails_but_stores([](auto& c) { c.PutUserName(u"d"); },
-                       [](auto& c) { return c.UserName() == Text(u"d"); });
-  put_fails_but_stores([](auto& c) { c.PutPassword(u"e"); },
-                       [](auto& c) { return c.Password() == Text(u"e"); });
+  put_fails_but_stores([](auto& c) { c.Put(settings::kServerAddress, u"a"); },
+                       [](auto& c) { return c.Get(settings::kServerAddress) == Text(u"a"); });
+  put_fails_but_stores([](auto& c) { c.Put(settings::kServerPort, 1); },
+                       [](auto& c) { return c.Get(settings::kServerPort) == 1; });
+  put_fails_but_stores([](auto& c) { c.Put(settings::kServerFile, u"b"); },
+                       [](auto& c) { return c.Get(settings::kServerFile) == Text(u"b"); });
+  put_fails_but_stores([](auto& c) { c.Put(settings::kUseProxy, kTrue); },
+                       [](auto& c) { return c.Get(settings::kUseProxy) == kTrue; });
+  put_fails_but_stores([](auto& c) { c.Put(settings::kProxyServer, u"c"); },
+                       [](auto& c) { return c.Get(settings::kProxyServer) == Text(u"c"); });
+  put_fails_but_stores([](auto& c) { c.Put(settings::kUserName, u"d"); },
+                       [](auto& c) { return c.Get(settings::kUserName) == Text(u"d"); });
+  put_fails_but_stores([](auto& c) { c.Put(settings::kPassword, u"e"); },
+                       [](auto& c) { return c.Get(settings::kPassword) == Text(u"e"); });
 }
 
 TEST(SecurityCtrl, AcceptsEvery16BitPort) {
@@ -96,8 +96,8 @@ TEST(SecurityCtrl, AcceptsEvery16BitPort) {
     SecurityCtrl control(site);
     for (const std::int16_t port :
          std::initializer_list<std::int16_t>{-32768, -1, 0, 1, 80, 32767}) {
-      control.PutServerPort(port);
-      EXPECT_EQ(control.ServerPort(), port);
+      control.Put(settings::kServerPort, port);
+      EXPECT_EQ(control.Get(settings::kServerPort), port);
     }
   });
 }
@@ -108,10 +108,10 @@ TEST(SecurityCtrl, SharesTheSettingsAmongControlsOfAThread) {
     RecordingSite site(log);
     SecurityCtrl first(site);
     SecurityCtrl second(site);
-    first.PutServerAddress(u"shared");
-    EXPECT_EQ(second.ServerAddress(), Text(u"shared"));
-    second.PutServerAddress(u"last writer");
-    EXPECT_EQ(first.ServerAddress(), Text(u"last writer"));
+    first.Put(settings::kServerAddress, u"shared");
+    EXPECT_EQ(second.Get(settings::kServerAddress), Text(u"shared"));
+    second.Put(settings::kServerAddress, u"last writer");
+    EXPECT_EQ(first.Get(settings::kServerAddress), Text(u"last writer"));
   });
 }
 
@@ -120,12 +120,12 @@ TEST(SecurityCtrl, HidesTheSettingsFromOtherThreads) {
     CallLog log;
     RecordingSite site(log);
     SecurityCtrl control(site);
-    control.PutPassword(u"mine");
+    control.Put(settings::kPassword, u"mine");
     OnFreshThread([] {
       EXPECT_EQ(basGlobals::connectionSettings().Password, Text(u""));
       basGlobals::connectionSettings().Password = u"theirs";
     });
-    EXPECT_EQ(control.Password(), Text(u"mine"));
+    EXPECT_EQ(control.Get(settings::kPassword), Text(u"mine"));
   });
 }
 
@@ -134,9 +134,9 @@ TEST(SecurityCtrl, HandsOutCopiesOfItsTexts) {
     CallLog log;
     RecordingSite site(log);
     SecurityCtrl control(site);
-    control.PutServerFile(u"before");
-    const Text copy = control.ServerFile();
-    control.PutServerFile(u"after");
+    control.Put(settings::kServerFile, u"before");
+    const Text copy = control.Get(settings::kServerFile);
+    control.Put(settings::kServerFile, u"after");
     EXPECT_EQ(copy, Text(u"before"));
   });
 }
@@ -146,22 +146,22 @@ TEST(SecurityCtrl, InitPropertiesLeavesTheServerSettingsAlone) {
     CallLog log;
     RecordingSite site(log);
     SecurityCtrl first(site);
-    first.PutServerAddress(u"host");
-    first.PutServerPort(81);
-    first.PutServerFile(u"/form");
-    first.PutUseProxy(kTrue);
-    first.PutProxyServer(u"proxy");
-    first.PutUserName(u"user");
-    first.PutPassword(u"secret");
+    first.Put(settings::kServerAddress, u"host");
+    first.Put(settings::kServerPort, 81);
+    first.Put(settings::kServerFile, u"/form");
+    first.Put(settings::kUseProxy, kTrue);
+    first.Put(settings::kProxyServer, u"proxy");
+    first.Put(settings::kUserName, u"user");
+    first.Put(settings::kPassword, u"secret");
     SecurityCtrl second(site);
     second.InitProperties();
-    EXPECT_EQ(first.ServerAddress(), Text(u"host"));
-    EXPECT_EQ(first.ServerPort(), 81);
-    EXPECT_EQ(first.ServerFile(), Text(u"/form"));
-    EXPECT_EQ(first.UseProxy(), kFalse);
-    EXPECT_EQ(first.ProxyServer(), Text(u""));
-    EXPECT_EQ(first.UserName(), Text(u""));
-    EXPECT_EQ(first.Password(), Text(u""));
+    EXPECT_EQ(first.Get(settings::kServerAddress), Text(u"host"));
+    EXPECT_EQ(first.Get(settings::kServerPort), 81);
+    EXPECT_EQ(first.Get(settings::kServerFile), Text(u"/form"));
+    EXPECT_EQ(first.Get(settings::kUseProxy), kFalse);
+    EXPECT_EQ(first.Get(settings::kProxyServer), Text(u""));
+    EXPECT_EQ(first.Get(settings::kUserName), Text(u""));
+    EXPECT_EQ(first.Get(settings::kPassword), Text(u""));
   });
 }
 
@@ -171,11 +171,11 @@ TEST(SecurityCtrl, TerminateLeavesTheSettings) {
     RecordingSite site(log);
     {
       SecurityCtrl control(site);
-      control.PutServerPort(99);
+      control.Put(settings::kServerPort, 99);
       control.Terminate();
     }
     SecurityCtrl later(site);
-    EXPECT_EQ(later.ServerPort(), 99);
+    EXPECT_EQ(later.Get(settings::kServerPort), 99);
   });
 }
 

@@ -39,7 +39,7 @@ TEST(SecurityCtrl, DropsTheErrorOfARefusedWidth) {
 // A container that raises Resize from inside each new size, a few levels deep.
 class NestingSite final : public ControlSite {
  public:
-  void PropertyChanged(const Text&) override {}
+  void PropertyChanged(const identities::Property&) override {}
   void SetHeight(float twips) override { Take(height, twips); }
   void SetWidth(float twips) override { Take(width, twips); }
 

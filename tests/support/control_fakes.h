@@ -20,7 +20,9 @@ class RecordingSite final : public ControlSite {
  public:
   explicit RecordingSite(CallLog& log, FaultPlan plan = FaultPlan()) : log_(log), plan_(plan) {}
 
-  void PropertyChanged(const Text& name) override { Note("PropertyChanged(" + ToUtf8(name) + ")"); }
+  void PropertyChanged(const identities::Property& property) override {
+    Note("PropertyChanged(" + ToUtf8(property.entry) + ")");
+  }
   void SetHeight(float twips) override { Note("SetHeight(" + std::to_string(twips) + ")"); }
   void SetWidth(float twips) override { Note("SetWidth(" + std::to_string(twips) + ")"); }
 

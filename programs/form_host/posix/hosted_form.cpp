@@ -3,12 +3,12 @@
 
 #include "programs/form_host/hosted_form.h"
 
-#include <array>
 #include <future>
 #include <utility>
 
 #include "control/SecurityCtrl.h"
 #include "runtime/runtime_error.h"
+#include "runtime/utf8.h"
 
 namespace quorvane::examples {
 namespace {
@@ -57,48 +57,43 @@ class StandInForm final : public HostedForm, private ControlSite {
   std::string Show() override { return "nothing, as the stand-in has no windows"; }
   void StayUntilEnter() override {}
 
-  TaggedValue Get(const Text& member) override { return MemberOf(member).get(control_); }
+  TaggedValue Get(const Text& member) override {
+    TaggedValue value;
+    WithSetting(member, [&](const auto& setting) { value = control_.Get(setting); });
+    return value;
+  }
   void Put(const Text& member, const TaggedValue& value) override {
-    MemberOf(member).put(control_, value);
+    WithSetting(member, [&](const auto& setting) { Put(setting, value); });
   }
   std::int32_t GetCRCValue() override { return control_.GetCRCValue(); }
 
  private:
   // A member by its name, as a late-bound caller finds it.
-  struct Member {
-    const char16_t* name;
-    TaggedValue (*get)(const SecurityCtrl&);
-    void (*put)(SecurityCtrl&, const TaggedValue&);
-  };
-
-  static const Member& MemberOf(const Text& name) {
-    using Control = SecurityCtrl;
-    using Value = TaggedValue;
-    static constexpr auto kMembers = std::to_array<Member>({
-        {u"ServerAddress", [](const Control& c) { return Value(c.ServerAddress()); },
-         [](Control& c, const Value& v) { c.PutServerAddress(v.ToText()); }},
-        {u"ServerPort", [](const Control& c) { return Value(c.ServerPort()); },
-         [](Control& c, const Value& v) { c.PutServerPort(v.ToInteger16()); }},
-        {u"ServerFile", [](const Control& c) { return Value(c.ServerFile()); },
-         [](Control& c, const Value& v) { c.PutServerFile(v.ToText()); }},
-        {u"UseProxy", [](const Control& c) { return Value(c.UseProxy()); },
-         [](Control& c, const Value& v) { c.PutUseProxy(v.ToBoolean()); }},
-        {u"ProxyServer", [](const Control& c) { return Value(c.ProxyServer()); },
-         [](Control& c, const Value& v) { c.PutProxyServer(v.ToText()); }},
-        {u"UserName", [](const Control& c) { return Value(c.UserName()); },
-         [](Control& c, const Value& v) { c.PutUserName(v.ToText()); }},
-        {u"Password", [](const Control& c) { return Value(c.Password()); },
-         [](Control& c, const Value& v) { c.PutPassword(v.ToText()); }},
+  template <class Body>
+  static void WithSetting(const Text& member, Body body) {
+    bool is_found = false;
+    settings::ForEach([&](const auto& setting) {
+      if (FromUtf8(setting.property.name) != member) return;
+      is_found = true;
+      body(setting);
     });
-    for (const Member& member : kMembers)
-      if (name == Text(member.name)) return member;
     constexpr std::int32_t kNoSuchMember = 438;
-    Raise(kNoSuchMember, name);
+    if (!is_found) Raise(kNoSuchMember, member);
   }
 
-  void PropertyChanged(const Text& name) override {
+  void Put(const settings::Setting<Text>& setting, const TaggedValue& value) {
+    control_.Put(setting, value.ToText());
+  }
+  void Put(const settings::Setting<std::int16_t>& setting, const TaggedValue& value) {
+    control_.Put(setting, value.ToInteger16());
+  }
+  void Put(const settings::Setting<Boolean16>& setting, const TaggedValue& value) {
+    control_.Put(setting, value.ToBoolean());
+  }
+
+  void PropertyChanged(const identities::Property& property) override {
     needs_saving_ = true;
-    listener_(name);
+    listener_(property.entry);
   }
   void SetHeight(float twips) override { size_.height = static_cast<long>(twips); }
   void SetWidth(float twips) override { size_.width = static_cast<long>(twips); }

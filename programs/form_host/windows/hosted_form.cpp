@@ -144,8 +144,8 @@ class ContainerForm final : public HostedForm {
   }
 
   Text NameOf(DISPID id) const {
-    for (const char16_t* const name : kSettings)
-      if (members_.IdOf(name) == id) return name;
+    for (const identities::Property& setting : kSettings)
+      if (setting.dispatch_id == id) return FromUtf8(setting.name);
     return FromUtf8("member " + std::to_string(id));
   }
 

@@ -29,8 +29,9 @@ TEST(ParseChange, SplitsAtTheFirstEqualsSign) {
 }
 
 TEST(ParseChange, KnowsTheSevenSettingsInTheirSpelling) {
-  for (const char16_t* const name : kSettings)
-    EXPECT_EQ(ParseChange(ToUtf8(Text(name)) + "=x").setting, Text(name));
+  for (const std::string name : {"ServerAddress", "ServerPort", "ServerFile", "UseProxy",
+                                 "ProxyServer", "UserName", "Password"})
+    EXPECT_EQ(ParseChange(name + "=x").setting, FromUtf8(name));
   for (const std::string word : {"Username=x", "serverport=1", "=x", "GetCRCValue=1", "ServerPort"})
     EXPECT_THROW(static_cast<void>(ParseChange(word)), UsageError) << word;
 }
