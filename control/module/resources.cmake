@@ -1,4 +1,5 @@
-# What the module carries as resources: the type library, the id tables, the pictures and the version block.
+# What is made from the list of identities: the type library, the id tables, the version block and the headers of the
+# interface; and beside them the pictures.
 
 # Runs on the building machine, so a cross build needs a compiler for that machine, too.
 set(quorvane_wing ${PROJECT_SOURCE_DIR}/control)
@@ -6,6 +7,7 @@ set(quorvane_make_resources_sources
   ${quorvane_wing}/resources/make_resources.cpp
   ${quorvane_wing}/resources/picture.cpp
   ${quorvane_wing}/resources/control_library.cpp
+  ${quorvane_wing}/resources/interface_texts.cpp
   ${quorvane_wing}/resources/msft_tables.cpp
   ${quorvane_wing}/resources/msft_writer.cpp)
 set(quorvane_make_resources_headers
@@ -14,6 +16,7 @@ set(quorvane_make_resources_headers
   ${quorvane_wing}/resources/picture.h
   ${quorvane_wing}/resources/bytes.h
   ${quorvane_wing}/resources/control_library.h
+  ${quorvane_wing}/resources/interface_texts.h
   ${quorvane_wing}/resources/msft_tables.h
   ${quorvane_wing}/resources/msft_writer.h)
 
@@ -41,20 +44,22 @@ function(quorvane_make_resources_program variable)
 endfunction()
 
 # quorvane_module_resources(TARGET): makes the type library, the id tables, the pictures and the version block part of
-# TARGET. To be called in the folder that defines TARGET. The compiler of the resources sees no absolute path, and
+# TARGET, and lets it include the headers of the interface. To be called in the folder that defines TARGET. The compiler of the resources sees no absolute path, and
 # what it writes depends on the sources only.
 function(quorvane_module_resources target)
   quorvane_make_resources_program(make_resources)
   set(made ${CMAKE_CURRENT_BINARY_DIR}/resources)
   set(parts QuorvaneSecurity.tlb interface_ids.bin source_ids.bin toolbox.bmp control.ico identities.rh)
+  set(texts QuorvaneSecurity.idl control/interface/security_ctrl.h control/object/security_ctrl_members.h)
   list(TRANSFORM parts PREPEND ${made}/)
+  list(TRANSFORM texts PREPEND ${made}/)
   file(MAKE_DIRECTORY ${made})
   set(pictures ${quorvane_wing}/resources)
   add_custom_command(
-    OUTPUT ${parts}
+    OUTPUT ${parts} ${texts}
     COMMAND ${make_resources} ${pictures} ${made}
     DEPENDS ${make_resources} ${pictures}/toolbox.txt ${pictures}/control.txt
-    COMMENT "Writing the type library, id tables and pictures" VERBATIM)
+    COMMENT "Writing the type library, id tables, interface texts and pictures" VERBATIM)
 
   set(script ${quorvane_wing}/module/QuorvaneSecurity.rc)
   set(object ${made}/QuorvaneSecurity.res.o)
@@ -66,6 +71,7 @@ function(quorvane_module_resources target)
     WORKING_DIRECTORY ${made}
     DEPENDS ${script} ${parts}
     COMMENT "Compiling the resources" VERBATIM)
-  target_sources(${target} PRIVATE ${object})
+  target_sources(${target} PRIVATE ${object} ${texts})
+  target_include_directories(${target} PRIVATE ${made})
   set_source_files_properties(${object} PROPERTIES EXTERNAL_OBJECT TRUE GENERATED TRUE)
 endfunction()

@@ -7,7 +7,7 @@
 #include "control/automation/strings.h"
 #include "control/automation/type_information.h"
 #include "control/object/face.h"
-#include "control/object/security_ctrl_interface.h"
+#include "control/object/security_ctrl_members.h"
 
 namespace quorvane::server {
 
@@ -17,7 +17,8 @@ namespace quorvane::server {
 /// An out pointer that is null gives E_POINTER; any other is null or 0 first, because it is copied
 /// out even from a failed call. A failing member gives 0x800A0000 + number and leaves the error
 /// object; Invoke makes DISP_E_EXCEPTION of it. No argument is checked.
-class DispatchFace final : public Face<ISecurityCtrl, ISupportErrorInfo, IProvideClassInfo2> {
+class DispatchFace final
+    : public Face<SecurityCtrlMembers<DispatchFace>, ISupportErrorInfo, IProvideClassInfo2> {
  public:
   DispatchFace(IUnknown* outer, SecurityCtrl& logic) : Face(outer), logic_(logic) {}
 
@@ -34,59 +35,7 @@ class DispatchFace final : public Face<ISecurityCtrl, ISupportErrorInfo, IProvid
                                    DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
                                    UINT* wrong_argument) override;
 
-  // _SecurityCtrl: each member leads to its row of settings.h.
-  HRESULT STDMETHODCALLTYPE get_ServerAddress(BSTR* value) override {
-    return Get(settings::kServerAddress, value);
-  }
-  HRESULT STDMETHODCALLTYPE put_ServerAddress(BSTR value) override {
-    return Put(settings::kServerAddress, value);
-  }
-  HRESULT STDMETHODCALLTYPE get_ServerPort(short* value) override {
-    return Get(settings::kServerPort, value);
-  }
-  HRESULT STDMETHODCALLTYPE put_ServerPort(short value) override {
-    return Put(settings::kServerPort, value);
-  }
-  HRESULT STDMETHODCALLTYPE get_ServerFile(BSTR* value) override {
-    return Get(settings::kServerFile, value);
-  }
-  HRESULT STDMETHODCALLTYPE put_ServerFile(BSTR value) override {
-    return Put(settings::kServerFile, value);
-  }
-  HRESULT STDMETHODCALLTYPE get_UseProxy(VARIANT_BOOL* value) override {
-    return Get(settings::kUseProxy, value);
-  }
-  HRESULT STDMETHODCALLTYPE put_UseProxy(VARIANT_BOOL value) override {
-    return Put(settings::kUseProxy, value);
-  }
-  HRESULT STDMETHODCALLTYPE get_ProxyServer(BSTR* value) override {
-    return Get(settings::kProxyServer, value);
-  }
-  HRESULT STDMETHODCALLTYPE put_ProxyServer(BSTR value) override {
-    return Put(settings::kProxyServer, value);
-  }
-  HRESULT STDMETHODCALLTYPE get_UserName(BSTR* value) override {
-    return Get(settings::kUserName, value);
-  }
-  HRESULT STDMETHODCALLTYPE put_UserName(BSTR value) override {
-    return Put(settings::kUserName, value);
-  }
-  HRESULT STDMETHODCALLTYPE get_Password(BSTR* value) override {
-    return Get(settings::kPassword, value);
-  }
-  HRESULT STDMETHODCALLTYPE put_Password(BSTR value) override {
-    return Put(settings::kPassword, value);
-  }
-  HRESULT STDMETHODCALLTYPE GetCRCValue(long* value) override;
-
-  // ISupportErrorInfo.
-  HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID id) override;
-
-  // IProvideClassInfo2.
-  HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** out) override;
-  HRESULT STDMETHODCALLTYPE GetGUID(DWORD kind, GUID* out) override;
-
- private:
+  // _SecurityCtrl. The slots of the properties come from SecurityCtrlMembers and end in these two.
   template <class Value, class Raw>
   [[nodiscard]] HRESULT Get(const settings::Setting<Value>& setting, Raw* value) {
     if (value == nullptr) return E_POINTER;
@@ -98,7 +47,16 @@ class DispatchFace final : public Face<ISecurityCtrl, ISupportErrorInfo, IProvid
     const auto alive = KeepAlive();
     return GuardedMember([&] { logic_.Put(setting, Into<Value>(value)); });
   }
+  HRESULT STDMETHODCALLTYPE GetCRCValue(long* value) override;
 
+  // ISupportErrorInfo.
+  HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID id) override;
+
+  // IProvideClassInfo2.
+  HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** out) override;
+  HRESULT STDMETHODCALLTYPE GetGUID(DWORD kind, GUID* out) override;
+
+ private:
   // A setting's value in the types of automation, and back.
   [[nodiscard]] static BSTR OutOf(const Text& value) { return NewBstr(value); }
   [[nodiscard]] static short OutOf(std::int16_t value) { return value; }

@@ -1,10 +1,13 @@
 // Usage: make_resources PICTURES OUTPUT
 //
-// Writes into the folder OUTPUT everything that QuorvaneSecurity.rc takes up: the type library, the
-// two tables of interface ids, the pictures made from the texts in the folder PICTURES, and
-// identities.rh with the numbers and texts of identities.h. Runs on the building machine.
+// Writes into the folder OUTPUT everything that is made from identities.h: what QuorvaneSecurity.rc
+// takes up (the type library, the two tables of interface ids, the pictures made from the texts in
+// the folder PICTURES, and identities.rh with the numbers and texts), the interface definition
+// QuorvaneSecurity.idl, and the two C++ headers of the interface under their paths from the root of
+// the repository. Runs on the building machine.
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <string>
@@ -12,6 +15,7 @@
 #include "control/interface/identities.h"
 #include "control/resources/bytes.h"
 #include "control/resources/control_library.h"
+#include "control/resources/interface_texts.h"
 #include "control/resources/picture.h"
 
 namespace {
@@ -21,11 +25,18 @@ using typelib::Bytes;
 
 std::string output_folder;
 
-void Write(const std::string& name, const Bytes& content) {
-  std::ofstream file(output_folder + "/" + name, std::ios::binary);
-  file.write(reinterpret_cast<const char*>(content.data().data()), content.size());
+void Write(const std::string& name, const std::string& content) {
+  const std::filesystem::path output(output_folder);
+  const std::filesystem::path folder = std::filesystem::path(name).parent_path();
+  if (!folder.empty()) std::filesystem::create_directories(output / folder);
+  std::ofstream file(output / name, std::ios::binary);
+  file << content;
   file.close();
   if (!file) throw std::runtime_error("cannot write " + name);
+}
+
+void Write(const std::string& name, const Bytes& content) {
+  Write(name, std::string(content.data().begin(), content.data().end()));
 }
 
 // One column of the generations: a byte count, then the ids, oldest first.
@@ -91,6 +102,9 @@ void MakeResources(const std::string& pictures) {
   Write("toolbox.bmp", resources::BitmapFile(Picture(pictures + "/toolbox.txt")));
   Write("control.ico", resources::IconFile(Picture(pictures + "/control.txt")));
   Write("identities.rh", Definitions());
+  Write("QuorvaneSecurity.idl", resources::InterfaceDefinition());
+  Write("control/interface/security_ctrl.h", resources::InterfaceHeader());
+  Write("control/object/security_ctrl_members.h", resources::MembersHeader());
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ from identities import MEMBERS
 from module_under_test import SOURCES, resource
 from msft_reader import TypeLibrary
 
-TEXT = SOURCES / "control/interface/QuorvaneSecurity.idl"
+TEXT = SOURCES / "docs/QuorvaneSecurity.idl"
 STUBS = Path(__file__).parent / "idl"
 
 

@@ -11,7 +11,8 @@ from module_under_test import SOURCES, resource
 
 PROGRAM = os.environ["QUORVANE_MAKE_RESOURCES"]
 PICTURES = SOURCES / "control/resources"
-FILES = ["QuorvaneSecurity.tlb", "control.ico", "identities.rh", "interface_ids.bin", "source_ids.bin",
+FILES = ["QuorvaneSecurity.idl", "QuorvaneSecurity.tlb", "control.ico", "control/interface/security_ctrl.h",
+         "control/object/security_ctrl_members.h", "identities.rh", "interface_ids.bin", "source_ids.bin",
          "toolbox.bmp"]
 
 
@@ -23,7 +24,7 @@ def made(folder):
     result = run(PICTURES, folder)
     if result.returncode:
         raise RuntimeError(result.stderr)
-    return {path.name: path.read_bytes() for path in Path(folder).iterdir()}
+    return {str(path.relative_to(folder)): path.read_bytes() for path in Path(folder).rglob("*") if path.is_file()}
 
 
 class MakeResources(unittest.TestCase):
