@@ -30,8 +30,7 @@ struct WebRequest {
 /// network while nobody asks, so an answer of any length needs no more memory than one receive
 /// buffer. All HTTP is libcurl's.
 ///
-/// - A proxy is "host:port", "http://host:port", or a list of such, divided by blanks or
-/// semicolons,
+/// - A proxy is "host:port", "http://host:port", or a list of such between blanks or semicolons,
 ///   of which the entry "http=..." or one without a scheme's name counts; its default port is 80.
 ///   An empty one is no proxy's name, so the send fails. Without one libcurl follows http_proxy,
 ///   all_proxy and no_proxy in the environment.

@@ -90,9 +90,10 @@ class Listing {
 
 class WindowsFiles final : public Files {
  public:
-  // A listing costs 12 to 21 times what asking for the attributes of one name does, so that is
-  // asked first where both must agree. A failure to tell them settles nothing (an open page file
-  // refuses them, and yet is listed), so then the listing decides.
+  // A listing costs many times what asking for the attributes of one name does (see
+  // benchmarks/README.md), so that is asked first where both must agree. A failure to tell them
+  // settles nothing (an open page file refuses them, and yet is listed), so then the listing
+  // decides.
   Text ListName(const Text& name) override {
     const std::u16string_view system_name(name.Characters().c_str());  // up to its first zero
     if (IsPlain(system_name)) {
