@@ -18,9 +18,9 @@ using testing::CallLog;
 using testing::ErrorNumberOf;
 using testing::ErrorOf;
 using testing::FakeApp;
+using testing::FakeControlSite;
 using testing::FakeFiles;
 using testing::FaultPlan;
-using testing::RecordingSite;
 
 const std::vector<std::uint8_t> kDigits{'1', '2', '3', '4', '5', '6', '7', '8', '9'};
 constexpr std::int32_t kCrcOfDigits = -873187034;
@@ -35,7 +35,7 @@ struct Module {
   FakeApp app{log, plan};
   FakeFiles files{log, plan};
   CallLog site_log;
-  RecordingSite site{site_log};
+  FakeControlSite site{site_log};
   SecurityCtrl control{site, app, files};
 };
 

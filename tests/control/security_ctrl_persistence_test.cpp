@@ -15,16 +15,16 @@ namespace {
 using basGlobals::connectionSettings;
 using testing::CallLog;
 using testing::FakeBag;
+using testing::FakeControlSite;
 using testing::FaultPlan;
 using testing::OnFreshThread;
-using testing::RecordingSite;
 
 // A control on a fresh thread, with settings that all differ from their defaults where asked for.
 template <class Body>
 void WithControl(Body body) {
   OnFreshThread([&body] {
     CallLog log;
-    RecordingSite site(log);
+    FakeControlSite site(log);
     SecurityCtrl control(site);
     body(control);
     EXPECT_TRUE(log.empty()) << "loading and saving notify nobody";
@@ -263,7 +263,7 @@ TEST(SecurityCtrl, LoadOfASecondControlOverwritesTheFirstOnesSettings) {
   WithControl([](SecurityCtrl& first) {
     FillSettings();
     CallLog log;
-    RecordingSite site(log);
+    FakeControlSite site(log);
     SecurityCtrl second(site);
     FakeBag bag;
     bag.entries = {{"ServerAddress", Text(u"second")}};
@@ -278,7 +278,7 @@ TEST(SecurityCtrl, SavesWhatAnotherControlOfTheThreadWrote) {
   WithControl([](SecurityCtrl& first) {
     connectionSettings().ServerPort = 80;
     CallLog log;
-    RecordingSite site(log);
+    FakeControlSite site(log);
     SecurityCtrl second(site);
     second.Put(settings::kServerFile, u"/by the second");
     FakeBag bag;

@@ -14,15 +14,15 @@ namespace {
 
 using testing::CallLog;
 using testing::ErrorNumberOf;
+using testing::FakeControlSite;
 using testing::FaultPlan;
 using testing::kPlannedFault;
 using testing::OnFreshThread;
-using testing::RecordingSite;
 
 TEST(SecurityCtrl, StartsAThreadWithPortZeroAndEmptyTexts) {
   OnFreshThread([] {
     CallLog log;
-    RecordingSite site(log);
+    FakeControlSite site(log);
     SecurityCtrl control(site);
     control.Initialize();
     control.InitProperties();
@@ -40,7 +40,7 @@ TEST(SecurityCtrl, StartsAThreadWithPortZeroAndEmptyTexts) {
 TEST(SecurityCtrl, NotifiesWithThePersistedNameAtEachPut) {
   OnFreshThread([] {
     CallLog log;
-    RecordingSite site(log);
+    FakeControlSite site(log);
     SecurityCtrl control(site);
     control.Put(settings::kServerAddress, u"host");
     control.Put(settings::kServerPort, 8080);
@@ -67,7 +67,7 @@ TEST(SecurityCtrl, StoresTheValueBeforeTheNotificationAndKeepsItWhenThatFails) {
   const auto put_fails_but_stores = [](auto put, auto stored) {
     OnFreshThread([&] {
       CallLog log;
-      RecordingSite site(log, FaultPlan(1));
+      FakeControlSite site(log, FaultPlan(1));
       SecurityCtrl control(site);
       EXPECT_EQ(ErrorNumberOf([&] { put(control); }), kPlannedFault);
       EXPECT_TRUE(stored(control));
@@ -92,7 +92,7 @@ TEST(SecurityCtrl, StoresTheValueBeforeTheNotificationAndKeepsItWhenThatFails) {
 TEST(SecurityCtrl, AcceptsEvery16BitPort) {
   OnFreshThread([] {
     CallLog log;
-    RecordingSite site(log);
+    FakeControlSite site(log);
     SecurityCtrl control(site);
     for (const std::int16_t port :
          std::initializer_list<std::int16_t>{-32768, -1, 0, 1, 80, 32767}) {
@@ -105,7 +105,7 @@ TEST(SecurityCtrl, AcceptsEvery16BitPort) {
 TEST(SecurityCtrl, SharesTheSettingsAmongControlsOfAThread) {
   OnFreshThread([] {
     CallLog log;
-    RecordingSite site(log);
+    FakeControlSite site(log);
     SecurityCtrl first(site);
     SecurityCtrl second(site);
     first.Put(settings::kServerAddress, u"shared");
@@ -118,7 +118,7 @@ TEST(SecurityCtrl, SharesTheSettingsAmongControlsOfAThread) {
 TEST(SecurityCtrl, HidesTheSettingsFromOtherThreads) {
   OnFreshThread([] {
     CallLog log;
-    RecordingSite site(log);
+    FakeControlSite site(log);
     SecurityCtrl control(site);
     control.Put(settings::kPassword, u"mine");
     OnFreshThread([] {
@@ -132,7 +132,7 @@ TEST(SecurityCtrl, HidesTheSettingsFromOtherThreads) {
 TEST(SecurityCtrl, HandsOutCopiesOfItsTexts) {
   OnFreshThread([] {
     CallLog log;
-    RecordingSite site(log);
+    FakeControlSite site(log);
     SecurityCtrl control(site);
     control.Put(settings::kServerFile, u"before");
     const Text copy = control.Get(settings::kServerFile);
@@ -144,7 +144,7 @@ TEST(SecurityCtrl, HandsOutCopiesOfItsTexts) {
 TEST(SecurityCtrl, InitPropertiesLeavesTheServerSettingsAlone) {
   OnFreshThread([] {
     CallLog log;
-    RecordingSite site(log);
+    FakeControlSite site(log);
     SecurityCtrl first(site);
     first.Put(settings::kServerAddress, u"host");
     first.Put(settings::kServerPort, 81);
@@ -168,7 +168,7 @@ TEST(SecurityCtrl, InitPropertiesLeavesTheServerSettingsAlone) {
 TEST(SecurityCtrl, TerminateLeavesTheSettings) {
   OnFreshThread([] {
     CallLog log;
-    RecordingSite site(log);
+    FakeControlSite site(log);
     {
       SecurityCtrl control(site);
       control.Put(settings::kServerPort, 99);

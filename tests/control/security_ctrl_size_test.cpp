@@ -11,12 +11,12 @@ namespace quorvane {
 namespace {
 
 using testing::CallLog;
+using testing::FakeControlSite;
 using testing::FaultPlan;
-using testing::RecordingSite;
 
 TEST(SecurityCtrl, LocksHeightThenWidthAt420Twips) {
   CallLog log;
-  RecordingSite site(log);
+  FakeControlSite site(log);
   SecurityCtrl(site).Resize();
   EXPECT_EQ(log, (CallLog{"SetHeight(420.000000)", "SetWidth(420.000000)"}));
   EXPECT_EQ(std::bit_cast<std::uint32_t>(SecurityCtrl::kSizeInTwips), 0x43D20000U);
@@ -24,14 +24,14 @@ TEST(SecurityCtrl, LocksHeightThenWidthAt420Twips) {
 
 TEST(SecurityCtrl, LeavesTheWidthUnsetWhenTheHeightIsRefused) {
   CallLog log;
-  RecordingSite site(log, FaultPlan(1));
+  FakeControlSite site(log, FaultPlan(1));
   SecurityCtrl(site).Resize();
   EXPECT_EQ(log, (CallLog{"SetHeight(420.000000)"}));
 }
 
 TEST(SecurityCtrl, DropsTheErrorOfARefusedWidth) {
   CallLog log;
-  RecordingSite site(log, FaultPlan(2));
+  FakeControlSite site(log, FaultPlan(2));
   SecurityCtrl(site).Resize();
   EXPECT_EQ(log.size(), 2U);
 }

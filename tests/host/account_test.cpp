@@ -13,8 +13,8 @@
 #include "tests/support/call_log.h"
 #include "tests/support/call_text.h"
 #include "tests/support/code_pages.h"
-#include "tests/support/idle_advapi32.h"
-#include "tests/support/idle_kernel32.h"
+#include "tests/support/fake_advapi32_base.h"
+#include "tests/support/fake_kernel32_base.h"
 #include "tests/support/raises.h"
 
 namespace quorvane::basAPI_api {
@@ -38,7 +38,7 @@ struct Pass {
   std::string domain;
 };
 
-class FakeAccounts final : public testing::IdleAdvapi32 {
+class FakeAccounts final : public testing::FakeAdvapi32Base {
  public:
   explicit FakeAccounts(CallLog& log) : log_(log) {}
 
@@ -85,10 +85,10 @@ class FakeAccounts final : public testing::IdleAdvapi32 {
   std::int32_t last_error_ = 0;
 };
 
-class FakeMemory final : public testing::IdleKernel32 {
+class FakeMemory final : public testing::FakeKernel32Base {
  public:
   explicit FakeMemory(CallLog& log) : log_(log) {}
-  using IdleKernel32::RtlMoveMemory;
+  using FakeKernel32Base::RtlMoveMemory;
 
   std::int32_t lstrlenA(Address32 address) override {
     EXPECT_EQ(address, kSidText);

@@ -14,7 +14,7 @@
 
 #include "host/basAPI_api.h"
 #include "platform/iphlpapi.h"
-#include "tests/support/idle_kernel32.h"
+#include "tests/support/fake_kernel32_base.h"
 #include "tests/support/raises.h"
 
 namespace quorvane::basAPI_api {
@@ -66,10 +66,10 @@ class FakeAdapters final : public Iphlpapi {
 };
 
 // Copies whole records out of the block, and nothing from beside it.
-class GuardedMemory final : public testing::IdleKernel32 {
+class GuardedMemory final : public testing::FakeKernel32Base {
  public:
   explicit GuardedMemory(const FakeAdapters& os) : os_(os) {}
-  using IdleKernel32::RtlMoveMemory;
+  using FakeKernel32Base::RtlMoveMemory;
 
   void RtlMoveMemory(void* destination, const void* source, std::uint32_t length) override {
     EXPECT_EQ(length, kRecordSize);

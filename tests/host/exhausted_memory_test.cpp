@@ -10,9 +10,9 @@
 
 #include "host/basAPI_api.h"
 #include "tests/support/code_pages.h"
+#include "tests/support/fake_advapi32_base.h"
+#include "tests/support/fake_kernel32_base.h"
 #include "tests/support/fake_registry.h"
-#include "tests/support/idle_advapi32.h"
-#include "tests/support/idle_kernel32.h"
 #include "tests/support/raises.h"
 
 namespace {
@@ -74,7 +74,7 @@ class Disarmed {
   int left_;
 };
 
-class FakeSystem final : public testing::IdleKernel32 {
+class FakeSystem final : public testing::FakeKernel32Base {
  public:
   std::int32_t GetSystemDirectoryA(char* buffer, std::int32_t /*size*/) override {
     std::memcpy(buffer, "C:\\Windows\\System32", 20);
@@ -154,7 +154,7 @@ TEST(ExhaustedMemory, LeavesAProfileReadAsTheErrorItIs) {
 }
 
 // A name and an identifier that no text or array holds in itself.
-class LongAccount final : public testing::IdleAdvapi32 {
+class LongAccount final : public testing::FakeAdvapi32Base {
  public:
   std::int32_t GetUserNameA(char* buffer, std::int32_t* /*size*/) override {
     std::memcpy(buffer, "a name of some length", 22);
@@ -180,9 +180,9 @@ class LongAccount final : public testing::IdleAdvapi32 {
   std::int32_t last_error_ = 0;
 };
 
-class SidText final : public testing::IdleKernel32 {
+class SidText final : public testing::FakeKernel32Base {
  public:
-  using IdleKernel32::RtlMoveMemory;
+  using FakeKernel32Base::RtlMoveMemory;
   std::int32_t lstrlenA(Address32 /*text*/) override { return 25; }
   void RtlMoveMemory(void* destination, Address32 /*source*/, std::uint32_t length) override {
     std::memcpy(destination, "S-1-5-21-100-200-300-1000", length);
@@ -222,7 +222,7 @@ class OneAdapter final : public Iphlpapi {
 
 TEST(ExhaustedMemory, GivesNoListOfAdapters) {
   OneAdapter os;
-  testing::IdleKernel32 memory;
+  testing::FakeKernel32Base memory;
   const int failures = FailEachAllocation([&](auto arm) {
     arm();
     const auto list = GetAdapterAddresses(os, memory);

@@ -10,7 +10,7 @@
 #include "tests/support/call_log.h"
 #include "tests/support/call_text.h"
 #include "tests/support/code_pages.h"
-#include "tests/support/idle_kernel32.h"
+#include "tests/support/fake_kernel32_base.h"
 #include "tests/support/raises.h"
 
 namespace quorvane::basAPI_api {
@@ -23,7 +23,7 @@ using testing::Page1252;
 using testing::Page932;
 
 // Answers every read with the bytes and the count, every write with the result.
-class FakeProfiles final : public testing::IdleKernel32 {
+class FakeProfiles final : public testing::FakeKernel32Base {
  public:
   std::int32_t GetProfileStringA(const char* section, const char* key, const char* default_text,
                                  char* buffer, std::int32_t size) override {

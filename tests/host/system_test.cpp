@@ -10,7 +10,7 @@
 
 #include "host/basAPI_api.h"
 #include "tests/support/code_pages.h"
-#include "tests/support/idle_kernel32.h"
+#include "tests/support/fake_kernel32_base.h"
 #include "tests/support/raises.h"
 
 namespace quorvane::basAPI_api {
@@ -19,7 +19,7 @@ namespace {
 using testing::Page1252;
 using testing::Page932;
 
-class FakeSystem final : public testing::IdleKernel32 {
+class FakeSystem final : public testing::FakeKernel32Base {
  public:
   std::int32_t GetVersionExA(OsVersionInformation* information) override {
     received = *information;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstdint>
+#include <concepts>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -10,6 +10,7 @@ namespace quorvane::testing {
 /// An argument as a call log shows it: a text in quotation marks, null as `null`; bytes outside
 /// printable ASCII as \xNN; a run of more than eight equal bytes as `x*count`.
 inline std::string Shown(std::string_view bytes) {
+  if (bytes.data() == nullptr) return "null";
   std::string shown = "\"";
   for (std::size_t at = 0; at < bytes.size();) {
     std::size_t run = at;
@@ -30,10 +31,13 @@ inline std::string Shown(std::string_view bytes) {
 }
 
 inline std::string Shown(const char* text) {
-  return text == nullptr ? "null" : Shown(std::string_view(text));
+  return Shown(text == nullptr ? std::string_view() : std::string_view(text));
 }
 
-inline std::string Shown(std::int32_t number) { return std::to_string(number); }
+template <std::integral Number>
+std::string Shown(Number number) {
+  return std::to_string(number);
+}
 
 /// `Name(argument, argument)`.
 template <class... Arguments>

@@ -16,9 +16,9 @@ namespace quorvane::testing {
 inline constexpr std::int32_t kPlannedFault = 31000;
 
 /// A container's site that writes down what it is told.
-class RecordingSite final : public ControlSite {
+class FakeControlSite final : public ControlSite {
  public:
-  explicit RecordingSite(CallLog& log, FaultPlan plan = FaultPlan()) : log_(log), plan_(plan) {}
+  explicit FakeControlSite(CallLog& log, FaultPlan plan = FaultPlan()) : log_(log), plan_(plan) {}
 
   void PropertyChanged(const identities::Property& property) override {
     Note("PropertyChanged(" + ToUtf8(property.entry) + ")");

@@ -13,6 +13,7 @@
 #include "runtime/runtime_error.h"
 #include "runtime/utf8.h"
 #include "tests/support/call_log.h"
+#include "tests/support/call_text.h"
 #include "tests/support/fault_plan.h"
 
 namespace quorvane::testing {
@@ -43,21 +44,21 @@ class FakeFiles final : public Files {
   [[nodiscard]] bool IsOpen(std::int16_t number) const { return open_.contains(number); }
 
   Text ListName(const Text& name) override {
-    Enter("ListName(" + Quoted(name) + ")");
+    Enter(CallText("ListName", ToUtf8(name)));
     if (const auto entry = listed_as.find(name.Characters()); entry != listed_as.end())
       return entry->second;
     return contents.contains(name.Characters()) ? name : Text(u"");
   }
 
   std::int16_t FreeFileNumber() override {
-    Enter("FreeFileNumber()");
+    Enter(CallText("FreeFileNumber"));
     std::int16_t number = 1;
     while (open_.contains(number)) ++number;
     return number;
   }
 
   void OpenForReading(const Text& name, std::int16_t number) override {
-    Enter("OpenForReading(" + Quoted(name) + ", " + std::to_string(number) + ")");
+    Enter(CallText("OpenForReading", ToUtf8(name), number));
     if (const auto error = open_failure.find(name.Characters()); error != open_failure.end())
       RaiseAs(error->second);
     if (!contents.contains(name.Characters())) RaiseAs(53);
@@ -65,14 +66,14 @@ class FakeFiles final : public Files {
   }
 
   std::int32_t Length(std::int16_t number) override {
-    Enter("Length(" + std::to_string(number) + ")");
+    Enter(CallText("Length", number));
     const File& file = *OpenAt(number).file;
     return file.shown_length.value_or(static_cast<std::int32_t>(file.bytes.size()));
   }
 
   void Read(std::int16_t number, ByteArray& buffer) override {
     const auto target = buffer.Elements();
-    Enter("Read(" + std::to_string(number) + ", " + std::to_string(target.size()) + ")");
+    Enter(CallText("Read", number, target.size()));
     OpenFile& open = OpenAt(number);
     const std::vector<std::uint8_t>& bytes = open.file->bytes;
     const std::size_t start = std::min(open.place, bytes.size());
@@ -82,7 +83,7 @@ class FakeFiles final : public Files {
   }
 
   void Close(std::int16_t number) override {
-    Write("Close(" + std::to_string(number) + ")");
+    Write(CallText("Close", number));
     open_.erase(number);
   }
 
@@ -97,7 +98,6 @@ class FakeFiles final : public Files {
     std::size_t place = 0;
   };
 
-  static std::string Quoted(const Text& text) { return '"' + ToUtf8(text) + '"'; }
   [[noreturn]] static void RaiseAs(std::int32_t number) { throw FailureOf(number); }
 
   void Write(std::string line) {

@@ -3,21 +3,21 @@
 #include <string>
 
 #include "tests/support/call_log.h"
-#include "tests/support/idle_kernel32.h"
+#include "tests/support/fake_kernel32_base.h"
 
 namespace quorvane::testing {
 
 /// Copies for real and writes the count of bytes down. Nothing here can fail.
-class FakeKernel32 final : public IdleKernel32 {
+class FakeKernel32 final : public FakeKernel32Base {
  public:
-  using IdleKernel32::RtlMoveMemory;
+  using FakeKernel32Base::RtlMoveMemory;
 
   FakeKernel32() = default;
   explicit FakeKernel32(CallLog& log) : log_(&log) {}
 
   void RtlMoveMemory(void* destination, const void* source, std::uint32_t length) override {
     if (log_ != nullptr) log_->push_back("RtlMoveMemory(" + std::to_string(length) + ")");
-    IdleKernel32::RtlMoveMemory(destination, source, length);
+    FakeKernel32Base::RtlMoveMemory(destination, source, length);
   }
 
  private:

@@ -9,15 +9,15 @@
 
 #include "tests/support/call_log.h"
 #include "tests/support/call_text.h"
+#include "tests/support/fake_advapi32_base.h"
 #include "tests/support/fault_plan.h"
-#include "tests/support/idle_advapi32.h"
 
 namespace quorvane::testing {
 
 /// The registry calls over one key in memory. Writes each call down, obeys a fault plan, and counts
 /// the open handles exactly; `used_badly` says that a handle was used or closed that was not open.
 /// It stores exactly the bytes that it is given and reports their count.
-class FakeRegistry final : public IdleAdvapi32 {
+class FakeRegistry final : public FakeAdvapi32Base {
  public:
   struct Value {
     std::int32_t type = 0;

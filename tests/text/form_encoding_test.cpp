@@ -20,7 +20,7 @@ const Table1252 kPage1252;
 
 // A page with one character of two bytes below 8000 hex, one above, one whose code is the blank's,
 // one of three bytes and one of none.
-class SmallTwoBytePage final : public CodePage {
+class PageOfOddCodes final : public CodePage {
  public:
   [[nodiscard]] std::string ToBytes(std::u16string_view characters) const override {
     switch (characters.at(0)) {
@@ -134,13 +134,13 @@ TEST(FormEncode, MarksWhatThePageLacksWithAnEscapedQuestionMark) {
 }
 
 TEST(FormEncode, WritesATwoByteCharacterAsOnePiece) {
-  const SmallTwoBytePage page;
+  const PageOfOddCodes page;
   EXPECT_EQ(FormEncode(u"a\u3042b", page), u"a%82A0b");
   EXPECT_EQ(FormEncode(u"\u4E00", page), u"%120F");
 }
 
 TEST(FormEncode, GoesByTheCodeThatThePageGives) {
-  const SmallTwoBytePage page;
+  const PageOfOddCodes page;
   EXPECT_EQ(FormEncode(u"\u2003", page), u"+");
   EXPECT_EQ(FormEncode(u"\u25D9", page), u"%0A");
   EXPECT_EQ(FormEncode(u"\u20AC\u200B", page), u"%3F%3F");
@@ -155,7 +155,7 @@ TEST(FormEncode, HoldsAtMost32766Characters) {
 }
 
 TEST(FormEncode, LimitsTheInputAndNotTheOutput) {
-  const SmallTwoBytePage page;
+  const PageOfOddCodes page;
   std::u16string expected;
   for (int i = 0; i < 32766; ++i) expected += u"%82A0";
   EXPECT_TRUE(FormEncode(Text(32766, u'\u3042'), page) == Text(expected));

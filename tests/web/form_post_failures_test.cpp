@@ -69,9 +69,9 @@ TEST(PostFormRequest, LeavesThreeHandlesOpenAfterAFailedSend) {
   }
 }
 
-class NeverSending final : public RecordingWinInet {
+class NeverSending final : public FakeWinInet {
  public:
-  using RecordingWinInet::RecordingWinInet;
+  using FakeWinInet::FakeWinInet;
   std::int32_t HttpSendRequestA(InternetHandle /*request*/, const char* /*headers*/,
                                 std::uint32_t /*headers_length*/, const char* /*body*/,
                                 std::uint32_t /*body_length*/) override {
@@ -83,7 +83,7 @@ TEST(PostFormRequest, LeavesThreeMoreHandlesOpenWithEachFailedSend) {
   OnFreshThread([] {
     CallLog log;
     NeverSending web(log);
-    RecordingScreen pointer_owner(log);
+    FakeScreen pointer_owner(log);
     for (std::size_t posts = 1; posts <= 4; ++posts) {
       EXPECT_EQ(PostFormRequest(u"s", u"/", u"", 80, web, pointer_owner), kFailureText);
       EXPECT_EQ(web.open_handles.size(), 3 * posts);

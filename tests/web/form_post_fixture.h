@@ -25,7 +25,7 @@ inline const std::string kConnectCall =
 inline const std::string kRequestCall =
     R"(HttpOpenRequestA(2, "POST", "/cgi/form", "HTTP/1.0", null, null, 2147483648, 0))";
 inline const std::string kHeaderCall =
-    R"(HttpAddRequestHeadersA(3, "Content-Type: application/x-www-form-urlencoded\r\n", 49, 2684354560))";
+    R"(HttpAddRequestHeadersA(3, "Content-Type: application/x-www-form-urlencoded\x0D\x0A", 49, 2684354560))";
 inline const std::string kSendCall = R"(HttpSendRequestA(3, null, 0, "a=b", 3))";
 inline const std::string kReadCall = "InternetReadFile(3, 2048)";
 inline const std::string kCloseRequestCall = "InternetCloseHandle(3)";
@@ -49,7 +49,7 @@ struct PostCase {
   Text body = u"a=b";
   std::int16_t port = 8080;
   basGlobals::ConnectionSettings settings;
-  std::deque<RecordingWinInet::Read> reads = {{"reply"}};
+  std::deque<FakeWinInet::Read> reads = {{"reply"}};
   FaultPlan plan;
   Fails manner = Fails::kByItsResult;
   FaultPlan screen_plan;
@@ -60,8 +60,8 @@ struct PostCase {
     Outcome outcome;
     OnFreshThread([this, &outcome] {
       static const Table1252 kPage;
-      RecordingWinInet web(outcome.log, plan, manner);
-      RecordingScreen pointer_owner(outcome.log, screen_plan);
+      FakeWinInet web(outcome.log, plan, manner);
+      FakeScreen pointer_owner(outcome.log, screen_plan);
       web.reads = reads;
       basGlobals::connectionSettings() = settings;
       outcome.result = PostFormRequest(server, object_name, body, port, web, pointer_owner,

@@ -106,8 +106,8 @@ TEST(PostFormRequest, ReturnsAReplyThatLooksLikeAFailure) {
 TEST(PostFormRequest, KeepsInternetFailedSetAfterALaterSuccess) {
   OnFreshThread([] {
     CallLog log;
-    RecordingWinInet web(log);
-    RecordingScreen pointer_owner(log);
+    FakeWinInet web(log);
+    FakeScreen pointer_owner(log);
     EXPECT_EQ(PostFormRequest(u"s", u"/", u"", 80, web, pointer_owner), kFailureText);
     EXPECT_EQ(basGlobals::internetFailed(), kTrue);
     web.reads = {{"fine"}};

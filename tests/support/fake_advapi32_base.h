@@ -6,7 +6,7 @@ namespace quorvane::testing {
 
 /// Every call fails and does nothing. A fake derives from it and overrides the calls that it is
 /// about.
-class IdleAdvapi32 : public Advapi32 {
+class FakeAdvapi32Base : public Advapi32 {
  public:
   static constexpr std::int32_t kFailure = 5;
 

@@ -8,7 +8,7 @@ namespace quorvane::testing {
 
 /// Copies memory for real and does nothing else: every other call fails. A fake derives from it and
 /// overrides the calls that it is about.
-class IdleKernel32 : public Kernel32 {
+class FakeKernel32Base : public Kernel32 {
  public:
   std::int32_t GetVersionExA(OsVersionInformation* /*information*/) override { return 0; }
   std::int32_t GetSystemDirectoryA(char* /*buffer*/, std::int32_t /*size*/) override { return 0; }
