@@ -19,7 +19,7 @@ wine|scripts/wine itself: arguments, exit codes, bytes, windows, parallel runs|T
 windows-tests|the same tests, and those of the loaded module, as Windows programs in Wine|Run one by hand: scripts/with-display scripts/wine build/windows-tests/tests/ROOM/ROOM_tests.exe
 coverage|the Linux tests once more, counting lines and branches of the portable rooms|The lines listed above are not reached by any test.
 run-native|the whole road on Linux: ./run --native|Run it by hand: ./run --native
-run|the whole road in Wine: ./run|Run it by hand: ./run
+run|the whole road in Wine: ./run; what the pages show as output, against real runs|Run it by hand: ./run; scripts/check-shown tells how a page is compared
 help|what users read and run first: the help file, the reference, the manual, check-install, licences|Run it by hand: cd tests/help && /usr/bin/python3 -m unittest
 reproducible|two clones in different folders give the same module, bit for bit|Something of the folder or the time got into the file; compare the two with cmp -l.
 '
@@ -71,6 +71,7 @@ step_rooms() {
   local code=0
   case_of test-check-rooms scripts/test-check-rooms || code=1
   case_of check-rooms scripts/check-rooms || code=1
+  case_of test-check-shown scripts/test-check-shown || code=1
   return "$code"
 }
 step_format() { case_of check-format scripts/check-format; }
@@ -112,7 +113,14 @@ step_coverage() {
   case_of check-coverage scripts/check-coverage
 }
 step_run_native() { case_of run ./run --native; }
-step_run() { case_of run ./run; }
+step_run() {
+  local code=0
+  case_of run ./run || code=1
+  cmake --preset native >/dev/null
+  cmake --build --preset native --target quorvane -j"$jobs"
+  case_of check-shown scripts/check-shown --run "$results/run/run.out" || code=1
+  return "$code"
+}
 step_help() {
   scripts/setup --release
   build native
