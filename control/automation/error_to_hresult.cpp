@@ -1,5 +1,7 @@
 #include "control/automation/error_to_hresult.h"
 
+#include <memory>
+
 #include "control/automation/strings.h"
 #include "control/interface/identities.h"
 
@@ -20,6 +22,13 @@ void LeaveErrorObject(const RuntimeError& error) {
   maker->SetDescription(MutableWide(error.description));
   const auto object = Query<IErrorInfo>(maker.Get());
   ::SetErrorInfo(0, object.Get());
+}
+
+Text TextFrom(IErrorInfo& object, HRESULT (STDMETHODCALLTYPE IErrorInfo::*part)(BSTR*)) {
+  BSTR string = nullptr;
+  if (FAILED((object.*part)(&string))) return {};
+  const std::unique_ptr<OLECHAR, decltype(&::SysFreeString)> owned(string, ::SysFreeString);
+  return FromBstr(string);
 }
 
 }  // namespace
@@ -47,11 +56,23 @@ std::int32_t NumberOf(HRESULT failure) {
 
 void RaiseFailedCall(HRESULT failure) { Raise(NumberOf(failure)); }
 
+RuntimeError FailedCall(HRESULT failure) {
+  const std::int32_t number = NumberOf(failure);
+  RuntimeError error{number, {}, StandardDescription(number)};
+  ComPtr<IErrorInfo> object;
+  if (::GetErrorInfo(0, object.Receive()) != S_OK) return error;
+  error.source = TextFrom(*object.Get(), &IErrorInfo::GetSource);
+  const Text description = TextFrom(*object.Get(), &IErrorInfo::GetDescription);
+  if (!description.Characters().empty()) error.description = description;
+  return error;
+}
+
 HRESULT CurrentFailure() noexcept {
   try {
-    return ResultOf(CurrentRuntimeError().number);
+    const std::int32_t number = CurrentRuntimeError().number;
+    return number == ErrorNumber::kOutOfMemory ? E_OUTOFMEMORY : ResultOf(number);
   } catch (...) {  // not even the error could be copied
-    return ResultOf(ErrorNumber::kOutOfMemory);
+    return E_OUTOFMEMORY;
   }
 }
 

@@ -18,7 +18,12 @@ namespace quorvane::server {
 /// Throws the run-time error that stands for a failed call of a component.
 [[noreturn]] void RaiseFailedCall(HRESULT failure);
 
-/// The exception being handled as a result. To be called inside a catch block.
+/// The run-time error that stands for a call of the host that failed just now: with source and
+/// description of the thread's error object, which is taken, where the host left one.
+[[nodiscard]] RuntimeError FailedCall(HRESULT failure);
+
+/// The exception being handled as a result: exhausted memory is E_OUTOFMEMORY, as the component
+/// model asks of what is no member of the control. To be called inside a catch block.
 [[nodiscard]] HRESULT CurrentFailure() noexcept;
 
 /// The same, for a member of the control: leaves number, source and description as the thread's

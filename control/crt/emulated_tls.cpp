@@ -3,7 +3,9 @@
 // thousand times would be aborted for want of one.
 //
 // The compiler calls __emutls_get_address with a description of the variable (the layout below is
-// its own). Each thread holds a list of its copies; a list of all copies serves the unloading.
+// its own). Each thread holds a list of its copies; a list of all copies serves the unloading. When
+// there is no memory for a copy, or no TLS index, it takes a place in the module itself: a thread's
+// first exception may well tell of just that.
 
 #include "control/crt/emulated_tls.h"
 
@@ -48,36 +50,79 @@ class Turn {
   Turn& operator=(const Turn&) = delete;
 };
 
-// The exception handling cannot go on without its variables.
-void* OrEnd(void* memory) {
-  if (memory == nullptr) std::abort();
-  return memory;
-}
-
 DWORD Index() {
   const Turn turn;
   if (tls_index == TLS_OUT_OF_INDEXES) tls_index = ::TlsAlloc();
-  if (tls_index == TLS_OUT_OF_INDEXES) std::abort();
   return tls_index;
 }
 
-Copy* Add(const Variable& variable, DWORD index, Copy* first_of_thread) {
-  auto* copy = static_cast<Copy*>(
-      OrEnd(::HeapAlloc(::GetProcessHeap(), HEAP_ZERO_MEMORY, sizeof(Copy) + variable.size)));
-  copy->variable = &variable;
-  copy->next_of_thread = first_of_thread;
+void Free(Copy* copy) { ::HeapFree(::GetProcessHeap(), 0, copy); }
+
+void Start(Copy& copy, const Variable& variable) {
+  copy.variable = &variable;
   if (variable.initial_value != nullptr)
-    std::memcpy(copy->Bytes(), variable.initial_value, variable.size);
-  ::TlsSetValue(index, copy);
+    std::memcpy(copy.Bytes(), variable.initial_value, variable.size);
+}
+
+// Null when the system has no room for it.
+Copy* Add(const Variable& variable, DWORD index, Copy* first_of_thread) {
+  if (index == TLS_OUT_OF_INDEXES) return nullptr;
+  auto* const copy = static_cast<Copy*>(
+      ::HeapAlloc(::GetProcessHeap(), HEAP_ZERO_MEMORY, sizeof(Copy) + variable.size));
+  if (copy == nullptr) return nullptr;
+  Start(*copy, variable);
+  copy->next_of_thread = first_of_thread;
+  if (::TlsSetValue(index, copy) == FALSE) {
+    Free(copy);
+    return nullptr;
+  }
   const Turn turn;
   copy->next = all_copies;
   all_copies = copy;
   return copy;
 }
 
-void Free(Copy* copy) { ::HeapFree(::GetProcessHeap(), 0, copy); }
+// A place for one copy, held until its thread ends. 0 is no thread's id.
+struct Reserve {
+  Copy copy;
+  std::byte bytes[16];
+  LONG volatile thread;
+};
+
+constinit Reserve reserves[16]{};
+
+LONG ThisThread() { return static_cast<LONG>(::GetCurrentThreadId()); }
+
+Copy* FindReserve(const Variable& variable) {
+  for (Reserve& reserve : reserves) {
+    if (reserve.thread == ThisThread() && reserve.copy.variable == &variable) return &reserve.copy;
+  }
+  return nullptr;
+}
+
+// The exception handling cannot go on without its variables: more threads at once than there are
+// places end the process.
+Copy* TakeReserve(const Variable& variable) {
+  for (Reserve& reserve : reserves) {
+    if (variable.size > sizeof reserve.bytes) break;
+    if (::InterlockedCompareExchange(&reserve.thread, ThisThread(), 0) != 0) continue;
+    std::memset(reserve.bytes, 0, sizeof reserve.bytes);
+    Start(reserve.copy, variable);
+    return &reserve.copy;
+  }
+  std::abort();
+}
+
+void GiveBackReserves() {
+  for (Reserve& reserve : reserves) {
+    if (reserve.thread != ThisThread()) continue;
+    reserve.copy.variable = nullptr;
+    ::InterlockedExchange(&reserve.thread, 0);
+  }
+}
 
 void EndThread() {
+  GiveBackReserves();
   if (tls_index == TLS_OUT_OF_INDEXES) return;
   auto* copy = static_cast<Copy*>(::TlsGetValue(tls_index));
   ::TlsSetValue(tls_index, nullptr);
@@ -111,10 +156,13 @@ extern "C" void* __emutls_get_address(Variable* variable) {
   // Asking for a TLS value clears the last-error code, which belongs to whoever reads it next.
   const DWORD last_error = ::GetLastError();
   const DWORD index = Index();
-  auto* const first = static_cast<Copy*>(::TlsGetValue(index));
+  auto* const first =
+      index != TLS_OUT_OF_INDEXES ? static_cast<Copy*>(::TlsGetValue(index)) : nullptr;
   Copy* copy = first;
   while (copy != nullptr && copy->variable != variable) copy = copy->next_of_thread;
+  if (copy == nullptr) copy = FindReserve(*variable);
   if (copy == nullptr) copy = Add(*variable, index, first);
+  if (copy == nullptr) copy = TakeReserve(*variable);
   ::SetLastError(last_error);
   return copy->Bytes();
 }

@@ -21,19 +21,19 @@ struct alignas(8) Reserve {
   std::byte bytes[kHeader + 128];
 };
 
-constinit Reserve reserves[8]{};
-constinit LONG volatile is_taken[8]{};
+constinit Reserve reserves[16]{};
+constinit LONG volatile is_taken[16]{};
 
 void* TakeReserve(std::size_t size) {
   if (size > sizeof(Reserve)) return nullptr;
-  for (std::size_t i = 0; i < 8; ++i) {
+  for (std::size_t i = 0; i < 16; ++i) {
     if (::InterlockedExchange(&is_taken[i], 1) == 0) return &reserves[i];
   }
   return nullptr;
 }
 
 bool GiveBackReserve(const void* block) {
-  for (std::size_t i = 0; i < 8; ++i) {
+  for (std::size_t i = 0; i < 16; ++i) {
     if (block != &reserves[i]) continue;
     ::InterlockedExchange(&is_taken[i], 0);
     return true;

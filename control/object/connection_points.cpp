@@ -1,6 +1,7 @@
 #include "control/object/connection_points.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -36,13 +37,14 @@ ConnectionPoint& ConnectionPointsFace::PointOf(const GUID& id) {
 
 void ConnectionPointsFace::NotifyChanged(DISPID property) {
   const auto alive = KeepAlive();
-  HRESULT failure = S_OK;
+  std::optional<RuntimeError> failure;
   for (const Connection& connection : PointOf(__uuidof(IPropertyNotifySink)).Connections()) {
+    ::SetErrorInfo(0, nullptr);
     const HRESULT result =
         static_cast<IPropertyNotifySink*>(connection.sink.Get())->OnChanged(property);
-    if (FAILED(result) && result != E_NOTIMPL && SUCCEEDED(failure)) failure = result;
+    if (FAILED(result) && result != E_NOTIMPL && !failure) failure = FailedCall(result);
   }
-  if (FAILED(failure)) RaiseFailedCall(failure);
+  if (failure) throw RuntimeError(*failure);
 }
 
 HRESULT ConnectionPointsFace::EnumConnectionPoints(IEnumConnectionPoints** out) {

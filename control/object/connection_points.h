@@ -16,8 +16,9 @@ class ConnectionPointsFace final : public Face<IConnectionPointContainer> {
   [[nodiscard]] void* Find(REFIID id);
 
   /// Tells every property sink that the property changed; all are told even when one fails.
-  /// E_NOTIMPL means "not interested"; raises the number of the first other failure. Sinks may call
-  /// back into the control, connect and disconnect meanwhile.
+  /// E_NOTIMPL means "not interested"; raises the first other failure, with the source and the
+  /// description that its sink left. Sinks may call back into the control, connect and disconnect
+  /// meanwhile.
   void NotifyChanged(DISPID property);
 
   /// Lists IPropertyNotifySink and the present event interface, once each.

@@ -232,6 +232,65 @@ TEST(Notification, FailureReachesTheCallerOfThePutWithTheValueStored) {
   });
 }
 
+// Leaves an error object as a sink does that was written with a language's own errors.
+void LeaveError(const wchar_t* source, const wchar_t* description) {
+  Com<ICreateErrorInfo> maker;
+  ASSERT_EQ(::CreateErrorInfo(maker.Out()), S_OK);
+  maker->SetSource(const_cast<wchar_t*>(source));
+  maker->SetDescription(const_cast<wchar_t*>(description));
+  ::SetErrorInfo(0, maker.As<IErrorInfo>().Get());
+}
+
+struct Told {
+  HRESULT result = S_OK;
+  std::wstring source;
+  std::wstring description;
+};
+
+// What the caller of a put is told when a sink answers so.
+Told PutWithSink(const Com<ISecurityCtrl>& control, FakePropertySink& sink) {
+  DWORD cookie = 0;
+  const auto point = Point(control, IID_IPropertyNotifySink);
+  EXPECT_EQ(point->Advise(&sink, &cookie), S_OK);
+  Told told;
+  told.result = control->put_ServerPort(83);
+  EXPECT_EQ(point->Unadvise(cookie), S_OK);
+  Com<IErrorInfo> error;
+  Bstr text;
+  if (::GetErrorInfo(0, error.Out()) != S_OK) return told;
+  EXPECT_EQ(error->GetSource(text.Out()), S_OK);
+  told.source = text.Text();
+  EXPECT_EQ(error->GetDescription(text.Out()), S_OK);
+  told.description = text.Text();
+  return told;
+}
+
+TEST(Notification, AFailureKeepsItsNumberSourceAndDescription) {
+  WithControl([](const Com<ISecurityCtrl>& control) {
+    FakePropertySink sink;
+    sink.answer = static_cast<HRESULT>(0x800A01A8);
+    sink.on_changed = [] { LeaveError(L"Form1.Sink", L"Object required"); };
+    const Told told = PutWithSink(control, sink);
+    EXPECT_EQ(told.result, static_cast<HRESULT>(0x800A01A8));
+    EXPECT_EQ(told.source, L"Form1.Sink");
+    EXPECT_EQ(told.description, L"Object required");
+  });
+}
+
+TEST(Notification, AFailureWithoutAnErrorObjectIsToldByItsNumber) {
+  WithControl([](const Com<ISecurityCtrl>& control) {
+    FakePropertySink sink;
+    sink.answer = E_OUTOFMEMORY;
+    const Told told = PutWithSink(control, sink);
+    EXPECT_EQ(told.result, static_cast<HRESULT>(0x800A0007)) << "7, not 6, which is overflow";
+    EXPECT_EQ(told.description, L"Out of memory");
+    sink.answer = DISP_E_OVERFLOW;
+    EXPECT_EQ(PutWithSink(control, sink).result, static_cast<HRESULT>(0x800A0006));
+    sink.answer = E_FAIL;
+    EXPECT_EQ(PutWithSink(control, sink).result, E_FAIL);
+  });
+}
+
 TEST(Notification, TakesNotImplementedForNotInterested) {
   WithControl([](const Com<ISecurityCtrl>& control) {
     FakePropertySink sink;
