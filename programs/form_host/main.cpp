@@ -30,7 +30,7 @@ constexpr const char* kHelp =
     "                    memory only\n"
     "  --wait            keeps the form on the screen until Enter is pressed or standard input "
     "ends\n"
-    "                    (without it: a moment)\n"
+    "                    (without it: a moment); F1 opens the help file beside the module\n"
     "\n"
     "A form file holds one entry a line: Name = \"text\", Name = 8080, Name = True. Passwords show "
     "as\n"

@@ -39,6 +39,7 @@ FormWindow::FormWindow() {
     reason_ = SystemMessage(::GetLastError());
     return;
   }
+  ::SetWindowLongPtrW(handle_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   panel_.emplace(handle_, kPlaceOfPanel);
 }
 
@@ -92,6 +93,12 @@ LRESULT CALLBACK FormWindow::OnMessage(HWND window, UINT message, WPARAM word, L
       Paint(surface, area);
       ::EndPaint(window, &paint);
       return 0;
+    }
+    case WM_HELP: {
+      const auto* const form =
+          reinterpret_cast<const FormWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
+      if (form != nullptr && form->on_help_) form->on_help_();
+      return TRUE;
     }
     case WM_CLOSE:
       return 0;  // the form closes its window itself, behind the control's

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "programs/form_host/windows/com.h"
 #include "programs/form_host/windows/panel.h"
@@ -19,6 +21,9 @@ class FormWindow {
 
   [[nodiscard]] HWND Handle() const { return handle_; }
   [[nodiscard]] const std::string& Reason() const { return reason_; }
+
+  /// Called when the user asks for help by F1 in the window; must not throw.
+  void OnHelp(std::function<void()> listener) { on_help_ = std::move(listener); }
 
   /// Shows the window without taking the focus away from anyone, and serves its messages for a
   /// moment. Raises what painting the panel has raised.
@@ -40,6 +45,7 @@ class FormWindow {
 
   HWND handle_ = nullptr;
   std::optional<Panel> panel_;
+  std::function<void()> on_help_;
   std::string reason_;
 };
 

@@ -9,9 +9,11 @@
 #include "programs/form_host/settings.h"
 #include "programs/form_host/windows/form_property_bag.h"
 #include "programs/form_host/windows/form_window.h"
+#include "programs/form_host/windows/help_viewer.h"
 #include "programs/form_host/windows/late_bound.h"
 #include "programs/form_host/windows/property_sink.h"
 #include "programs/form_host/windows/site.h"
+#include "programs/form_host/windows/variant.h"
 #include "runtime/runtime_error.h"
 #include "runtime/utf8.h"
 
@@ -61,6 +63,7 @@ class ContainerForm final : public HostedForm {
         members_(control_.As<IDispatch>()) {
     Check(control_->SetClientSite(site_.Get()), u"SetClientSite");
     ListenToChanges();
+    window_.OnHelp([this] { ShowHelp(); });
   }
 
   // Site and control hold each other until SetClientSite(NULL).
@@ -143,6 +146,17 @@ class ContainerForm final : public HostedForm {
     Check(point_->Advise(sink_.Get(), &cookie_), u"IConnectionPoint.Advise");
   }
 
+  // F1 in the window. What goes wrong is told there, too.
+  void ShowHelp() {
+    try {
+      help_.Open(control_.As<IDispatch>(), window_.Handle());
+    } catch (...) {
+      const RuntimeError error = CurrentRuntimeError();
+      const Text message = error.description + u"\n" + error.source;
+      ::MessageBoxW(window_.Handle(), Wide(message), L"Form", MB_OK | MB_ICONWARNING);
+    }
+  }
+
   Text NameOf(DISPID id) const {
     for (const identities::Property& setting : kSettings)
       if (setting.dispatch_id == id) return FromUtf8(setting.name);
@@ -161,6 +175,7 @@ class ContainerForm final : public HostedForm {
 
   ChangeListener listener_;
   FormWindow window_;
+  HelpViewer help_;
   ComPtr<Site> site_;
   ComPtr<PropertySink> sink_;
   ComPtr<IOleObject> control_;
