@@ -35,22 +35,20 @@ std::string UnixSid(std::uint32_t kind, std::uint32_t id) {
 }  // namespace
 
 std::optional<Account> Find(std::string_view name) {
+  // The name of a user whom a directory knows may hold the sign itself.
+  const auto in = [](std::string_view domain, std::string_view plain) -> std::optional<Account> {
+    const std::string known = SystemPageToUtf8(plain);
+    const bool any = domain.empty() || IsThisMachine(domain);
+    const auto user = any || SameWord(domain, kUserDomain) ? FindUser(known) : std::nullopt;
+    if (user) return Account{UnixSid(kUsers, user->id), std::string(kUserDomain), kTypeUser};
+    const auto group = any || SameWord(domain, kGroupDomain) ? FindGroup(known) : std::nullopt;
+    if (group) return Account{UnixSid(kGroups, *group), std::string(kGroupDomain), kTypeGroup};
+    return std::nullopt;
+  };
   const std::size_t sign = name.find('\\');
-  const std::string_view domain = sign == std::string_view::npos ? "" : name.substr(0, sign);
-  const std::string_view plain = sign == std::string_view::npos ? name : name.substr(sign + 1);
-  const std::string known = SystemPageToUtf8(plain);
-  const bool any = domain.empty() || IsThisMachine(domain);
-  if (any || SameWord(domain, kUserDomain)) {
-    if (const auto user = FindUser(known)) {
-      return Account{UnixSid(kUsers, user->id), std::string(kUserDomain), kTypeUser};
-    }
-  }
-  if (any || SameWord(domain, kGroupDomain)) {
-    if (const auto group = FindGroup(known)) {
-      return Account{UnixSid(kGroups, *group), std::string(kGroupDomain), kTypeGroup};
-    }
-  }
-  return std::nullopt;
+  const auto whole = in("", name);
+  if (whole || sign == std::string_view::npos) return whole;
+  return in(name.substr(0, sign), name.substr(sign + 1));
 }
 
 std::optional<std::string> SidText(const unsigned char* sid) {

@@ -62,9 +62,9 @@ AdapterInfoRecord RecordOf(const Adapter& adapter) {
 
 }  // namespace
 
-std::vector<Adapter> KernelAdapters() {
+std::optional<std::vector<Adapter>> KernelAdapters() {
   ifaddrs* first = nullptr;
-  if (::getifaddrs(&first) != 0) return {};
+  if (::getifaddrs(&first) != 0) return std::nullopt;
   const std::unique_ptr<ifaddrs, decltype(&::freeifaddrs)> owner(first, &::freeifaddrs);
   std::vector<Adapter> adapters;
   for (const ifaddrs* entry = first; entry != nullptr; entry = entry->ifa_next) {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,8 +22,9 @@ struct Adapter {
   std::string ip_mask;
 };
 
-/// The adapters that the kernel knows, up or down, in its own order; the loop-back is none.
-[[nodiscard]] std::vector<Adapter> KernelAdapters();
+/// The adapters that the kernel knows, up or down, in its own order; the loop-back is none. Nothing
+/// where the kernel does not tell.
+[[nodiscard]] std::optional<std::vector<Adapter>> KernelAdapters();
 
 /// The published record IP_ADAPTER_INFO in the layout of the 32-bit platform, whatever the host.
 struct AdapterInfoRecord {

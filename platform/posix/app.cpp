@@ -1,12 +1,11 @@
 #include "platform/app.h"
 
 #include <dlfcn.h>
+#include <link.h>
 
-#include <climits>
-#include <cstdlib>
 #include <filesystem>
 
-#include "runtime/utf8.h"
+#include "platform/posix/file_names.h"
 
 namespace quorvane {
 namespace {
@@ -14,19 +13,24 @@ namespace {
 // The file of the program or shared object that this very code was linked into.
 std::filesystem::path ModuleFile() {
   Dl_info info{};
+  link_map* object = nullptr;
   static const int kOwnAddress = 0;
-  if (dladdr(&kOwnAddress, &info) == 0 || info.dli_fname == nullptr) return {};
+  if (::dladdr1(&kOwnAddress, &info, reinterpret_cast<void**>(&object), RTLD_DL_LINKMAP) == 0) {
+    return {};
+  }
   std::error_code ignored;
-  // A program started through PATH shows only its name here.
-  const std::filesystem::path shown = info.dli_fname;
-  if (shown.has_parent_path()) return std::filesystem::absolute(shown, ignored).lexically_normal();
-  return std::filesystem::read_symlink("/proc/self/exe", ignored);
+  // The program itself has no name here, and the one it was started by may be anything.
+  if (*object->l_name == '\0') return std::filesystem::read_symlink("/proc/self/exe", ignored);
+  return std::filesystem::absolute(object->l_name, ignored).lexically_normal();
 }
+
+// Taken when the module is loaded, before the program can go to another folder.
+const std::filesystem::path module_file = ModuleFile();  // NOLINT(cert-err58-cpp): ends the load
 
 class PosixApp final : public App {
  public:
-  Text Path() override { return FromUtf8(ModuleFile().parent_path().native()); }
-  Text EXEName() override { return FromUtf8(ModuleFile().stem().native()); }
+  Text Path() override { return FileNameFrom(module_file.parent_path().native()); }
+  Text EXEName() override { return FileNameFrom(module_file.stem().native()); }
 };
 
 }  // namespace

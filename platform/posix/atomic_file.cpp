@@ -115,8 +115,8 @@ class NextFile {
 }  // namespace
 
 void CreatePrivateFolder(const std::filesystem::path& folder) {
-  struct stat status {};
-  if (folder.empty() || ::stat(folder.c_str(), &status) == 0) return;
+  const bool lacks_parent = ::mkdir(folder.c_str(), 0700) != 0 && errno == ENOENT;
+  if (!lacks_parent || !folder.has_relative_path()) return;
   CreatePrivateFolder(folder.parent_path());
   ::mkdir(folder.c_str(), 0700);
 }
@@ -148,14 +148,16 @@ int ChangeFile(const std::filesystem::path& file, unsigned mode, const FileChang
   NextFile next(target);
   const bool is_new = ::stat(target.c_str(), &status) != 0;
   if (const int error = next.Hold(is_new ? mode : 0600); error != 0) return error;
-  const bool exists = ::stat(target.c_str(), &status) == 0;
-  if (exists && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return errno;
+  const int seen = ::stat(target.c_str(), &status) == 0 ? 0 : errno;
+  if (seen == 0 && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return errno;
   std::optional<std::string> before;
-  if (const int error = ReadFile(target, before); error != 0 && error != ENOENT) return error;
+  const int error = ReadFile(target, before);
+  // There and then not: a file whose bytes are not known is not to be replaced.
+  if (error != seen || (error != 0 && error != ENOENT)) return error != 0 ? error : seen;
   const auto after = change(before);
   if (!after) return EBADMSG;
   if (*after == before.value_or("")) return 0;
-  return next.Replace(target, exists ? &status : nullptr, *after);
+  return next.Replace(target, before ? &status : nullptr, *after);
 }
 
 }  // namespace quorvane

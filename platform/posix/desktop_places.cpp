@@ -9,21 +9,21 @@ namespace {
 
 constexpr const char* kOwnFolder = "quorvane";
 
-std::filesystem::path FromEnvironment(const char* variable) {
-  const char* const value = std::getenv(variable);
-  if (value == nullptr) return {};
-  std::filesystem::path path(value);
+// Nothing but an absolute path counts.
+std::filesystem::path Absolute(const char* place) {
+  std::filesystem::path path(place != nullptr ? place : "");
   return path.is_absolute() ? path : std::filesystem::path();
 }
 
 std::filesystem::path Home() {
-  if (auto home = FromEnvironment("HOME"); !home.empty()) return home;
-  if (const auto user = CurrentUser()) return user->home;
-  return "/";
+  if (auto home = Absolute(std::getenv("HOME")); !home.empty()) return home;
+  const auto user = CurrentUser();
+  auto home = Absolute(user ? user->home.c_str() : "");
+  return home.empty() ? "/" : home;
 }
 
 std::filesystem::path FolderFor(const char* variable, const char* usual_place) {
-  auto base = FromEnvironment(variable);
+  auto base = Absolute(std::getenv(variable));
   if (base.empty()) base = Home() / usual_place;
   return base / kOwnFolder;
 }

@@ -2,10 +2,13 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <memory>
@@ -17,17 +20,7 @@
 #include "platform/posix/file_errors.h"
 #include "platform/posix/file_names.h"
 
-// The stand-in on Linux.
-//
-// Names go out in UTF-8 with each backslash taken as a slash, and end at their first zero. Upper
-// and lower case differ, in wild cards too, as everywhere on this system. Hidden is what starts
-// with a dot, and nothing is a system file; only regular files count as files, so that a pipe or a
-// device is neither listed nor opened.
-//
-// Writers are shut out as far as Linux can: a file that anybody has open for writing is refused
-// where the file system tells (by a lease, which asks for an own file or a privilege), and one that
-// a writer holds by flock() always. While the file is open, writers that ask flock() are kept away;
-// others are not.
+// The stand-in on Linux; its rules are in docs/host-services/stand-ins.md.
 
 namespace quorvane {
 namespace {
@@ -129,6 +122,15 @@ OpenFile OpenRegularFile(const std::string& path) {
   return file;
 }
 
+// Elsewhere, over a network above all, a lease may be refused while nobody has the file open.
+bool TellsOfWriters(int descriptor) {
+  constexpr std::uint32_t kTold[] = {BTRFS_SUPER_MAGIC, EXT4_SUPER_MAGIC,      F2FS_SUPER_MAGIC,
+                                     TMPFS_MAGIC,       OVERLAYFS_SUPER_MAGIC, XFS_SUPER_MAGIC};
+  struct statfs system {};
+  return ::fstatfs(descriptor, &system) == 0 &&
+         std::ranges::count(kTold, static_cast<std::uint32_t>(system.f_type)) > 0;
+}
+
 void ShutWritersOut(const OpenFile& file) {
   // The lease is granted only while nobody has the file open for writing. It is given back at once:
   // kept, it would make the next writer wait, and a signal that ends the process tells of one; so
@@ -137,7 +139,7 @@ void ShutWritersOut(const OpenFile& file) {
   ::fcntl(descriptor, F_SETSIG, SIGURG);
   if (::fcntl(descriptor, F_SETLEASE, F_RDLCK) == 0) {
     ::fcntl(descriptor, F_SETLEASE, F_UNLCK);
-  } else if (errno == EAGAIN) {
+  } else if (errno == EAGAIN && TellsOfWriters(descriptor)) {
     RaiseFileError(EAGAIN);
   }
   if (::flock(descriptor, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK) RaiseFileError(EAGAIN);

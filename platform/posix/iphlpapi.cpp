@@ -17,7 +17,9 @@ class PosixIphlpapi final : public Iphlpapi {
  public:
   std::int32_t GetAdaptersInfo(void* block, std::int32_t* size) override {
     if (size == nullptr) return error::kInvalidParameter;
-    const auto chain = MakeChain(KernelAdapters(), kBlockStart);
+    const auto adapters = KernelAdapters();
+    if (!adapters) return error::kGeneralFailure;
+    const auto chain = MakeChain(*adapters, kBlockStart);
     const auto needed = static_cast<std::int32_t>(chain.size() * sizeof(AdapterInfoRecord));
     const bool fits = block != nullptr && *size >= needed;
     *size = needed;

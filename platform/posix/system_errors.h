@@ -9,6 +9,7 @@ inline constexpr std::int32_t kSuccess = 0;
 inline constexpr std::int32_t kFileNotFound = 2;
 inline constexpr std::int32_t kAccessDenied = 5;
 inline constexpr std::int32_t kInvalidHandle = 6;
+inline constexpr std::int32_t kGeneralFailure = 31;
 inline constexpr std::int32_t kInvalidParameter = 87;
 inline constexpr std::int32_t kBufferOverflow = 111;
 inline constexpr std::int32_t kInsufficientBuffer = 122;

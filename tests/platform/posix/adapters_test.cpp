@@ -35,7 +35,9 @@ TEST(KernelAdapters, AreThoseUnderSysClassNetButTheLoopBack) {
     if (is_adapter) expected.insert(entry.path().filename().native() + " " + address);
   }
   std::set<std::string> found;
-  for (const Adapter& adapter : KernelAdapters()) {
+  const auto adapters = KernelAdapters();
+  ASSERT_TRUE(adapters.has_value());
+  for (const Adapter& adapter : *adapters) {
     found.insert(adapter.name + " " + Colons(adapter.hardware_address));
     EXPECT_NE(adapter.index, 0U);
   }

@@ -11,6 +11,7 @@
 
 #include "platform/files.h"
 #include "platform/posix/file_errors.h"
+#include "platform/posix/file_names.h"
 #include "tests/support/fresh_thread.h"
 #include "tests/support/raises.h"
 #include "tests/support/sample_bytes.h"
@@ -51,6 +52,19 @@ TEST_F(PosixFiles, TakesSlashesAndBackslashes) {
   EXPECT_EQ(files().ListName(folder_.Name(u"sub/b.bin")), Text(u"b.bin"));
   EXPECT_EQ(files().ListName(folder_.Name(u"sub\\*.bin")), Text(u"b.bin"));
   EXPECT_EQ(OpenFailure(folder_.Name(u"sub\\b.bin")), 0);
+}
+
+// A name of the system that is no UTF-8 has a text of its own, which leads back to it.
+TEST_F(PosixFiles, ANameThatIsNoUtf8HasAText) {
+  const std::string bytes = "caf\xE9 \xC3\xA9.b\xF0";
+  const Text name = FileNameFrom(bytes);
+  EXPECT_EQ(SystemFileName(name.Characters()), bytes);
+  EXPECT_EQ(SystemFileName(u"a\\b\0c"), "a/b");
+  EXPECT_EQ(SystemFileName(u"\xD83D\xDC80"), "\xF0\x9F\x92\x80") << "a pair is a character";
+  std::ofstream(folder_.Path(u"").native() + bytes) << "x";
+  EXPECT_EQ(files().ListName(folder_.Name(name.Characters())), name);
+  EXPECT_EQ(files().ListName(folder_.Name(u"caf*")), name);
+  EXPECT_EQ(OpenFailure(folder_.Name(name.Characters())), 0);
 }
 
 TEST_F(PosixFiles, TellsUpperFromLowerCase) {

@@ -1,0 +1,93 @@
+// Takes the place of the system's calls in the program that is linked with it (see its link
+// options).
+
+#include "tests/platform/posix/system_faults.h"
+
+#include <fcntl.h>
+#include <ifaddrs.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <ctime>
+
+using quorvane::testing::other_system;
+using quorvane::testing::SystemFaults;
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker's names
+#define FAULTY(result, name, parameters, arguments)                        \
+  extern "C" result __real_##name parameters;                              \
+  extern "C" result __wrap_##name parameters;                              \
+  result __wrap_##name parameters {                                        \
+    return SystemFaults::Strikes() ? result{-1} : __real_##name arguments; \
+  }
+
+FAULTY(int, open, (const char* path, int flags, unsigned mode), (path, flags, mode))
+FAULTY(ssize_t, read, (int file, void* buffer, std::size_t size), (file, buffer, size))
+FAULTY(ssize_t, write, (int file, const void* buffer, std::size_t size), (file, buffer, size))
+FAULTY(int, stat, (const char* path, struct stat* status), (path, status))
+FAULTY(int, lstat, (const char* path, struct stat* status), (path, status))
+FAULTY(int, fstat, (int file, struct stat* status), (file, status))
+FAULTY(ssize_t, readlink, (const char* path, char* room, std::size_t size), (path, room, size))
+FAULTY(int, faccessat, (int at, const char* path, int right, int flags), (at, path, right, flags))
+FAULTY(int, flock, (int file, int operation), (file, operation))
+FAULTY(int, fchown, (int file, unsigned user, unsigned group), (file, user, group))
+FAULTY(int, fchmod, (int file, unsigned mode), (file, mode))
+FAULTY(int, fsync, (int file), (file))
+FAULTY(int, rename, (const char* from, const char* to), (from, to))
+FAULTY(int, mkdir, (const char* path, unsigned mode), (path, mode))
+
+extern "C" {
+int __real_fcntl(int file, int command, long argument);
+int __wrap_fcntl(int file, int command, long argument);
+int __real_fstatfs(int file, struct statfs* status);
+int __wrap_fstatfs(int file, struct statfs* status);
+int __real_getifaddrs(ifaddrs** first);
+int __wrap_getifaddrs(ifaddrs** first);
+int __real_getpwnam_r(const char* name, passwd* entry, char* room, std::size_t size,
+                      passwd** found);
+int __wrap_getpwnam_r(const char* name, passwd* entry, char* room, std::size_t size,
+                      passwd** found);
+int __real_nanosleep(const timespec* pause, timespec* left);
+int __wrap_nanosleep(const timespec* pause, timespec* left);
+}
+
+int __wrap_fcntl(int file, int command, long argument) {
+  if (command != F_SETLEASE || !other_system.refuses_leases) {
+    return __real_fcntl(file, command, argument);
+  }
+  errno = EAGAIN;
+  return -1;
+}
+
+int __wrap_fstatfs(int file, struct statfs* status) {
+  const int result = __real_fstatfs(file, status);
+  if (other_system.file_system != 0) status->f_type = other_system.file_system;
+  return result;
+}
+
+int __wrap_getifaddrs(ifaddrs** first) {
+  if (!other_system.hides_adapters) return __real_getifaddrs(first);
+  errno = EMFILE;
+  return -1;
+}
+
+int __wrap_getpwnam_r(const char* name, passwd* entry, char* room, std::size_t size,
+                      passwd** found) {
+  if (other_system.joined_user == nullptr || std::strcmp(name, other_system.joined_user) != 0) {
+    return __real_getpwnam_r(name, entry, room, size, found);
+  }
+  *entry = {};
+  *room = '\0';
+  entry->pw_name = entry->pw_dir = room;
+  entry->pw_uid = 4711;
+  *found = entry;
+  return 0;
+}
+
+int __wrap_nanosleep(const timespec* pause, timespec* left) {
+  return other_system.skips_pauses ? 0 : __real_nanosleep(pause, left);
+}
+// NOLINTEND(bugprone-reserved-identifier)

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cerrno>
+
+#include "tests/support/fault_plan.h"
+
+namespace quorvane::testing {
+
+/// While one lives, the system calls that system_faults.cpp takes the place of fail by its plan.
+class SystemFaults {
+ public:
+  SystemFaults(int failing_call, FaultPlan::Lasts lasts, int error)
+      : plan_(failing_call, lasts), error_(error) {
+    current_ = this;
+  }
+  SystemFaults(const SystemFaults&) = delete;
+  SystemFaults& operator=(const SystemFaults&) = delete;
+  ~SystemFaults() { current_ = nullptr; }
+
+  [[nodiscard]] bool HasStruck() const { return plan_.HasStruck(); }
+
+  /// For the calls: whether this one is to fail, with errno set.
+  static bool Strikes() {
+    if (current_ == nullptr || !current_->plan_.NextCallFails()) return false;
+    errno = current_->error_;
+    return true;
+  }
+
+ private:
+  static inline SystemFaults* current_ = nullptr;
+  FaultPlan plan_;
+  int error_;
+};
+
+/// What one call of the system says of itself, where it is another than it is.
+struct OtherSystem {
+  bool refuses_leases = false;
+  long file_system = 0;               // of statfs(2); 0: the true one
+  const char* joined_user = nullptr;  // an account name with a domain in front
+  bool hides_adapters = false;
+  bool skips_pauses = false;
+};
+inline OtherSystem other_system;
+
+}  // namespace quorvane::testing
