@@ -43,6 +43,14 @@ if(QUORVANE_COVERAGE)
   target_link_options(quorvane_options INTERFACE --coverage)
 endif()
 
+# quorvane_library_rooms(VARIABLE): the rooms that make the portable library, as rooms.txt lists them.
+function(quorvane_library_rooms variable)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/rooms.txt)
+  file(STRINGS ${PROJECT_SOURCE_DIR}/rooms.txt rooms REGEX "^[a-z]+ +library")
+  list(TRANSFORM rooms REPLACE " .*" "")
+  set(${variable} ${rooms} PARENT_SCOPE)
+endfunction()
+
 # quorvane_room(NAME sources...): the static library of one room, quorvane_NAME.
 function(quorvane_room name)
   add_library(quorvane_${name} STATIC ${ARGN})
