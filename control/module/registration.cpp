@@ -1,13 +1,137 @@
 #include "control/module/registration.h"
 
+#include <vector>
+
 #include "control/automation/strings.h"
 #include "control/interface/identities.h"
-#include "control/module/registration_entries.h"
-#include "control/module/registry_key.h"
 #include "platform/windows/module_file.h"
 
 namespace quorvane::server {
 namespace {
+
+// --- Keys and values under HKEY_CLASSES_ROOT, of texts only; an absent value name is the key's
+// default value.
+
+class Key {
+ public:
+  Key() = default;
+  Key(const Key&) = delete;
+  Key& operator=(const Key&) = delete;
+  ~Key() {
+    if (handle_ != nullptr) ::RegCloseKey(handle_);
+  }
+
+  LSTATUS Open(const Text& path, REGSAM access) {
+    return ::RegOpenKeyExW(HKEY_CLASSES_ROOT, Wide(path), 0, access, &handle_);
+  }
+  LSTATUS Create(const Text& path) {
+    return ::RegCreateKeyExW(HKEY_CLASSES_ROOT, Wide(path), 0, nullptr, REG_OPTION_NON_VOLATILE,
+                             KEY_SET_VALUE, nullptr, &handle_, nullptr);
+  }
+  [[nodiscard]] HKEY Handle() const { return handle_; }
+
+  [[nodiscard]] bool IsEmpty() const {
+    DWORD subkeys = 1;
+    DWORD values = 1;
+    const LSTATUS result = ::RegQueryInfoKeyW(handle_, nullptr, nullptr, nullptr, &subkeys, nullptr,
+                                              nullptr, &values, nullptr, nullptr, nullptr, nullptr);
+    return result == ERROR_SUCCESS && subkeys == 0 && values == 0;
+  }
+
+ private:
+  HKEY handle_ = nullptr;
+};
+
+const wchar_t* ValueName(const Text& value) { return value.IsAbsent() ? nullptr : Wide(value); }
+
+bool IsDoneOrMissing(LSTATUS result) {
+  return result == ERROR_SUCCESS || result == ERROR_FILE_NOT_FOUND;
+}
+
+bool KeyExists(const Text& key) { return Key().Open(key, KEY_QUERY_VALUE) == ERROR_SUCCESS; }
+
+// Makes the key where it is missing and stores the text; false when the registry refuses.
+bool WriteValue(const Text& key, const Text& value, const Text& data) {
+  Key opened;
+  if (opened.Create(key) != ERROR_SUCCESS) return false;
+  const std::size_t size = (data.Characters().size() + 1) * sizeof(char16_t);
+  return ::RegSetValueExW(opened.Handle(), ValueName(value), 0, REG_SZ,
+                          reinterpret_cast<const BYTE*>(Wide(data)),
+                          static_cast<DWORD>(size)) == ERROR_SUCCESS;
+}
+
+// Removes the value, and the key when nothing is left in it. True also when either is not there.
+bool RemoveValue(const Text& key, const Text& value) {
+  bool is_empty = false;
+  {
+    Key opened;
+    const LSTATUS result = opened.Open(key, KEY_QUERY_VALUE | KEY_SET_VALUE);
+    if (result != ERROR_SUCCESS) return IsDoneOrMissing(result);
+    if (!IsDoneOrMissing(::RegDeleteValueW(opened.Handle(), ValueName(value)))) return false;
+    is_empty = opened.IsEmpty();
+  }
+  return !is_empty || IsDoneOrMissing(::RegDeleteKeyW(HKEY_CLASSES_ROOT, Wide(key)));
+}
+
+// --- What registers the control class.
+
+struct RegistrationEntry {
+  Text key;
+  Text value;
+  Text data;
+};
+
+Text Number(std::uint32_t number, std::uint32_t base) {
+  std::u16string digits;
+  for (; number > 0 || digits.empty(); number /= base)
+    digits.insert(digits.begin(), u"0123456789abcdef"[number % base]);
+  return digits;
+}
+
+Text Decimal(std::uint32_t number) { return Number(number, 10); }
+
+Text LibraryVersion(std::uint32_t base) {
+  return Number(identities::kLibraryMajor, base) + u"." + Number(identities::kLibraryMinor, base);
+}
+
+struct ClassEntry {
+  const char16_t* key;  // below that of the class
+  const char16_t* value;
+  Text data;
+};
+
+// A key stands before those below it.
+std::vector<RegistrationEntry> ClassEntries(const Text& module_file) {
+  const Text class_id = FromGuid(AsGuid(identities::kClassId));
+  const Text name = FromAscii(identities::kProgId);
+  const ClassEntry of_class[] = {
+      {u"", nullptr, name},
+      {u"\\InprocServer32", nullptr, module_file},
+      {u"\\InprocServer32", u"ThreadingModel", u"Apartment"},
+      {u"\\Control", nullptr, u""},
+      {u"\\ToolboxBitmap32", nullptr,
+       module_file + u", " + Decimal(identities::kToolboxBitmapResource)},
+      // The default for all aspects, and the one for the content (DVASPECT_CONTENT).
+      {u"\\MiscStatus", nullptr, u"0"},
+      {u"\\MiscStatus\\1", nullptr, Decimal(identities::kMiscStatus)},
+      {u"\\TypeLib", nullptr, FromGuid(AsGuid(identities::kLibraryId))},
+      {u"\\Version", nullptr, LibraryVersion(10)},
+      {u"\\ProgID", nullptr, name},
+  };
+  std::vector<RegistrationEntry> entries{{name, {}, name}, {name + u"\\CLSID", {}, class_id}};
+  for (const ClassEntry& entry : of_class) {
+    entries.push_back({Text(u"CLSID\\") + class_id + entry.key,
+                       entry.value != nullptr ? Text(entry.value) : Text(), entry.data});
+  }
+  return entries;
+}
+
+// The key of the type library's version, which the system writes in hexadecimal.
+Text TypeLibraryVersionKey() {
+  return Text(u"TypeLib\\") + FromGuid(AsGuid(identities::kLibraryId)) + u"\\" + LibraryVersion(16);
+}
+
+// --- The type library, by the system's own calls.
 
 HRESULT RegisterTypeLibrary() {
   const Text file = ModuleFileName();

@@ -1,6 +1,7 @@
 #include "control/object/connection_points.h"
 
 #include <algorithm>
+#include <atomic>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -11,6 +12,16 @@
 
 namespace quorvane::server {
 namespace {
+
+// One sequence for the whole module, so that a cookie given to the wrong point is unknown there.
+DWORD NextCookie() {
+  static constinit std::atomic<DWORD> last{0};
+  DWORD next = ++last;
+  while (next == 0) next = ++last;
+  return next;
+}
+
+using ConnectionEnumerator = Enumerator<IEnumConnections, Connection, CONNECTDATA>;
 
 // The id as a constant that outlives the caller's, or null when no point bears it.
 const GUID* KnownId(REFIID id) {
@@ -25,6 +36,77 @@ using PointEnumerator =
     Enumerator<IEnumConnectionPoints, ComPtr<IConnectionPoint>, IConnectionPoint*>;
 
 }  // namespace
+
+HRESULT ConnectionPoint::QueryInterface(REFIID id, void** out) {
+  if (out == nullptr) return E_POINTER;
+  const bool is_ours = id == __uuidof(IUnknown) || id == __uuidof(IConnectionPoint);
+  *out = is_ours ? static_cast<IConnectionPoint*>(this) : nullptr;
+  if (!is_ours) return E_NOINTERFACE;
+  AddRef();
+  return S_OK;
+}
+
+HRESULT ConnectionPoint::GetConnectionInterface(IID* out) {
+  if (out == nullptr) return E_POINTER;
+  *out = id_;
+  return S_OK;
+}
+
+HRESULT ConnectionPoint::GetConnectionPointContainer(IConnectionPointContainer** out) {
+  if (out == nullptr) return E_POINTER;
+  ComPtr<IConnectionPointContainer>(&container_).CopyTo(out);
+  return S_OK;
+}
+
+ComPtr<IUnknown> ConnectionPoint::AskSink(IUnknown* sink) const {
+  auto asked = Query<IUnknown>(sink, id_);
+  if (!asked && id_ != __uuidof(IPropertyNotifySink))
+    asked = Query<IUnknown>(sink, __uuidof(IDispatch));
+  return asked;
+}
+
+HRESULT ConnectionPoint::Advise(IUnknown* sink, DWORD* cookie) {
+  if (cookie != nullptr) *cookie = 0;
+  if (sink == nullptr || cookie == nullptr) return E_POINTER;
+  const ComPtr<IUnknown> alive(this);
+  return Guarded([&]() -> HRESULT {
+    const ComPtr<IUnknown> asked = AskSink(sink);
+    if (!asked) return CONNECT_E_CANNOTCONNECT;
+    const DWORD given = NextCookie();
+    connections_.push_back({asked, given});
+    *cookie = given;
+    return S_OK;
+  });
+}
+
+HRESULT ConnectionPoint::Unadvise(DWORD cookie) {
+  const ComPtr<IUnknown> alive(this);
+  const auto found = std::ranges::find(connections_, cookie, &Connection::cookie);
+  if (found == connections_.end()) return CONNECT_E_NOCONNECTION;
+  // Off the list first: the sink may end with its last reference, and call back.
+  const Connection taken = std::move(*found);
+  connections_.erase(found);
+  return S_OK;
+}
+
+std::vector<Connection> ConnectionPoint::Connections() const {
+  std::vector<Connection> copy;
+  for (std::size_t i = 0; i < connections_.size(); ++i) {
+    const DWORD cookie = connections_[i].cookie;
+    copy.push_back({ComPtr<IUnknown>(connections_[i].sink.Get()), cookie});
+  }
+  return copy;
+}
+
+HRESULT ConnectionPoint::EnumConnections(IEnumConnections** out) {
+  if (out == nullptr) return E_POINTER;
+  *out = nullptr;
+  const ComPtr<IUnknown> alive(this);
+  return Guarded([&] {
+    ConnectionEnumerator::Create(Connections(), 0, out);
+    return S_OK;
+  });
+}
 
 void* ConnectionPointsFace::Find(REFIID id) {
   return FindInterface<IConnectionPointContainer>(*this, id);

@@ -7,7 +7,6 @@
 #include "control/object/dispatch.h"
 #include "control/object/extent.h"
 #include "control/object/in_place.h"
-#include "control/object/ole_control.h"
 #include "control/object/ole_object.h"
 #include "control/object/persistence.h"
 #include "control/object/view.h"

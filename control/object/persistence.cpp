@@ -6,10 +6,55 @@
 
 #include "control/automation/error_to_hresult.h"
 #include "control/automation/stream.h"
+#include "control/automation/strings.h"
+#include "control/automation/variant_value.h"
 #include "control/interface/identities.h"
-#include "control/object/property_bag.h"
 
 namespace quorvane::server {
+namespace {
+
+/// The container's IPropertyBag as the control's logic sees it. Holds nothing beyond the call that
+/// brought the bag.
+class ContainerBag final : public PropertyBag {
+ public:
+  /// The log may be null; the bag must not.
+  ContainerBag(IPropertyBag& bag, IErrorLog* log) : bag_(bag), log_(log) {}
+
+  /// The bag is told the type of the default as the wanted one, and whatever comes back is taken.
+  /// Containers say "not stored" in three ways: E_INVALIDARG; S_OK with VT_EMPTY; S_OK with
+  /// DISP_E_PARAMNOTFOUND in the value. Any other failure raises overflow (6) for DISP_E_OVERFLOW,
+  /// else type mismatch (13).
+  [[nodiscard]] TaggedValue ReadProperty(const Text& name,
+                                         const TaggedValue& default_value) override;
+  /// Writes nothing when the value equals the default. Raises the number of the bag's failure.
+  void WriteProperty(const Text& name, const TaggedValue& value,
+                     const TaggedValue& default_value) override;
+
+ private:
+  IPropertyBag& bag_;
+  IErrorLog* log_;
+};
+
+TaggedValue ContainerBag::ReadProperty(const Text& name, const TaggedValue& default_value) {
+  const VARTYPE wanted = TypeOf(default_value);
+  Variant answer;
+  V_VT(answer.Get()) = wanted;
+  const HRESULT result = bag_.Read(Wide(name), answer.Get(), log_);
+  if (result == E_INVALIDARG) return default_value;
+  if (FAILED(result)) RaiseFailedCall(result == DISP_E_OVERFLOW ? result : DISP_E_TYPEMISMATCH);
+  if (IsMissing(*answer.Get())) return default_value;
+  return ToTaggedValue(*answer.Get(), wanted);
+}
+
+void ContainerBag::WriteProperty(const Text& name, const TaggedValue& value,
+                                 const TaggedValue& default_value) {
+  if (value == default_value) return;
+  Variant out(value);
+  const HRESULT result = bag_.Write(Wide(name), out.Get());
+  if (FAILED(result)) RaiseFailedCall(result);
+}
+
+}  // namespace
 
 void* PersistenceFace::Find(REFIID id) {
   if (id == __uuidof(IPersist)) return static_cast<IPersistStreamInit*>(this);

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "control/automation/module_lock.h"
-#include "control/object/picture.h"
+#include "control/object/view.h"
 #include "platform/windows/module_file.h"
 
 namespace quorvane::server {
