@@ -46,8 +46,9 @@ class FormPost {
   }
 
  private:
-  // The texts of the settings are handed over as copies, so that what the code page cannot hold
-  // does not come back changed into a record that is saved with the form.
+  // Kept: the texts of the settings are handed over as copies, so that what the code page cannot
+  // hold does not come back changed into a record that is saved with the form. Pinned by
+  // PostFormRequest.LeavesArgumentsAndSettingsAsTheyWere.
   InternetHandle OpenSession() {
     if (!connectionSettings().UseProxy.IsTrue()) {
       return session_ =

@@ -5,6 +5,9 @@
 namespace quorvane::server {
 namespace {
 
+// Kept: atomic, though a control stays on its thread; those of several threads share the counts,
+// and a reference may be given back on any. Pinned by
+// Lifetime.TwoThreadsWorkAtOnceEachWithItsOwnSettings.
 constinit std::atomic<long> objects{0};
 constinit std::atomic<long> server_locks{0};
 

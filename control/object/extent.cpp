@@ -12,6 +12,9 @@ LONG Extent::UnitsOf(float twips) {
   return static_cast<LONG>(twips * float{kUnitsPerInch} / float{kTwipsPerInch} + 0.5F);
 }
 
+// Kept: pixels are those of the screen's density, 28 at 96 dots per inch and 35 at 120, while the
+// painter counts 15 twips for a pixel anywhere. On a form whose places are pixels the square grows.
+// Pinned by Extent.HasMorePixelsOnADenserDisplay.
 SIZE Extent::Pixels() const {
   const HDC screen = ::GetDC(nullptr);
   const SIZE pixels{::MulDiv(size_.cx, ::GetDeviceCaps(screen, LOGPIXELSX), kUnitsPerInch),

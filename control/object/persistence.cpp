@@ -73,6 +73,9 @@ HRESULT PersistenceFace::GetClassID(CLSID* out) {
 HRESULT PersistenceFace::InitNew() {
   if (was_loaded_) return E_UNEXPECTED;
   logic_.InitProperties();
+  // Kept: a new control is clean, though its port of 0 is not the default of a saved form; a
+  // container that asks first saves it only after a change. Pinned by
+  // Dirtiness.FollowsPutsLoadsAndSavesOfThisControl.
   is_dirty_ = false;
   return S_OK;
 }

@@ -85,6 +85,8 @@ class AllRecords {
     delete records;
   }
 
+  // Kept: the list has a lock, as threads begin and end at any time; a record itself has none.
+  // Pinned by ThreadRecord.OfManyThreadsAtOnceAreKeptApart.
   CriticalSection section_;
   DWORD index_;
   RecordsOfThread* first_ = nullptr;

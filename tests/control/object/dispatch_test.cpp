@@ -107,6 +107,23 @@ TEST(Dispatch, ConvertsArgumentsAsAutomationDoes) {
   });
 }
 
+TEST(Dispatch, MakesAnIntegerABooleanAndLeavesABooleansBits) {
+  OnApartmentThread([] {
+    const Module module;
+    const auto control = NewControl(module);
+    Variant result;
+    EXPECT_EQ(Put(control, kUseProxy, Variant::Integer16(1)), S_OK);
+    EXPECT_EQ(Get(control, kUseProxy, result), S_OK);
+    EXPECT_EQ(result->vt, VT_BOOL);
+    EXPECT_EQ(result->boolVal, VARIANT_TRUE);
+    Variant raw = Variant::Boolean(true);
+    raw.Get()->boolVal = 1;
+    EXPECT_EQ(Put(control, kUseProxy, raw), S_OK);
+    EXPECT_EQ(Get(control, kUseProxy, result), S_OK);
+    EXPECT_EQ(result->boolVal, 1);
+  });
+}
+
 TEST(Dispatch, RefusesArgumentsOfNoUse) {
   OnApartmentThread([] {
     const Module module;
