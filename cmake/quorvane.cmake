@@ -1,4 +1,5 @@
 # What every target of the house shares: warnings as errors, repeatable output, and the two kinds of target.
+# None of it reaches a program that takes the rooms as a library: see quorvane_room.
 
 add_library(quorvane_options INTERFACE)
 target_include_directories(quorvane_options INTERFACE ${PROJECT_SOURCE_DIR})
@@ -15,10 +16,12 @@ target_compile_options(quorvane_options INTERFACE
   $<$<NOT:$<BOOL:${WIN32}>>:-fPIC>)
 
 if(WIN32)
-  target_compile_options(quorvane_options INTERFACE
-    -ffunction-sections -fdata-sections
-    # Hosts may enter with a stack aligned to 4 bytes only, and nothing here needs more.
-    -mpreferred-stack-boundary=2)
+  target_compile_options(quorvane_options INTERFACE -ffunction-sections -fdata-sections)
+  if(QUORVANE_MODULE OR QUORVANE_TESTS)
+    # Hosts may enter with a stack aligned to 4 bytes only, and nothing here needs more. Not so in a library for
+    # programs: what they derive from its classes is called with the alignment that their compiler counts on.
+    target_compile_options(quorvane_options INTERFACE -mpreferred-stack-boundary=2)
+  endif()
   if(QUORVANE_MODULE)
     target_compile_options(quorvane_options INTERFACE
       # Exceptions come out of calls only, so what calls nothing needs no unwinding; only the compiler's own way of
@@ -28,8 +31,8 @@ if(WIN32)
       -fno-rtti)
   endif()
   # Windows XP is the oldest system that the module serves.
-  target_compile_definitions(quorvane_options INTERFACE
-    WINVER=0x0501 _WIN32_WINNT=0x0501 _WIN32_IE=0x0600 UNICODE _UNICODE)
+  set(quorvane_definitions WINVER=0x0501 _WIN32_WINNT=0x0501 _WIN32_IE=0x0600 UNICODE _UNICODE)
+  target_compile_definitions(quorvane_options INTERFACE ${quorvane_definitions})
   target_link_options(quorvane_options INTERFACE -static -Wl,--gc-sections -Wl,--no-insert-timestamp)
 endif()
 
@@ -51,8 +54,40 @@ function(quorvane_library_rooms variable)
   set(${variable} ${rooms} PARENT_SCOPE)
 endfunction()
 
-# quorvane_room(NAME sources...): the static library of one room, quorvane_NAME.
+# quorvane_room(NAME sources...): the static library of one room, quorvane_NAME, and Quorvane::NAME for its users.
+# They get the folder of the headers and C++20; the options of the house stay in the house: neither an installed
+# package nor a project that has this one as a part of it sees them.
 function(quorvane_room name)
   add_library(quorvane_${name} STATIC ${ARGN})
-  target_link_libraries(quorvane_${name} PUBLIC quorvane_options)
+  add_library(Quorvane::${name} ALIAS quorvane_${name})
+  set_target_properties(quorvane_${name} PROPERTIES EXPORT_NAME ${name})
+  target_compile_features(quorvane_${name} PUBLIC cxx_std_20)
+  target_compile_definitions(quorvane_${name} PRIVATE ${quorvane_definitions})
+  target_include_directories(quorvane_${name} PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:${quorvane_include_folder}>)
+  if(PROJECT_IS_TOP_LEVEL)
+    target_link_libraries(quorvane_${name} PUBLIC $<BUILD_INTERFACE:quorvane_options>)
+  endif()
+endfunction()
+
+# quorvane_program_resources(TARGET DESCRIPTION): what the file of a program for Windows says of itself, the version
+# block and the manifest.
+function(quorvane_program_resources target description)
+  set(program ${target})
+  set(script ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
+  set(object ${CMAKE_CURRENT_BINARY_DIR}/${target}.res.o)
+  set(inputs ${PROJECT_SOURCE_DIR}/cmake/program.rc.in ${PROJECT_SOURCE_DIR}/cmake/program.manifest)
+  string(REPLACE "." "," version_numbers ${PROJECT_VERSION}.0)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/program.rc.in ${script} @ONLY)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/program.manifest program.manifest COPYONLY)
+  add_custom_command(
+    OUTPUT ${object}
+    COMMAND ${CMAKE_RC_COMPILER} --preprocessor=${CMAKE_C_COMPILER}
+      --preprocessor-arg=-E --preprocessor-arg=-xc-header --preprocessor-arg=-DRC_INVOKED
+      --target=pe-i386 --codepage=65001 ${target}.rc -o ${object}
+    WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}
+    DEPENDS ${inputs}
+    COMMENT "Compiling the resources of ${target}" VERBATIM)
+  target_sources(${target} PRIVATE ${object})
+  set_source_files_properties(${object} PROPERTIES EXTERNAL_OBJECT TRUE GENERATED TRUE)
 endfunction()
