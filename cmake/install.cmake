@@ -2,7 +2,7 @@
 # find_package(QuorvaneSecurity) and by pkg-config. Component `programs`: the command line.
 include(CMakePackageConfigHelpers)
 
-set(rooms runtime platform checksum control host text web ui)
+quorvane_library_rooms(rooms)
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/QuorvaneSecurity)
 
 # The archives and their headers. A room's sub-folders are its own affair.
@@ -31,7 +31,8 @@ install(FILES ${PROJECT_BINARY_DIR}/QuorvaneSecurityConfig.cmake
 
 # pkg-config quorvane-security. Its paths are relative to its own place, so the package may be unpacked anywhere. Each
 # archive stands in front of those that it needs.
-set(link_order web host text ui control checksum platform runtime)
+set(link_order ${rooms})
+list(REVERSE link_order)
 list(TRANSFORM link_order PREPEND -lquorvane_)
 if(WIN32)
   list(APPEND link_order -ladvapi32 -lgdi32 -luser32)

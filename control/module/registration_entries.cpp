@@ -1,0 +1,84 @@
+#include "control/module/registration_entries.h"
+
+#include <string_view>
+
+#include "control/interface/identities.h"
+
+namespace quorvane::server {
+namespace {
+
+Text Number(std::uint32_t number, std::uint32_t base) {
+  std::u16string digits;
+  for (; number > 0 || digits.empty(); number /= base)
+    digits.insert(digits.begin(), u"0123456789abcdef"[number % base]);
+  return digits;
+}
+
+Text Ascii(std::string_view characters) {
+  return std::u16string(characters.begin(), characters.end());
+}
+
+std::uint32_t LastWord(const identities::Guid& id, std::size_t start) {
+  std::uint32_t word = 0;
+  for (std::size_t i = start; i < start + 4; ++i) word = word << 8 | id.data4[i];
+  return word;
+}
+
+Text Decimal(std::uint32_t number) { return Number(number, 10); }
+
+Text LibraryVersion(std::uint32_t base) {
+  return Number(identities::kLibraryMajor, base) + u"." + Number(identities::kLibraryMinor, base);
+}
+
+struct ClassEntry {
+  const char16_t* key;  // below that of the class
+  const char16_t* value;
+  Text data;
+};
+
+}  // namespace
+
+std::vector<RegistrationEntry> ClassEntries(const Text& module_file) {
+  const Text class_id = IdText(identities::kClassId);
+  const Text name = Ascii(identities::kProgId);
+  const ClassEntry of_class[] = {
+      {u"", nullptr, name},
+      {u"\\InprocServer32", nullptr, module_file},
+      {u"\\InprocServer32", u"ThreadingModel", u"Apartment"},
+      {u"\\Control", nullptr, u""},
+      {u"\\ToolboxBitmap32", nullptr,
+       module_file + u", " + Decimal(identities::kToolboxBitmapResource)},
+      // The default for all aspects, and the one for the content (DVASPECT_CONTENT).
+      {u"\\MiscStatus", nullptr, u"0"},
+      {u"\\MiscStatus\\1", nullptr, Decimal(identities::kMiscStatus)},
+      {u"\\TypeLib", nullptr, IdText(identities::kLibraryId)},
+      {u"\\Version", nullptr, LibraryVersion(10)},
+      {u"\\ProgID", nullptr, name},
+  };
+  std::vector<RegistrationEntry> entries{{name, {}, name}, {name + u"\\CLSID", {}, class_id}};
+  for (const ClassEntry& entry : of_class) {
+    entries.push_back({Text(u"CLSID\\") + class_id + entry.key,
+                       entry.value != nullptr ? Text(entry.value) : Text(), entry.data});
+  }
+  return entries;
+}
+
+Text IdText(const identities::Guid& id) {
+  // The 32 digits in the order of the text, as nibbles of these words; a dash is no digit.
+  const std::uint32_t words[] = {id.data1, std::uint32_t{id.data2} << 16 | id.data3,
+                                 LastWord(id, 0), LastWord(id, 4)};
+  char16_t text[] = u"{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}";
+  std::uint32_t digit = 0;
+  for (char16_t& place : text) {
+    if (place != u'X') continue;
+    place = u"0123456789ABCDEF"[words[digit / 8] >> (28 - digit % 8 * 4) & 0xFU];
+    ++digit;
+  }
+  return text;
+}
+
+Text TypeLibraryVersionKey() {
+  return Text(u"TypeLib\\") + IdText(identities::kLibraryId) + u"\\" + LibraryVersion(16);
+}
+
+}  // namespace quorvane::server

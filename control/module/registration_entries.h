@@ -1,0 +1,42 @@
+#pragma once
+
+#include <vector>
+
+#include "control/interface/guid.h"
+#include "runtime/text.h"
+
+// What registers the component, as plain data: the module's own registration writes it, and on the
+// building machine it goes into the installer.
+
+namespace quorvane::server {
+
+/// The system's own marshallers of a dual interface and of an event interface.
+inline constexpr identities::Guid kInterfaceMarshaller =
+    identities::ParseGuid("00020424-0000-0000-C000-000000000046");
+inline constexpr identities::Guid kEventMarshaller =
+    identities::ParseGuid("00020420-0000-0000-C000-000000000046");
+
+/// One value under HKEY_CLASSES_ROOT; an absent value name is the key's default value.
+struct RegistrationEntry {
+  Text key;
+  Text value;
+  Text data;
+};
+
+/// What registers the control class of the module in `module_file`: a key stands before those below
+/// it.
+[[nodiscard]] std::vector<RegistrationEntry> ClassEntries(const Text& module_file);
+
+/// What the system's registration of the type library writes for the module in `module_file`, whose
+/// folder is `folder`. The module leaves that to the system; an installer has to write it itself.
+/// Not in the module.
+[[nodiscard]] std::vector<RegistrationEntry> TypeLibraryEntries(const Text& module_file,
+                                                                const Text& folder);
+
+/// The key of the type library's version, which the system writes in hexadecimal.
+[[nodiscard]] Text TypeLibraryVersionKey();
+
+/// An id in the form of the registry: capitals in braces.
+[[nodiscard]] Text IdText(const identities::Guid& id);
+
+}  // namespace quorvane::server

@@ -1,0 +1,48 @@
+#include <cstdio>
+
+#include "control/interface/identities.h"
+#include "control/module/registration_entries.h"
+#include "runtime/utf8.h"
+
+namespace quorvane::server {
+namespace {
+
+// The version as the last part of its key has it.
+Text VersionInHex() {
+  const std::u16string key = TypeLibraryVersionKey().Characters();
+  return key.substr(key.rfind(u'\\') + 1);
+}
+
+Text LocaleInHex() {
+  char digits[9];
+  std::snprintf(digits, sizeof digits, "%x", identities::kLocale);
+  return FromUtf8(digits);
+}
+
+void AppendInterface(const identities::Guid& id, const char* name,
+                     const identities::Guid& marshaller, std::vector<RegistrationEntry>& entries) {
+  const Text key = Text(u"Interface\\") + IdText(id);
+  entries.push_back({key, {}, FromUtf8(name)});
+  entries.push_back({key + u"\\ProxyStubClsid", {}, IdText(marshaller)});
+  entries.push_back({key + u"\\ProxyStubClsid32", {}, IdText(marshaller)});
+  entries.push_back({key + u"\\TypeLib", {}, IdText(identities::kLibraryId)});
+  entries.push_back({key + u"\\TypeLib", u"Version", VersionInHex()});
+}
+
+}  // namespace
+
+std::vector<RegistrationEntry> TypeLibraryEntries(const Text& module_file, const Text& folder) {
+  const Text version = TypeLibraryVersionKey();
+  // The flag of a library that describes controls.
+  std::vector<RegistrationEntry> entries{
+      {version, {}, FromUtf8(identities::kModuleName)},
+      {version + u"\\" + LocaleInHex() + u"\\win32", {}, module_file},
+      {version + u"\\FLAGS", {}, u"2"},
+      {version + u"\\HELPDIR", {}, folder}};
+  const identities::Generation& present = identities::kPresent;
+  AppendInterface(present.interface_id, identities::kInterfaceName, kInterfaceMarshaller, entries);
+  AppendInterface(present.source_id, identities::kSourceInterfaceName, kEventMarshaller, entries);
+  return entries;
+}
+
+}  // namespace quorvane::server
