@@ -16,7 +16,8 @@ SOURCES = FOLDER / f"quorvane-{VERSION}.tar.gz"
 
 
 def run(*command, **others):
-    return subprocess.run([str(word) for word in command], capture_output=True, text=True, errors="replace", **others)
+    return subprocess.run([str(word) for word in command], capture_output=True, text=True, errors="replace",
+                          timeout=300, **others)
 
 
 def must(*command, **others):

@@ -54,7 +54,8 @@ class Installer(unittest.TestCase):
         cls.scratch = tempfile.TemporaryDirectory()
         cls.folder = Path(cls.scratch.name)
         cls.windows = Windows(cls.folder / "prefix")
-        cls.windows.must("cmd", "/c", "exit 0")
+        # The script host registers something of its own when it runs for the first time.
+        cls.windows.run("cscript", "//nologo", TREE / "examples/vbscript/client.vbs")
         cls.fresh = cls.windows.classes()
         cls.older = installer_of(cls.folder, "3.8.7", "older.msi")
         cls.newer = installer_of(cls.folder, "99.1.0", "newer.msi")
@@ -176,7 +177,7 @@ class Installer(unittest.TestCase):
                                   TREE / "programs/form_host/sample.form")
         try:
             for line in host.stdout:
-                if "GetCRCValue=" in line:
+                if line.startswith("on screen:"):
                     break
             self.remove()
             self.assertIsNone(host.poll(), "the host goes on")
