@@ -5,12 +5,12 @@ include(CMakePackageConfigHelpers)
 quorvane_library_rooms(rooms)
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/QuorvaneSecurity)
 
-# The archives and their headers. A room's sub-folders are its own affair.
+# The archives and their headers. A room's sub-folders are its own affair, but for what its headers include.
 set(archives ${rooms})
 list(TRANSFORM archives PREPEND quorvane_)
 install(TARGETS ${archives} EXPORT QuorvaneSecurityTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
-foreach(room IN LISTS rooms)
+foreach(room IN LISTS rooms ITEMS control/interface)
   file(GLOB headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${room}/*.h)
   install(FILES ${headers} DESTINATION ${quorvane_include_folder}/${room} COMPONENT development)
 endforeach()
