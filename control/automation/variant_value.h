@@ -16,6 +16,8 @@ class Variant {
   ~Variant() { ::VariantClear(&value_); }
 
   [[nodiscard]] VARIANT* Get() { return &value_; }
+  /// Hands the value to a caller, who clears it; this one is empty then.
+  [[nodiscard]] VARIANT Detach() { return std::exchange(value_, VARIANT{}); }
   VARIANT* operator->() { return &value_; }
 
  private:

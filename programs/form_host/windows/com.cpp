@@ -1,5 +1,6 @@
 #include "programs/form_host/windows/com.h"
 
+#include "control/automation/error_to_hresult.h"
 #include "programs/common/windows/system_message.h"
 #include "runtime/runtime_error.h"
 #include "runtime/utf8.h"
@@ -10,19 +11,8 @@ namespace {
 constexpr std::int32_t kNoSuchMember = 438;
 
 std::int32_t NumberOf(HRESULT result) {
-  switch (result) {
-    case DISP_E_TYPEMISMATCH:
-      return ErrorNumber::kTypeMismatch;
-    case DISP_E_OVERFLOW:
-      return ErrorNumber::kOverflow;
-    case DISP_E_UNKNOWNNAME:
-    case DISP_E_MEMBERNOTFOUND:
-      return kNoSuchMember;
-    case E_OUTOFMEMORY:
-      return ErrorNumber::kOutOfMemory;
-    default:
-      return HRESULT_FACILITY(result) == FACILITY_CONTROL ? HRESULT_CODE(result) : result;
-  }
+  const bool is_absent = result == DISP_E_UNKNOWNNAME || result == DISP_E_MEMBERNOTFOUND;
+  return is_absent ? kNoSuchMember : server::NumberOf(result);
 }
 
 }  // namespace

@@ -1,57 +1,33 @@
 #pragma once
 
-#include <windows.h>
-// The system's headers follow windows.h.
-#include <ole2.h>
-#include <olectl.h>
-
 #include <atomic>
 #include <utility>
 
+#include "control/automation/com.h"
+#include "control/automation/strings.h"
+#include "control/automation/variant_value.h"
 #include "runtime/text.h"
-
-// The component model's interfaces have no virtual destructor: their objects end by their count of
-// references, never through an interface.
-#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
 namespace quorvane::examples {
 
-/// A counted reference to an interface, or none.
-template <class Interface>
-class ComPtr {
- public:
-  ComPtr() = default;
-  /// Takes over the reference that `new` or a call has made.
-  explicit ComPtr(Interface* made) : pointer_(made) {}
-  ComPtr(const ComPtr&) = delete;
-  ComPtr(ComPtr&& other) noexcept : pointer_(std::exchange(other.pointer_, nullptr)) {}
-  ComPtr& operator=(ComPtr other) noexcept {
-    std::swap(pointer_, other.pointer_);
-    return *this;
-  }
-  ~ComPtr() {
-    if (pointer_ != nullptr) pointer_->Release();
-  }
+using server::ComPtr;
+using server::FromBstr;
+using server::Query;
+using server::Variant;
+using server::Wide;
 
-  [[nodiscard]] Interface* Get() const { return pointer_; }
-  Interface* operator->() const { return pointer_; }
-  explicit operator bool() const { return pointer_ != nullptr; }
+/// A new object of the container, with its one reference.
+template <class Object, class... Arguments>
+[[nodiscard]] ComPtr<Object> Make(Arguments&&... arguments) {
+  ComPtr<Object> made;
+  *made.Receive() = new Object(std::forward<Arguments>(arguments)...);
+  return made;
+}
 
-  /// Where a call stores a reference that it hands out; for an empty pointer only.
-  [[nodiscard]] Interface** Receive() { return &pointer_; }
-
-  /// The same object by another interface; empty when it has none.
-  template <class Other>
-  [[nodiscard]] ComPtr<Other> As() const {
-    ComPtr<Other> other;
-    if (pointer_ != nullptr)
-      pointer_->QueryInterface(__uuidof(Other), reinterpret_cast<void**>(other.Receive()));
-    return other;
-  }
-
- private:
-  Interface* pointer_ = nullptr;
-};
+/// A terminated string's characters.
+[[nodiscard]] inline Text FromWide(const wchar_t* characters) {
+  return Text(reinterpret_cast<const char16_t*>(characters));
+}
 
 /// The base of the container's own objects: counts references (from 1 on) and answers to the ids of
 /// the interfaces. An interface that is itself based on another than IUnknown answers to its own id

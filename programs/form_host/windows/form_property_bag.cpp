@@ -1,7 +1,5 @@
 #include "programs/form_host/windows/form_property_bag.h"
 
-#include "programs/form_host/windows/variant.h"
-
 namespace quorvane::examples {
 
 HRESULT FormPropertyBag::Read(LPCOLESTR name, VARIANT* value, IErrorLog* /*log*/) {
@@ -19,7 +17,7 @@ HRESULT FormPropertyBag::Read(LPCOLESTR name, VARIANT* value, IErrorLog* /*log*/
 HRESULT FormPropertyBag::Write(LPCOLESTR name, VARIANT* value) {
   if (name == nullptr || value == nullptr) return E_POINTER;
   try {
-    bag_.Put(FromWide(name), ToTaggedValue(*value));
+    bag_.Put(FromWide(name), server::ToTaggedValue(*value, VT_BSTR));
     return S_OK;
   } catch (...) {
     return E_FAIL;

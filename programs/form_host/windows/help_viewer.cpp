@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "programs/form_host/windows/variant.h"
 #include "runtime/runtime_error.h"
 
 namespace quorvane::examples {
@@ -26,7 +25,7 @@ std::wstring HelpFileName(const ComPtr<IDispatch>& control) {
   BSTR name = nullptr;
   Check(library->GetDocumentation(-1, nullptr, nullptr, nullptr, &name),
         u"ITypeLib.GetDocumentation");
-  const Text text = ToText(name);
+  const Text text = FromBstr(name);
   ::SysFreeString(name);
   return BehindLast(L'\\', Wide(text));
 }

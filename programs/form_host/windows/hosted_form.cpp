@@ -13,21 +13,17 @@
 #include "programs/form_host/windows/late_bound.h"
 #include "programs/form_host/windows/property_sink.h"
 #include "programs/form_host/windows/site.h"
-#include "programs/form_host/windows/variant.h"
 #include "runtime/runtime_error.h"
 #include "runtime/utf8.h"
 
 namespace quorvane::examples {
 namespace {
 
-constexpr CLSID kSecurityCtrl = {
-    0xD87A57E7, 0x81C3, 0x11D5, {0x97, 0xD8, 0x00, 0x50, 0xBA, 0x8C, 0xAA, 0xD8}};
-
 ComPtr<IOleObject> CreateControl() {
   ComPtr<IOleObject> control;
   const HRESULT result =
-      ::CoCreateInstance(kSecurityCtrl, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IOleObject),
-                         reinterpret_cast<void**>(control.Receive()));
+      ::CoCreateInstance(server::AsGuid(identities::kClassId), nullptr, CLSCTX_INPROC_SERVER,
+                         __uuidof(IOleObject), reinterpret_cast<void**>(control.Receive()));
   if (result == REGDB_E_CLASSNOTREG) {
     throw RuntimeError{result, u"CoCreateInstance",
                        u"The control is not registered; do so by regsvr32 QuorvaneSecurity.ocx"};
@@ -57,10 +53,10 @@ class ContainerForm final : public HostedForm {
  public:
   explicit ContainerForm(ChangeListener listener)
       : listener_(std::move(listener)),
-        site_(new Site(window_.Handle(), FormWindow::PlaceOfControl())),
-        sink_(new PropertySink),
+        site_(Make<Site>(window_.Handle(), FormWindow::PlaceOfControl())),
+        sink_(Make<PropertySink>()),
         control_(CreateControl()),
-        members_(control_.As<IDispatch>()) {
+        members_(Query<IDispatch>(control_.Get())) {
     Check(control_->SetClientSite(site_.Get()), u"SetClientSite");
     ListenToChanges();
     window_.OnHelp([this] { ShowHelp(); });
@@ -68,25 +64,26 @@ class ContainerForm final : public HostedForm {
 
   // Site and control hold each other until SetClientSite(NULL).
   ~ContainerForm() override {
-    if (const auto in_place = control_.As<IOleInPlaceObject>()) in_place->InPlaceDeactivate();
+    if (const auto in_place = Query<IOleInPlaceObject>(control_.Get()))
+      in_place->InPlaceDeactivate();
     if (point_) point_->Unadvise(cookie_);
     control_->Close(OLECLOSE_NOSAVE);
     control_->SetClientSite(nullptr);
   }
 
   void Load(FormBag& bag) override {
-    const ComPtr<FormPropertyBag> property_bag(new FormPropertyBag(bag));
+    const auto property_bag = Make<FormPropertyBag>(bag);
     Check(Persistence()->Load(property_bag.Get(), nullptr), u"IPersistPropertyBag.Load");
   }
 
   void Save(FormBag& bag) override {
-    const ComPtr<FormPropertyBag> property_bag(new FormPropertyBag(bag));
+    const auto property_bag = Make<FormPropertyBag>(bag);
     Check(Persistence()->Save(property_bag.Get(), TRUE, FALSE), u"IPersistPropertyBag.Save");
   }
 
   // Every answer but a plain no counts as a yes.
   bool NeedsSaving() override {
-    const auto persistence = control_.As<IPersistStreamInit>();
+    const auto persistence = Query<IPersistStreamInit>(control_.Get());
     return !persistence || persistence->IsDirty() != S_FALSE;
   }
 
@@ -133,13 +130,13 @@ class ContainerForm final : public HostedForm {
 
  private:
   ComPtr<IPersistPropertyBag> Persistence() const {
-    auto persistence = control_.As<IPersistPropertyBag>();
+    auto persistence = Query<IPersistPropertyBag>(control_.Get());
     if (!persistence) RaiseResult(E_NOINTERFACE, u"IPersistPropertyBag");
     return persistence;
   }
 
   void ListenToChanges() {
-    const auto points = control_.As<IConnectionPointContainer>();
+    const auto points = Query<IConnectionPointContainer>(control_.Get());
     if (!points) RaiseResult(E_NOINTERFACE, u"IConnectionPointContainer");
     Check(points->FindConnectionPoint(__uuidof(IPropertyNotifySink), point_.Receive()),
           u"IConnectionPointContainer.FindConnectionPoint");
@@ -149,7 +146,7 @@ class ContainerForm final : public HostedForm {
   // F1 in the window. What goes wrong is told there, too.
   void ShowHelp() {
     try {
-      help_.Open(control_.As<IDispatch>(), window_.Handle());
+      help_.Open(Query<IDispatch>(control_.Get()), window_.Handle());
     } catch (...) {
       const RuntimeError error = CurrentRuntimeError();
       const Text message = error.description + u"\n" + error.source;
@@ -165,7 +162,7 @@ class ContainerForm final : public HostedForm {
 
   std::string DescribeControlWindow() const {
     HWND own = nullptr;
-    const auto in_place = control_.As<IOleInPlaceObject>();
+    const auto in_place = Query<IOleInPlaceObject>(control_.Get());
     if (!in_place || FAILED(in_place->GetWindow(&own)) || own == nullptr) return "missing";
     RECT place{};
     ::GetWindowRect(own, &place);

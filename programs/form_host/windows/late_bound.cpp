@@ -1,6 +1,5 @@
 #include "programs/form_host/windows/late_bound.h"
 
-#include "programs/form_host/windows/variant.h"
 #include "runtime/ignored_result.h"
 #include "runtime/runtime_error.h"
 
@@ -24,7 +23,8 @@ struct Exception : EXCEPINFO {
     if (pfnDeferredFillIn != nullptr) pfnDeferredFillIn(this);
     const std::int32_t number =
         HRESULT_FACILITY(scode) == FACILITY_CONTROL ? HRESULT_CODE(scode) : std::int32_t{scode};
-    throw RuntimeError{wCode != 0 ? wCode : number, ToText(bstrSource), ToText(bstrDescription)};
+    throw RuntimeError{wCode != 0 ? wCode : number, FromBstr(bstrSource),
+                       FromBstr(bstrDescription)};
   }
 };
 
@@ -44,7 +44,7 @@ TaggedValue LateBound::Invoke(const Text& member, WORD kind, DISPPARAMS paramete
                                           result.Get(), &exception, nullptr);
   if (outcome == DISP_E_EXCEPTION) exception.Raise();
   Check(outcome, member);
-  return ToTaggedValue(*result.Get());
+  return server::ToTaggedValue(*result.Get(), VT_BSTR);
 }
 
 TaggedValue LateBound::Get(const Text& property) const {

@@ -12,7 +12,7 @@ class Site final : public Counted<IOleClientSite, IOleInPlaceSite, IOleControlSi
   /// `window` is the form's, or null when there is no display; then the control cannot be
   /// activated. `place` in pixels of its inner area.
   Site(HWND window, const RECT& place)
-      : window_(window), place_(place), frame_(new Frame(window)) {}
+      : window_(window), place_(place), frame_(Make<Frame>(window)) {}
 
   // IOleClientSite
   HRESULT STDMETHODCALLTYPE SaveObject() override { return E_FAIL; }
