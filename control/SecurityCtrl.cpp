@@ -2,6 +2,7 @@
 
 #include "checksum/cBinaryFileStream.h"
 #include "checksum/cCRC32.h"
+#include "platform/conversions.h"
 
 namespace quorvane {
 namespace {
@@ -31,9 +32,15 @@ static_assert(std::apply(
     },
     settings::kAll));
 
-void Take(Text& field, const TaggedValue& stored) { field = stored.ToText(); }
-void Take(std::int16_t& field, const TaggedValue& stored) { field = stored.ToInteger16(); }
-void Take(Boolean16& field, const TaggedValue& stored) { field = stored.ToBoolean(); }
+void Take(Text& field, const TaggedValue& stored, Oleaut32& automation) {
+  field = ToText(stored, automation);
+}
+void Take(std::int16_t& field, const TaggedValue& stored, Oleaut32& automation) {
+  field = ToInteger16(stored, automation);
+}
+void Take(Boolean16& field, const TaggedValue& stored, Oleaut32& automation) {
+  field = ToBoolean(stored, automation);
+}
 
 template <class Value>
 Value DefaultOf(const Setting<Value>& setting) {
@@ -51,8 +58,9 @@ void DropErrors(Body body) {
 
 }  // namespace
 
-SecurityCtrl::SecurityCtrl(ControlSite& site, App& module, Files& file_access, Kernel32& kernel)
-    : site_(site), module_(module), files_(file_access), kernel_(kernel) {}
+SecurityCtrl::SecurityCtrl(ControlSite& site, App& module, Files& file_access, Kernel32& kernel,
+                           Oleaut32& automation)
+    : site_(site), module_(module), files_(file_access), kernel_(kernel), automation_(automation) {}
 
 void SecurityCtrl::Initialize() {}
 
@@ -66,10 +74,10 @@ void SecurityCtrl::InitProperties() {
 }
 
 void SecurityCtrl::ReadProperties(PropertyBag& bag) {
-  DropErrors([&bag] {
-    settings::ForEach([&bag](const auto& setting) {
+  DropErrors([this, &bag] {
+    settings::ForEach([this, &bag](const auto& setting) {
       Take(connectionSettings().*setting.field,
-           bag.ReadProperty(setting.property.entry, DefaultOf(setting)));
+           bag.ReadProperty(setting.property.entry, DefaultOf(setting)), automation_);
     });
   });
 }

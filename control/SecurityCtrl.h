@@ -9,6 +9,7 @@
 #include "platform/app.h"
 #include "platform/files.h"
 #include "platform/kernel32.h"
+#include "platform/oleaut32.h"
 
 namespace quorvane {
 
@@ -21,7 +22,7 @@ class SecurityCtrl {
  public:
   /// The site must outlive the control.
   explicit SecurityCtrl(ControlSite& site, App& module = app(), Files& file_access = files(),
-                        Kernel32& kernel = kernel32());
+                        Kernel32& kernel = kernel32(), Oleaut32& automation = oleaut32());
 
   // Events of the container. Each ends on a handler that drops the error: at the first failure the
   // rest of the event is skipped, and the event counts as a success.
@@ -73,6 +74,7 @@ class SecurityCtrl {
   App& module_;
   Files& files_;
   Kernel32& kernel_;
+  Oleaut32& automation_;
 };
 
 }  // namespace quorvane

@@ -8,6 +8,7 @@
 #include "platform/advapi32.h"
 #include "platform/iphlpapi.h"
 #include "platform/kernel32.h"
+#include "platform/oleaut32.h"
 #include "platform/system_code_page.h"
 #include "runtime/boolean16.h"
 #include "runtime/byte_array.h"
@@ -63,7 +64,8 @@ using RegistryValue = TaggedValue;
 [[nodiscard]] Boolean16 WriteRegistryValue(RegistryHandle hive, Text& key_path, Text& value_name,
                                            TaggedValue& value, std::int32_t value_type,
                                            Advapi32& advapi = advapi32(),
-                                           const CodePage& code_page = systemCodePage());
+                                           const CodePage& code_page = systemCodePage(),
+                                           Oleaut32& automation = oleaut32());
 
 // --- Profile strings: basAPI_api_profile.cpp
 //

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 #include <variant>
 
 #include "runtime/boolean16.h"
@@ -8,19 +9,8 @@
 
 namespace quorvane {
 
-/// A value that carries its own kind: nothing (empty), a 16-bit Boolean, a number, or a text.
-///
-/// The conversions follow the usual rules of automation (VariantChangeType). They raise type
-/// mismatch (13) when there is no meaning in the wanted kind, and overflow (6) when it is out of
-/// range:
-/// - to an integer: empty is 0; True is -1; a fraction is rounded to the nearest, ties to even; a
-/// text counts as
-///   numeric text, see ParseNumber() in numeric_text.h.
-/// - to a text: empty is the empty text; "True" and "False"; a number in its shortest decimal form
-/// (up to 15 digits).
-/// - to a Boolean: a number by being unlike zero; the texts "True" and "False" in any case, also
-/// between # signs, or
-///   a numeric text. The result is always -1 or 0.
+/// A value that carries its own kind: nothing (empty), a 16-bit Boolean, a number, or a text. What
+/// it is as another kind: platform/conversions.h.
 class TaggedValue {
  public:
   /// The empty kind.
@@ -35,7 +25,7 @@ class TaggedValue {
   /// A number in floating point.
   TaggedValue(double value) : value_(value) {}
   /// A text; an absent one is the empty text.
-  TaggedValue(Text value);
+  TaggedValue(Text value) : value_(std::move(value)) {}
   // NOLINTEND(google-explicit-constructor)
 
   /// Whether it is of the empty kind.
@@ -51,21 +41,10 @@ class TaggedValue {
     return std::get_if<Kind>(&value_);
   }
 
-  /// The value as a text, see above.
-  [[nodiscard]] Text ToText() const;
-  /// The value as a 16-bit integer, see above.
-  [[nodiscard]] std::int16_t ToInteger16() const;
-  /// The value as a 32-bit integer, see above.
-  [[nodiscard]] std::int32_t ToInteger32() const;
-  /// The value as a Boolean of -1 or 0, see above.
-  [[nodiscard]] Boolean16 ToBoolean() const;
-
   /// Same kind and same value; a text by its exact characters.
   friend bool operator==(const TaggedValue&, const TaggedValue&) = default;
 
  private:
-  [[nodiscard]] double ToDouble() const;
-
   std::variant<std::monostate, Boolean16, std::int16_t, std::int32_t, double, Text> value_;
 };
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
+#include "platform/conversions.h"
 #include "runtime/ignored_result.h"
 #include "runtime/integers.h"
-#include "runtime/numeric_text.h"
 #include "text/text_search.h"
 
 namespace quorvane {
@@ -113,11 +113,11 @@ Text ReplaceAll(const Text& text, const Text& find, const Text& replacement,
   }
 }
 
-Text PackedDateToShortDate(const Text& packed, const ShortDate& form) {
+Text PackedDateToShortDate(const Text& packed, const ShortDate& form, Oleaut32& automation) {
   const Text date = Piece(packed, 6, 8);
-  const std::int16_t year = TextToInteger16(Piece(date, 1, 4));
-  const std::int16_t month = TextToInteger16(Piece(date, 5, 2));
-  const std::int16_t day = TextToInteger16(LastCharacters(date, 2));
+  const std::int16_t year = ToInteger16(Piece(date, 1, 4), automation);
+  const std::int16_t month = ToInteger16(Piece(date, 5, 2), automation);
+  const std::int16_t day = ToInteger16(LastCharacters(date, 2), automation);
   return form.Format(CarriedDay(year, month, day));
 }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "platform/collation.h"
+#include "platform/oleaut32.h"
 #include "platform/short_date.h"
 #include "runtime/boolean16.h"
 #include "runtime/text.h"
@@ -44,9 +45,9 @@ namespace quorvane {
 /// locale. Those five are not read, nor is what follows position 13.
 ///
 /// The year is the first four characters of the piece, the month its characters 5 and 6, the day
-/// its last two, each by the usual rules for numeric text. A month or a day out of range carries
-/// over into the neighbouring months and years; years 0 to 29 are 2000 to 2029 and years 30 to 99
-/// are 1930 to 1999, as everywhere in automation.
+/// its last two, each by the usual rules for numeric text, see ToInteger16(). A month or a day out
+/// of range carries over into the neighbouring months and years; years 0 to 29 are 2000 to 2029 and
+/// years 30 to 99 are 1930 to 1999, as everywhere in automation.
 ///
 /// Raises type mismatch (13) when year, month or day is not numeric, overflow (6) when one exceeds
 /// 16 bits, invalid procedure call (5) when the day lies outside the years 100 to 9999, which are
@@ -55,7 +56,8 @@ namespace quorvane {
 /// Kept: the day is counted from the end, so month and day share a character when the piece has
 /// only seven. Pinned by PackedDateToShortDate.SharesACharacterBetweenMonthAndDay.
 [[nodiscard]] Text PackedDateToShortDate(const Text& packed,
-                                         const ShortDate& form = systemShortDate());
+                                         const ShortDate& form = systemShortDate(),
+                                         Oleaut32& automation = oleaut32());
 
 /// A value from 1 to 32767 in the digits 0 to 9 and A to Z, the most significant first: at most
 /// PA7.

@@ -1,7 +1,7 @@
 #include "ui/modDrawGradient.h"
 
 #include "runtime/integers.h"
-#include "runtime/numeric_text.h"
+#include "runtime/rounding.h"
 #include "runtime/runtime_error.h"
 #include "ui/ramp_value.h"
 

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <optional>
 
+#include "platform/conversions.h"
 #include "programs/form_host/form_file.h"
 #include "runtime/utf8.h"
 
@@ -190,7 +191,7 @@ std::vector<FormEntry> ParseForm(std::string_view bytes) {
 }
 
 std::string FormatValue(const TaggedValue& value) {
-  return value.Is<Text>() ? Quoted(value.ToText()) : ToUtf8(value.ToText());
+  return value.Is<Text>() ? Quoted(ToText(value)) : ToUtf8(ToText(value));
 }
 
 std::string FormatForm(const std::vector<FormEntry>& entries) {

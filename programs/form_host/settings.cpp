@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/conversions.h"
 #include "programs/common/options.h"
 #include "programs/form_host/form_file.h"
 #include "runtime/utf8.h"
@@ -19,7 +20,7 @@ std::string AllNames() {
 }  // namespace
 
 std::string Display(const Text& setting, const TaggedValue& value) {
-  const bool is_secret = setting == Text(u"Password") && !value.ToText().IsEmpty();
+  const bool is_secret = setting == Text(u"Password") && !ToText(value).IsEmpty();
   return is_secret ? "\"********\"" : FormatValue(value);
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "host/basAPI_api.h"
+#include "platform/conversions.h"
 #include "programs/common/program.h"
 #include "programs/quorvane/commands.h"
 #include "runtime/utf8.h"
@@ -130,7 +131,7 @@ std::string Quoted(const std::string& utf8) {
 std::string KindAndValue(const TaggedValue& value) {
   if (value.IsEmpty()) return "empty";
   if (const auto* integer = value.As<std::int32_t>()) return "integer " + std::to_string(*integer);
-  return "string " + Quoted(ToUtf8(value.ToText()));
+  return "string " + Quoted(ToUtf8(ToText(value)));
 }
 
 int RegistryRead(const Arguments& arguments, Console& console) {

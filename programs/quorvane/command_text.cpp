@@ -6,10 +6,10 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/conversions.h"
 #include "programs/common/program.h"
 #include "programs/quorvane/commands.h"
 #include "programs/quorvane/escaped_text.h"
-#include "runtime/numeric_text.h"
 #include "runtime/utf8.h"
 #include "text/string_helpers.h"
 
@@ -54,13 +54,13 @@ struct Operation {
   Text (*run)(const Operands& operands);
 };
 
-Text Number(std::int32_t value) { return NumberToText(value); }
+Text Number(std::int32_t value) { return ToText(value); }
 
 Text Empty(const Operands& o) { return IsEmptyText(o[0]).IsTrue() ? u"True" : u"False"; }
 Text Last(const Operands& o) { return Number(LastPosition(o[0], o[1])); }
 Text Replace(const Operands& o) { return ReplaceAll(o[0], o[1], o[2]); }
 Text Date(const Operands& o) { return PackedDateToShortDate(o[0]); }
-Text Base36(const Operands& o) { return NumberToBase36(TextToInteger32(o[0])); }
+Text Base36(const Operands& o) { return NumberToBase36(ToInteger32(o[0])); }
 
 constexpr std::array kOperations{
     Operation{"empty", 1, "TEXT", Empty},

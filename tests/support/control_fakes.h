@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "control/control_site.h"
+#include "platform/conversions.h"
 #include "runtime/runtime_error.h"
 #include "runtime/utf8.h"
 #include "tests/support/call_log.h"
@@ -53,7 +54,7 @@ class FakeBag final : public PropertyBag {
 
   void WriteProperty(const Text& name, const TaggedValue& value,
                      const TaggedValue& default_value) override {
-    log.push_back("Write(" + ToUtf8(name) + ", default " + ToUtf8(default_value.ToText()) + ")");
+    log.push_back("Write(" + ToUtf8(name) + ", default " + ToUtf8(ToText(default_value)) + ")");
     if (plan_.NextCallFails()) Raise(kPlannedFault);
     if (value == default_value) {
       entries.erase(ToUtf8(name));

@@ -125,7 +125,9 @@ TEST(PackedDateToShortDate, RaisesTypeMismatchForWhatIsNotNumeric) {
 TEST(PackedDateToShortDate, FollowsTheRulesForNumericText) {
   EXPECT_EQ(DayOf("2E3 0131"), (CalendarDay{2000, 1, 31}));
   EXPECT_EQ(DayOf("+999 7 9"), (CalendarDay{999, 7, 9}));
-  EXPECT_EQ(DayOf("2024&7&5"), (CalendarDay{2024, 7, 5}));
+  EXPECT_EQ(DayOf("1,999 7$9"), (CalendarDay{199, 9, 7}));
+  EXPECT_EQ(ErrorOfDate("2024&7&5"), 13);
+  EXPECT_EQ(ErrorOfDate("224-0131"), 5);  // the year -224
   EXPECT_EQ(DayOf("202419.5"), CarriedSlowly(2024, 19, 0));
 }
 

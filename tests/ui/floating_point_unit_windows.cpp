@@ -1,8 +1,8 @@
 // The bands inside hosts that have set the x87 unit to their liking: 24, 53 or 64 binary digits,
 // any direction of rounding, and faults that stop the program instead of giving a number.
-#include <float.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/host_setting_windows.h"
 #include "tests/ui/every_extent.h"
 #include "tests/ui/ramp_oracle.h"
 #include "ui/modDrawGradient.h"
@@ -11,21 +11,6 @@ namespace quorvane::testing {
 namespace {
 
 using modDrawGradient::DrawGradient;
-
-// The unit as a host left it, until the end of the scope.
-class HostSetting {
- public:
-  HostSetting(unsigned value, unsigned mask) {
-    ::_clearfp();
-    ::_controlfp(value, mask);
-  }
-  HostSetting(const HostSetting&) = delete;
-  HostSetting& operator=(const HostSetting&) = delete;
-  ~HostSetting() {
-    ::_clearfp();
-    ::_controlfp(_CW_DEFAULT, _MCW_PC | _MCW_RC | _MCW_EM);
-  }
-};
 
 // A quotient that shows whether a setting took hold of the unit.
 long double OneThird() {

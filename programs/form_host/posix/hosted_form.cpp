@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "control/SecurityCtrl.h"
+#include "platform/conversions.h"
 #include "runtime/runtime_error.h"
 #include "runtime/utf8.h"
 
@@ -82,13 +83,13 @@ class StandInForm final : public HostedForm, private ControlSite {
   }
 
   void Put(const settings::Setting<Text>& setting, const TaggedValue& value) {
-    control_.Put(setting, value.ToText());
+    control_.Put(setting, ToText(value));
   }
   void Put(const settings::Setting<std::int16_t>& setting, const TaggedValue& value) {
-    control_.Put(setting, value.ToInteger16());
+    control_.Put(setting, ToInteger16(value));
   }
   void Put(const settings::Setting<Boolean16>& setting, const TaggedValue& value) {
-    control_.Put(setting, value.ToBoolean());
+    control_.Put(setting, ToBoolean(value));
   }
 
   void PropertyChanged(const identities::Property& property) override {

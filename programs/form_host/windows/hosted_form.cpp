@@ -5,6 +5,7 @@
 
 #include <cmath>
 
+#include "platform/conversions.h"
 #include "programs/common/standard_streams.h"
 #include "programs/form_host/settings.h"
 #include "programs/form_host/windows/form_property_bag.h"
@@ -126,7 +127,7 @@ class ContainerForm final : public HostedForm {
     for (const DISPID id : sink_->Take()) listener_(NameOf(id));
   }
 
-  std::int32_t GetCRCValue() override { return members_.Call(u"GetCRCValue").ToInteger32(); }
+  std::int32_t GetCRCValue() override { return ToInteger32(members_.Call(u"GetCRCValue")); }
 
  private:
   ComPtr<IPersistPropertyBag> Persistence() const {
