@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "runtime/code_page.h"
 
 namespace quorvane::testing {
@@ -8,5 +10,9 @@ namespace quorvane::testing {
 /// each character, and Japanese, one or two bytes.
 [[nodiscard]] const CodePage& Page1252();
 [[nodiscard]] const CodePage& Page932();
+
+/// The page of that number without "best fits": what it lacks becomes a question mark. Null when
+/// the platform has none.
+[[nodiscard]] std::unique_ptr<CodePage> MakeExactPage(int number);
 
 }  // namespace quorvane::testing

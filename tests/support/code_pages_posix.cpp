@@ -15,4 +15,6 @@ const CodePage& Page932() {
   return *kPage;
 }
 
+std::unique_ptr<CodePage> MakeExactPage(int number) { return MakeCodePage(number); }
+
 }  // namespace quorvane::testing
