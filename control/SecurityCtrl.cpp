@@ -32,14 +32,14 @@ static_assert(std::apply(
     },
     settings::kAll));
 
-void Take(Text& field, const TaggedValue& stored, Oleaut32& automation) {
-  field = ToText(stored, automation);
+void Take(Text& field, const TaggedValue& stored, Oleaut32& oleaut) {
+  field = ToText(stored, oleaut);
 }
-void Take(std::int16_t& field, const TaggedValue& stored, Oleaut32& automation) {
-  field = ToInteger16(stored, automation);
+void Take(std::int16_t& field, const TaggedValue& stored, Oleaut32& oleaut) {
+  field = ToInteger16(stored, oleaut);
 }
-void Take(Boolean16& field, const TaggedValue& stored, Oleaut32& automation) {
-  field = ToBoolean(stored, automation);
+void Take(Boolean16& field, const TaggedValue& stored, Oleaut32& oleaut) {
+  field = ToBoolean(stored, oleaut);
 }
 
 template <class Value>
@@ -59,8 +59,8 @@ void DropErrors(Body body) {
 }  // namespace
 
 SecurityCtrl::SecurityCtrl(ControlSite& site, App& module, Files& file_access, Kernel32& kernel,
-                           Oleaut32& automation)
-    : site_(site), module_(module), files_(file_access), kernel_(kernel), automation_(automation) {}
+                           Oleaut32& oleaut)
+    : site_(site), module_(module), files_(file_access), kernel_(kernel), oleaut_(oleaut) {}
 
 void SecurityCtrl::Initialize() {}
 
@@ -77,7 +77,7 @@ void SecurityCtrl::ReadProperties(PropertyBag& bag) {
   DropErrors([this, &bag] {
     settings::ForEach([this, &bag](const auto& setting) {
       Take(connectionSettings().*setting.field,
-           bag.ReadProperty(setting.property.entry, DefaultOf(setting)), automation_);
+           bag.ReadProperty(setting.property.entry, DefaultOf(setting)), oleaut_);
     });
   });
 }

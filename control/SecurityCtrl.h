@@ -22,7 +22,7 @@ class SecurityCtrl {
  public:
   /// The site must outlive the control.
   explicit SecurityCtrl(ControlSite& site, App& module = app(), Files& file_access = files(),
-                        Kernel32& kernel = kernel32(), Oleaut32& automation = oleaut32());
+                        Kernel32& kernel = kernel32(), Oleaut32& oleaut = oleaut32());
 
   // Events of the container. Each ends on a handler that drops the error: at the first failure the
   // rest of the event is skipped, and the event counts as a success.
@@ -74,7 +74,7 @@ class SecurityCtrl {
   App& module_;
   Files& files_;
   Kernel32& kernel_;
-  Oleaut32& automation_;
+  Oleaut32& oleaut_;
 };
 
 }  // namespace quorvane

@@ -65,7 +65,7 @@ using RegistryValue = TaggedValue;
                                            TaggedValue& value, std::int32_t value_type,
                                            Advapi32& advapi = advapi32(),
                                            const CodePage& code_page = systemCodePage(),
-                                           Oleaut32& automation = oleaut32());
+                                           Oleaut32& oleaut = oleaut32());
 
 // --- Profile strings: basAPI_api_profile.cpp
 //

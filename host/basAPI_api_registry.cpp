@@ -104,8 +104,8 @@ RegistryValue ReadValue(RegistryHandle hive, Text& key_path, Text& value_name, A
 }
 
 bool StoreString(RegistryHandle key, Text& value_name, const TaggedValue& value, Advapi32& advapi,
-                 const CodePage& code_page, Oleaut32& automation) {
-  Text text = ToText(value, automation);
+                 const CodePage& code_page, Oleaut32& oleaut) {
+  Text text = ToText(value, oleaut);
   // Kept: the size counts characters and takes in no zero. So a code page with more bytes than that
   // cuts the data, and what is read back may end in half a character. Pinned by
   // WriteRegistryValue.CutsDataShortUnderAMultiByteCodePage and
@@ -120,8 +120,8 @@ bool StoreString(RegistryHandle key, Text& value_name, const TaggedValue& value,
 }
 
 bool StoreInteger(RegistryHandle key, Text& value_name, TaggedValue& value, Advapi32& advapi,
-                  const CodePage& code_page, Oleaut32& automation) {
-  const std::int32_t integer = ToInteger32(value, automation);
+                  const CodePage& code_page, Oleaut32& oleaut) {
+  const std::int32_t integer = ToInteger32(value, oleaut);
   const std::int32_t result = CallWithAnsi(
       code_page,
       [&](char* name) {
@@ -135,11 +135,9 @@ bool StoreInteger(RegistryHandle key, Text& value_name, TaggedValue& value, Adva
 }
 
 bool StoreByType(RegistryHandle key, Text& value_name, TaggedValue& value, std::int32_t value_type,
-                 Advapi32& advapi, const CodePage& code_page, Oleaut32& automation) {
-  if (value_type == kString)
-    return StoreString(key, value_name, value, advapi, code_page, automation);
-  if (value_type == kDword)
-    return StoreInteger(key, value_name, value, advapi, code_page, automation);
+                 Advapi32& advapi, const CodePage& code_page, Oleaut32& oleaut) {
+  if (value_type == kString) return StoreString(key, value_name, value, advapi, code_page, oleaut);
+  if (value_type == kDword) return StoreInteger(key, value_name, value, advapi, code_page, oleaut);
   // Kept: any other type, binary included, makes the key, stores nothing and is a success. A
   // caller that wants no more than the key gets it so. Pinned by
   // WriteRegistryValue.StoresNothingForAnyOtherTypeAndSucceeds.
@@ -148,7 +146,7 @@ bool StoreByType(RegistryHandle key, Text& value_name, TaggedValue& value, std::
 
 bool WriteValue(RegistryHandle hive, Text& key_path, Text& value_name, TaggedValue& value,
                 std::int32_t value_type, Advapi32& advapi, const CodePage& code_page,
-                Oleaut32& automation) {
+                Oleaut32& oleaut) {
   constexpr std::int32_t kNonVolatile = 0;
   RegistryHandle key = 0;
   std::int32_t unread_disposition = 0;
@@ -163,7 +161,7 @@ bool WriteValue(RegistryHandle hive, Text& key_path, Text& value_name, TaggedVal
   // Kept: the key stays open for good after a failed store, as it does after a run-time error;
   // a host that counts its handles sees it. Pinned by
   // WriteRegistryValue.LeavesTheKeyOpenAfterAFailedStore.
-  if (!StoreByType(key, value_name, value, value_type, advapi, code_page, automation)) return false;
+  if (!StoreByType(key, value_name, value, value_type, advapi, code_page, oleaut)) return false;
   IgnoreResult(advapi.RegCloseKey(key));  // the value is stored, whatever becomes of the key
   return true;
 }
@@ -183,10 +181,10 @@ RegistryValue ReadRegistryValue(RegistryHandle hive, Text& key_path, Text& value
 
 Boolean16 WriteRegistryValue(RegistryHandle hive, Text& key_path, Text& value_name,
                              TaggedValue& value, std::int32_t value_type, Advapi32& advapi,
-                             const CodePage& code_page, Oleaut32& automation) {
+                             const CodePage& code_page, Oleaut32& oleaut) {
   try {
     return ToBoolean16(
-        WriteValue(hive, key_path, value_name, value, value_type, advapi, code_page, automation));
+        WriteValue(hive, key_path, value_name, value, value_type, advapi, code_page, oleaut));
   } catch (...) {
     return kFalse;
   }

@@ -65,6 +65,6 @@ class Advapi32 {
 };
 
 /// The platform's own, on Linux its stand-in. It lives as long as the program.
-[[nodiscard]] Advapi32& advapi32();
+[[nodiscard]] Advapi32& advapi32() noexcept;
 
 }  // namespace quorvane

@@ -16,6 +16,6 @@ class App {
 };
 
 /// The platform's own, on Linux its stand-in. It lives as long as the program.
-[[nodiscard]] App& app();
+[[nodiscard]] App& app() noexcept;
 
 }  // namespace quorvane

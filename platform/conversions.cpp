@@ -26,9 +26,9 @@ Text TextOf(std::int32_t value) {
   return Text(std::u16string(digits.begin(), digits.end()));
 }
 
-Text TextOf(double value, Oleaut32& automation) {
+Text TextOf(double value, Oleaut32& oleaut) {
   std::u16string text;
-  RequireSuccess(automation.VarBstrFromR8(value, kLocale, kFlags, &text));
+  RequireSuccess(oleaut.VarBstrFromR8(value, kLocale, kFlags, &text));
   return Text(std::move(text));
 }
 
@@ -43,36 +43,36 @@ double NumberOf(const TaggedValue& value) {
 
 }  // namespace
 
-Text ToText(const TaggedValue& value, Oleaut32& automation) {
+Text ToText(const TaggedValue& value, Oleaut32& oleaut) {
   if (const auto* text = value.As<Text>()) return *text;
   if (const auto* boolean = value.As<Boolean16>()) return boolean->IsTrue() ? u"True" : u"False";
   if (const auto* integer = value.As<std::int16_t>()) return TextOf(*integer);
   if (const auto* integer = value.As<std::int32_t>()) return TextOf(*integer);
-  if (const auto* number = value.As<double>()) return TextOf(*number, automation);
+  if (const auto* number = value.As<double>()) return TextOf(*number, oleaut);
   return u"";
 }
 
-std::int16_t ToInteger16(const TaggedValue& value, Oleaut32& automation) {
+std::int16_t ToInteger16(const TaggedValue& value, Oleaut32& oleaut) {
   const auto* text = value.As<Text>();
   if (text == nullptr) return NarrowTo16(RoundTo32(NumberOf(value)));
   std::int16_t integer = 0;
-  RequireSuccess(automation.VarI2FromStr(text->Characters().c_str(), kLocale, kFlags, &integer));
+  RequireSuccess(oleaut.VarI2FromStr(text->Characters().c_str(), kLocale, kFlags, &integer));
   return integer;
 }
 
-std::int32_t ToInteger32(const TaggedValue& value, Oleaut32& automation) {
+std::int32_t ToInteger32(const TaggedValue& value, Oleaut32& oleaut) {
   const auto* text = value.As<Text>();
   if (text == nullptr) return RoundTo32(NumberOf(value));
   std::int32_t integer = 0;
-  RequireSuccess(automation.VarI4FromStr(text->Characters().c_str(), kLocale, kFlags, &integer));
+  RequireSuccess(oleaut.VarI4FromStr(text->Characters().c_str(), kLocale, kFlags, &integer));
   return integer;
 }
 
-Boolean16 ToBoolean(const TaggedValue& value, Oleaut32& automation) {
+Boolean16 ToBoolean(const TaggedValue& value, Oleaut32& oleaut) {
   const auto* text = value.As<Text>();
   if (text == nullptr) return ToBoolean16(NumberOf(value) != 0);
   std::int16_t boolean = 0;
-  RequireSuccess(automation.VarBoolFromStr(text->Characters().c_str(), kLocale, kFlags, &boolean));
+  RequireSuccess(oleaut.VarBoolFromStr(text->Characters().c_str(), kLocale, kFlags, &boolean));
   return ToBoolean16(boolean != 0);
 }
 

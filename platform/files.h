@@ -55,6 +55,6 @@ class Files {
 };
 
 /// The platform's files.
-[[nodiscard]] Files& files();
+[[nodiscard]] Files& files() noexcept;
 
 }  // namespace quorvane

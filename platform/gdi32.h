@@ -39,6 +39,6 @@ class Gdi32 {
 };
 
 /// The platform's own, on Linux its stand-in. It lives as long as the program.
-[[nodiscard]] Gdi32& gdi32();
+[[nodiscard]] Gdi32& gdi32() noexcept;
 
 }  // namespace quorvane

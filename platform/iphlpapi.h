@@ -23,6 +23,6 @@ class Iphlpapi {
 };
 
 /// The platform's own, on Linux its stand-in. It lives as long as the program.
-[[nodiscard]] Iphlpapi& iphlpapi();
+[[nodiscard]] Iphlpapi& iphlpapi() noexcept;
 
 }  // namespace quorvane

@@ -72,6 +72,6 @@ class Kernel32 {
 };
 
 /// The platform's own, on Linux its stand-in. It lives as long as the program.
-[[nodiscard]] Kernel32& kernel32();
+[[nodiscard]] Kernel32& kernel32() noexcept;
 
 }  // namespace quorvane

@@ -18,6 +18,6 @@ class Screen {
 };
 
 /// The platform's own, on Linux its stand-in. It lives as long as the program.
-[[nodiscard]] Screen& screen();
+[[nodiscard]] Screen& screen() noexcept;
 
 }  // namespace quorvane

@@ -25,6 +25,6 @@ class ShortDate {
 };
 
 /// The system locale's short date.
-[[nodiscard]] const ShortDate& systemShortDate();
+[[nodiscard]] const ShortDate& systemShortDate() noexcept;
 
 }  // namespace quorvane

@@ -5,6 +5,6 @@
 namespace quorvane {
 
 /// The system's default 8-bit code page.
-[[nodiscard]] const CodePage& systemCodePage();
+[[nodiscard]] const CodePage& systemCodePage() noexcept;
 
 }  // namespace quorvane

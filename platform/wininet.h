@@ -73,6 +73,6 @@ class WinInet {
 };
 
 /// The platform's own, on Linux its stand-in. It lives as long as the program.
-[[nodiscard]] WinInet& wininet();
+[[nodiscard]] WinInet& wininet() noexcept;
 
 }  // namespace quorvane

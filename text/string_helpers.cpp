@@ -12,16 +12,11 @@
 namespace quorvane {
 namespace {
 
-bool EqualsEmpty(const Text& text, const Collation& collation) {
-  return collation.AreEqual(text.Characters(), {});
-}
-
 // The text as replaced so far is `done` followed by the input from `next` on. A search never looks
 // behind its start and never into what was put in, so searching the input instead of a rebuilt text
 // finds the same occurrences; their positions in the rebuilt text, which the limits go by, are
 // those in the input plus what `done` has grown by.
-Text Replaced(const std::u16string& text, const TextSearch& search, std::int16_t find_length,
-              const Text& replacement) {
+Text Replaced(const std::u16string& text, const TextSearch& search, const Text& replacement) {
   const std::int32_t replacement_length = replacement.Length();
   std::u16string done;
   done.reserve(text.size());
@@ -30,27 +25,12 @@ Text Replaced(const std::u16string& text, const TextSearch& search, std::int16_t
     const std::size_t found = search.Find(next);
     if (found == TextSearch::kNone) break;
     const std::int16_t position = NarrowTo16(done.size() + (found - next) + 1);
-    IgnoreResult(CheckedAdd(position, find_length));
+    IgnoreResult(CheckedAdd(position, search.Length()));
     IgnoreResult(CheckedAdd<std::int32_t>(position, replacement_length));
     done.append(text, next, found - next).append(replacement.Characters());
-    next = found + static_cast<std::size_t>(find_length);
+    next = found + static_cast<std::size_t>(search.Length());
   }
   return Text(done.append(text, next));
-}
-
-Text ReplacedPlainly(const Text& text, const Text& find, const Text& replacement) {
-  if (text.IsEmpty() || find.IsEmpty()) return u"";
-  const std::int16_t find_length = NarrowTo16(find.Length());
-  return Replaced(text.Characters(), TextSearch(text.Characters(), find.Characters()), find_length,
-                  replacement);
-}
-
-Text ReplacedByCollation(const Text& text, const Text& find, const Text& replacement,
-                         const Collation& collation) {
-  if (EqualsEmpty(text, collation) || EqualsEmpty(find, collation)) return u"";
-  const std::int16_t find_length = NarrowTo16(find.Length());
-  return Replaced(text.Characters(), TextSearch(text.Characters(), find.Characters(), collation),
-                  find_length, replacement);
 }
 
 // The characters from a 1-based position on, at most `count`; none behind the end.
@@ -90,8 +70,12 @@ CalendarDay CarriedDay(std::int16_t year, std::int16_t month, std::int16_t day) 
 
 }  // namespace
 
-Boolean16 IsEmptyText(const Text& text, const Collation& collation) {
-  return ToBoolean16(EqualsEmpty(text, collation));
+Boolean16 IsEmptyText(const Text& text, const Collation& collation) noexcept {
+  try {
+    return ToBoolean16(collation.AreEqual(text.Characters(), {}));
+  } catch (...) {  // the collation cannot tell; what has no characters is empty in every one
+    return ToBoolean16(text.IsEmpty());
+  }
 }
 
 std::int32_t LastPosition(const Text& text, const Text& find, const Collation& collation) {
@@ -101,23 +85,20 @@ std::int32_t LastPosition(const Text& text, const Text& find, const Collation& c
   return last == std::u16string::npos ? 0 : NarrowTo32(last + 1);
 }
 
-Text ReplaceAll(const Text& text, const Text& find, const Text& replacement,
-                const Collation& collation) {
+Text ReplaceAll(Text text, const Text& find, const Text& replacement, const Collation& collation) {
   try {
-    const bool plain =
-        IsPlain(find.Characters(), collation) && IsPlain(text.Characters(), collation);
-    return plain ? ReplacedPlainly(text, find, replacement)
-                 : ReplacedByCollation(text, find, replacement, collation);
+    const TextSearch search(text.Characters(), find.Characters(), collation);
+    return search.IsEmpty() ? Text(u"") : Replaced(text.Characters(), search, replacement);
   } catch (...) {
-    return text;
+    return text;  // moved: a handler that made a copy could fail itself
   }
 }
 
-Text PackedDateToShortDate(const Text& packed, const ShortDate& form, Oleaut32& automation) {
+Text PackedDateToShortDate(const Text& packed, const ShortDate& form, Oleaut32& oleaut) {
   const Text date = Piece(packed, 6, 8);
-  const std::int16_t year = ToInteger16(Piece(date, 1, 4), automation);
-  const std::int16_t month = ToInteger16(Piece(date, 5, 2), automation);
-  const std::int16_t day = ToInteger16(LastCharacters(date, 2), automation);
+  const std::int16_t year = ToInteger16(Piece(date, 1, 4), oleaut);
+  const std::int16_t month = ToInteger16(Piece(date, 5, 2), oleaut);
+  const std::int16_t day = ToInteger16(LastCharacters(date, 2), oleaut);
   return form.Format(CarriedDay(year, month, day));
 }
 

@@ -15,9 +15,10 @@ namespace quorvane {
 // comparison" is that of the 16-bit characters.
 
 /// True for an absent text and for every text that equals the empty one by text comparison, so also
-/// for one that holds nothing but characters the collation passes over. Never fails.
+/// for one that holds nothing but characters the collation passes over. Never fails: where the
+/// collation does, for want of memory, a text without characters is the empty one.
 [[nodiscard]] Boolean16 IsEmptyText(const Text& text,
-                                    const Collation& collation = systemCollation());
+                                    const Collation& collation = systemCollation()) noexcept;
 
 /// The position of the last occurrence of `find`, by binary comparison; occurrences may overlap. 0
 /// when there is none, and for an empty `find` in the sense of IsEmptyText(). Never fails.
@@ -38,7 +39,9 @@ namespace quorvane {
 /// occurrence behind position 32767 of the text as replaced so far, or one whose position plus the
 /// length of `find` exceeds 32767. A caller never sees a text replaced in part. Pinned by
 /// ReplaceAll.GivesTheTextBackWhenAPositionExceedsSixteenBits.
-[[nodiscard]] Text ReplaceAll(const Text& text, const Text& find, const Text& replacement,
+///
+/// The text is taken over, not copied, so that it is there to be given back when memory runs out.
+[[nodiscard]] Text ReplaceAll(Text text, const Text& find, const Text& replacement,
                               const Collation& collation = systemCollation());
 
 /// The date yyyymmdd that stands behind the first five characters, in the short form of the system
@@ -47,7 +50,7 @@ namespace quorvane {
 /// The year is the first four characters of the piece, the month its characters 5 and 6, the day
 /// its last two, each by the usual rules for numeric text, see ToInteger16(). A month or a day out
 /// of range carries over into the neighbouring months and years; years 0 to 29 are 2000 to 2029 and
-/// years 30 to 99 are 1930 to 1999, as everywhere in automation.
+/// years 30 to 99 are 1930 to 1999, as everywhere in oleaut.
 ///
 /// Raises type mismatch (13) when year, month or day is not numeric, overflow (6) when one exceeds
 /// 16 bits, invalid procedure call (5) when the day lies outside the years 100 to 9999, which are
@@ -57,7 +60,7 @@ namespace quorvane {
 /// only seven. Pinned by PackedDateToShortDate.SharesACharacterBetweenMonthAndDay.
 [[nodiscard]] Text PackedDateToShortDate(const Text& packed,
                                          const ShortDate& form = systemShortDate(),
-                                         Oleaut32& automation = oleaut32());
+                                         Oleaut32& oleaut = oleaut32());
 
 /// A value from 1 to 32767 in the digits 0 to 9 and A to Z, the most significant first: at most
 /// PA7.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "runtime/integers.h"
+
 namespace quorvane {
 namespace {
 
@@ -32,25 +34,32 @@ std::vector<std::uint16_t> FallbackOf(const std::u16string& sought) {
   return fallback;
 }
 
-}  // namespace
-
-bool IsPlain(std::u16string_view text, const Collation& collation) {
-  if (!collation.FoldsAsciiPlainly()) return false;
-  // Without a branch in the loop, so that it goes many characters at a time.
+// Without a branch in the loop, so that it goes many characters at a time.
+bool IsPlainAscii(std::u16string_view text) {
   unsigned beyond = 0;
   for (const char16_t c : text) beyond |= static_cast<unsigned>(c - 0x20U > 0x7EU - 0x20U);
   return beyond == 0;
 }
 
-TextSearch::TextSearch(std::u16string_view text, std::u16string_view sought)
-    : text_(text),
-      sought_(sought),
-      small_sought_(InSmallLetters(sought)),
-      fallback_(FallbackOf(small_sought_)) {}
+}  // namespace
 
 TextSearch::TextSearch(std::u16string_view text, std::u16string_view sought,
                        const Collation& collation)
-    : text_(text), sought_(sought), collation_(&collation) {}
+    : text_(text),
+      sought_(sought),
+      collation_(collation),
+      is_plain_(collation.FoldsAsciiPlainly() && IsPlainAscii(sought) && IsPlainAscii(text)),
+      is_empty_(EqualsEmpty(text) || EqualsEmpty(sought)) {
+  if (is_empty_) return;
+  length_ = NarrowTo16(sought.size());
+  if (!is_plain_) return;
+  small_sought_ = InSmallLetters(sought);
+  fallback_ = FallbackOf(small_sought_);
+}
+
+bool TextSearch::EqualsEmpty(std::u16string_view text) const {
+  return is_plain_ ? text.empty() : collation_.AreEqual(text, {});
+}
 
 // The next place, from one on, that may begin an occurrence: it holds the first character sought.
 std::size_t TextSearch::FindFirst(std::size_t from) const {
@@ -76,7 +85,7 @@ std::size_t TextSearch::FindPlain(std::size_t from) const {
 
 std::size_t TextSearch::FindCollated(std::size_t from) const {
   for (std::size_t i = from; i + sought_.size() <= text_.size(); ++i) {
-    if (collation_->AreEqual(text_.substr(i, sought_.size()), sought_)) return i;
+    if (collation_.AreEqual(text_.substr(i, sought_.size()), sought_)) return i;
   }
   return kNone;
 }

@@ -10,42 +10,43 @@
 
 namespace quorvane {
 
-/// Whether the collation leaves it to the caller to compare this text: it is plain ASCII, U+0020 to
-/// U+007E alone, and the collation folds that plainly.
-[[nodiscard]] bool IsPlain(std::u16string_view text, const Collation& collation);
-
 /// Finds one text in another by text comparison: the first place, from a given one on, where a
-/// stretch of exactly the sought text's length equals it.
+/// stretch of exactly the sought text's length equals it. Places count from 0.
 ///
-/// Both texts must outlive the search; the sought one must not be empty and has at most 32767
-/// characters. Places count from 0.
-///
-/// Where both are plain, see IsPlain(), the search compares by itself, in time linear in the text
-/// whatever the two hold. Anywhere else it asks the collation at each place: outside of plain ASCII
+/// Which way it compares is settled once. Where both texts are plain ASCII, U+0020 to U+007E alone,
+/// and the collation folds that plainly, it compares by itself, in time linear in the text whatever
+/// the two hold. Anywhere else it asks the collation at each place: outside of plain ASCII
 /// characters are passed over, joined or equal to several others, and no shorter test foretells the
 /// answer.
 class TextSearch {
  public:
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);  ///< no place
 
-  /// A search that compares by itself: both texts must be plain.
-  TextSearch(std::u16string_view text, std::u16string_view sought);
-  /// A search that asks the collation.
+  /// All three must outlive the search. Raises overflow (6) for a sought text of more than 32767
+  /// characters, unless one of the texts is empty.
   TextSearch(std::u16string_view text, std::u16string_view sought, const Collation& collation);
 
-  /// The first place at or behind `from`, or kNone.
+  /// Whether one of the two texts equals the empty one; there is nothing to find then.
+  [[nodiscard]] bool IsEmpty() const { return is_empty_; }
+  /// How many characters the sought text has; 0 for an empty search.
+  [[nodiscard]] std::int16_t Length() const { return length_; }
+  /// The first place at or behind `from`, or kNone. Not to be asked of an empty search.
   [[nodiscard]] std::size_t Find(std::size_t from) const {
-    return collation_ == nullptr ? FindPlain(from) : FindCollated(from);
+    return is_plain_ ? FindPlain(from) : FindCollated(from);
   }
 
  private:
+  [[nodiscard]] bool EqualsEmpty(std::u16string_view text) const;
   [[nodiscard]] std::size_t FindFirst(std::size_t from) const;
   [[nodiscard]] std::size_t FindPlain(std::size_t from) const;
   [[nodiscard]] std::size_t FindCollated(std::size_t from) const;
 
   std::u16string_view text_;
   std::u16string_view sought_;
-  const Collation* collation_ = nullptr;
+  const Collation& collation_;
+  bool is_plain_;
+  bool is_empty_;
+  std::int16_t length_ = 0;
   // Only for a plain search: the sought text in small letters, and how many of its characters still
   // match when the one at an index does not.
   std::u16string small_sought_;

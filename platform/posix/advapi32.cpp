@@ -28,23 +28,23 @@ class PosixAdvapi32 final : public Advapi32 {
  public:
   std::int32_t RegOpenKeyExA(RegistryHandle hive, const char* path, std::int32_t /*options*/,
                              std::int32_t access, RegistryHandle* key) override {
-    return registry_.Open(hive, path, access, key);
+    return UsersRegistry().Open(hive, path, access, key);
   }
   std::int32_t RegCreateKeyExA(RegistryHandle hive, const char* path, std::int32_t /*reserved*/,
                                const char* /*class_name*/, std::int32_t /*options*/,
                                std::int32_t access, const void* /*security*/, RegistryHandle* key,
                                std::int32_t* disposition) override {
-    return registry_.Create(hive, path, access, key, disposition);
+    return UsersRegistry().Create(hive, path, access, key, disposition);
   }
   std::int32_t RegQueryValueExA(RegistryHandle key, const char* name, std::int32_t* /*reserved*/,
                                 std::int32_t* type, void* data, std::int32_t* size) override {
-    return registry_.Query(key, name, type, data, size);
+    return UsersRegistry().Query(key, name, type, data, size);
   }
   std::int32_t RegSetValueExA(RegistryHandle key, const char* name, std::int32_t /*reserved*/,
                               std::int32_t type, const void* data, std::int32_t size) override {
-    return registry_.Set(key, name, type, data, size);
+    return UsersRegistry().Set(key, name, type, data, size);
   }
-  std::int32_t RegCloseKey(RegistryHandle key) override { return registry_.Close(key); }
+  std::int32_t RegCloseKey(RegistryHandle key) override { return UsersRegistry().Close(key); }
 
   std::int32_t GetUserNameA(char* buffer, std::int32_t* size) override {
     const auto user = CurrentUser();
@@ -88,12 +88,16 @@ class PosixAdvapi32 final : public Advapi32 {
   std::int32_t LastError() override { return last_error; }
 
  private:
-  Registry registry_{UserRegistry()};
+  // Made at its first use, not where the library is asked for: finding the user's folder can fail.
+  static Registry& UsersRegistry() {
+    static Registry registry{UserRegistry()};
+    return registry;
+  }
 };
 
 }  // namespace
 
-Advapi32& advapi32() {
+Advapi32& advapi32() noexcept {
   static PosixAdvapi32 instance;
   return instance;
 }

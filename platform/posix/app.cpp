@@ -35,7 +35,7 @@ class PosixApp final : public App {
 
 }  // namespace
 
-App& app() {
+App& app() noexcept {
   static PosixApp instance;
   return instance;
 }

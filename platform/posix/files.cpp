@@ -189,7 +189,7 @@ class PosixFiles final : public Files {
 
 }  // namespace
 
-Files& files() {
+Files& files() noexcept {
   static PosixFiles instance;
   return instance;
 }

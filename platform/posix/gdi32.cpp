@@ -32,7 +32,7 @@ class PosixGdi32 final : public Gdi32 {
 
 }  // namespace
 
-Gdi32& gdi32() {
+Gdi32& gdi32() noexcept {
   static PosixGdi32 instance;
   return instance;
 }

@@ -34,7 +34,7 @@ class PosixIphlpapi final : public Iphlpapi {
 
 }  // namespace
 
-Iphlpapi& iphlpapi() {
+Iphlpapi& iphlpapi() noexcept {
   static PosixIphlpapi instance;
   return instance;
 }

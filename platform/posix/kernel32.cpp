@@ -94,7 +94,7 @@ class PosixKernel32 final : public Kernel32 {
 
 }  // namespace
 
-Kernel32& kernel32() {
+Kernel32& kernel32() noexcept {
   static PosixKernel32 instance;
   return instance;
 }

@@ -15,7 +15,7 @@ class PosixScreen final : public Screen {
 
 }  // namespace
 
-Screen& screen() {
+Screen& screen() noexcept {
   static PosixScreen instance;
   return instance;
 }

@@ -21,6 +21,30 @@ std::locale LocaleOfEnvironment() {
   return neutral ? *neutral : std::locale::classic();
 }
 
+// Each is made of the locale at its first use, not where it is asked for: reading a locale can
+// fail.
+class SystemCollation final : public Collation {
+ public:
+  bool AreEqual(std::u16string_view left, std::u16string_view right) const override {
+    return Made().AreEqual(left, right);
+  }
+  bool FoldsAsciiPlainly() const override { return Made().FoldsAsciiPlainly(); }
+
+ private:
+  static const Collation& Made() {
+    static const std::unique_ptr<Collation> kMade = MakeCollation(systemLocale());
+    return *kMade;
+  }
+};
+
+class SystemShortDate final : public ShortDate {
+ public:
+  Text Format(const CalendarDay& day) const override {
+    static const std::unique_ptr<ShortDate> kMade = MakeShortDate(systemLocale());
+    return kMade->Format(day);
+  }
+};
+
 }  // namespace
 
 const std::locale& systemLocale() {
@@ -28,14 +52,14 @@ const std::locale& systemLocale() {
   return kLocale;
 }
 
-const Collation& systemCollation() {
-  static const std::unique_ptr<Collation> kCollation = MakeCollation(systemLocale());
-  return *kCollation;
+const Collation& systemCollation() noexcept {
+  static const SystemCollation kInstance;
+  return kInstance;
 }
 
-const ShortDate& systemShortDate() {
-  static const std::unique_ptr<ShortDate> kShortDate = MakeShortDate(systemLocale());
-  return *kShortDate;
+const ShortDate& systemShortDate() noexcept {
+  static const SystemShortDate kInstance;
+  return kInstance;
 }
 
 }  // namespace quorvane

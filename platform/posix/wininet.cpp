@@ -1,8 +1,11 @@
 #include "platform/wininet.h"
 
+#include <array>
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <string>
 #include <utility>
 #include <variant>
@@ -188,10 +191,11 @@ void web_client::SetTimeOuts(TimeOuts given) {
 
 Reason web_client::LastFailure() { return last_failure; }
 
-WinInet& wininet() {
+WinInet& wininet() noexcept {
   // Never destroyed: handles that were left open end with the process, not among its destructors.
+  alignas(CurlWinInet) static std::array<std::byte, sizeof(CurlWinInet)> room;
   // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): lives until the end
-  static auto* const instance = new CurlWinInet;
+  static auto* const instance = new (room.data()) CurlWinInet;
   return *instance;
 }
 

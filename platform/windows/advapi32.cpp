@@ -103,7 +103,7 @@ class WindowsAdvapi32 final : public Advapi32 {
 
 }  // namespace
 
-Advapi32& advapi32() {
+Advapi32& advapi32() noexcept {
   static WindowsAdvapi32 instance;
   return instance;
 }

@@ -28,7 +28,7 @@ class WindowsApp final : public App {
 
 }  // namespace
 
-App& app() {
+App& app() noexcept {
   static WindowsApp instance;
   return instance;
 }

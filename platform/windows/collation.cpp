@@ -41,7 +41,7 @@ class SystemCollation final : public Collation {
 
 }  // namespace
 
-const Collation& systemCollation() {
+const Collation& systemCollation() noexcept {
   static const SystemCollation kInstance;
   return kInstance;
 }

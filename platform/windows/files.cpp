@@ -136,7 +136,7 @@ class WindowsFiles final : public Files {
 
 }  // namespace
 
-Files& files() {
+Files& files() noexcept {
   static WindowsFiles instance;
   return instance;
 }

@@ -31,7 +31,7 @@ class WindowsGdi32 final : public Gdi32 {
 
 }  // namespace
 
-Gdi32& gdi32() {
+Gdi32& gdi32() noexcept {
   static WindowsGdi32 instance;
   return instance;
 }

@@ -21,7 +21,7 @@ class WindowsIphlpapi final : public Iphlpapi {
 
 }  // namespace
 
-Iphlpapi& iphlpapi() {
+Iphlpapi& iphlpapi() noexcept {
   static WindowsIphlpapi instance;
   return instance;
 }

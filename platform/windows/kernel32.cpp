@@ -55,7 +55,7 @@ class WindowsKernel32 final : public Kernel32 {
 
 }  // namespace
 
-Kernel32& kernel32() {
+Kernel32& kernel32() noexcept {
   static WindowsKernel32 instance;
   return instance;
 }

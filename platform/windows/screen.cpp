@@ -18,7 +18,7 @@ class WindowsScreen final : public Screen {
 
 }  // namespace
 
-Screen& screen() {
+Screen& screen() noexcept {
   static WindowsScreen instance;
   return instance;
 }

@@ -86,7 +86,7 @@ class SystemShortDate final : public ShortDate {
 
 }  // namespace
 
-const ShortDate& systemShortDate() {
+const ShortDate& systemShortDate() noexcept {
   static const SystemShortDate kInstance;
   return kInstance;
 }

@@ -43,7 +43,7 @@ class AnsiCodePage final : public CodePage {
 
 }  // namespace
 
-const CodePage& systemCodePage() {
+const CodePage& systemCodePage() noexcept {
   static const AnsiCodePage kInstance;
   return kInstance;
 }

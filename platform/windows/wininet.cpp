@@ -86,7 +86,7 @@ class WindowsWinInet final : public WinInet {
 
 }  // namespace
 
-WinInet& wininet() {
+WinInet& wininet() noexcept {
   static WindowsWinInet instance;
   return instance;
 }

@@ -277,7 +277,7 @@ class FailingOleaut32 final : public Oleaut32 {
 
 // The number that each conversion raises when the system's call answers so.
 std::vector<std::int32_t> NumbersRaised(std::int32_t result) {
-  FailingOleaut32 automation(result);
+  FailingOleaut32 oleaut(result);
   const auto number_of = [](auto body) {
     try {
       body();
@@ -287,10 +287,10 @@ std::vector<std::int32_t> NumbersRaised(std::int32_t result) {
     }
   };
   const TaggedValue text(Text(u"1"));
-  return {number_of([&] { static_cast<void>(ToInteger16(text, automation)); }),
-          number_of([&] { static_cast<void>(ToInteger32(text, automation)); }),
-          number_of([&] { static_cast<void>(ToBoolean(text, automation)); }),
-          number_of([&] { static_cast<void>(ToText(0.5, automation)); })};
+  return {number_of([&] { static_cast<void>(ToInteger16(text, oleaut)); }),
+          number_of([&] { static_cast<void>(ToInteger32(text, oleaut)); }),
+          number_of([&] { static_cast<void>(ToBoolean(text, oleaut)); }),
+          number_of([&] { static_cast<void>(ToText(0.5, oleaut)); })};
 }
 
 TEST(Conversions, RaiseTheSystemsFailureUnderTheLocaleOfTheTypeLibrary) {

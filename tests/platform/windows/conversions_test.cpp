@@ -34,18 +34,17 @@ struct Answers {
   friend bool operator==(const Answers&, const Answers&) = default;
 };
 
-Answers AnswersOf(Oleaut32& automation, const std::u16string& text) {
+Answers AnswersOf(Oleaut32& oleaut, const std::u16string& text) {
   Answers answers;
-  answers.result16 = automation.VarI2FromStr(text.c_str(), kLocale, kFlags, &answers.value16);
-  answers.result32 = automation.VarI4FromStr(text.c_str(), kLocale, kFlags, &answers.value32);
-  answers.result_boolean =
-      automation.VarBoolFromStr(text.c_str(), kLocale, kFlags, &answers.boolean);
+  answers.result16 = oleaut.VarI2FromStr(text.c_str(), kLocale, kFlags, &answers.value16);
+  answers.result32 = oleaut.VarI4FromStr(text.c_str(), kLocale, kFlags, &answers.value32);
+  answers.result_boolean = oleaut.VarBoolFromStr(text.c_str(), kLocale, kFlags, &answers.boolean);
   return answers;
 }
 
-std::u16string TextOf(Oleaut32& automation, double value) {
+std::u16string TextOf(Oleaut32& oleaut, double value) {
   std::u16string text;
-  EXPECT_EQ(automation.VarBstrFromR8(value, kLocale, kFlags, &text), 0);
+  EXPECT_EQ(oleaut.VarBstrFromR8(value, kLocale, kFlags, &text), 0);
   return text;
 }
 
