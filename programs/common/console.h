@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -40,17 +41,29 @@ class Console {
   void Complain(const std::string& message);
   /// Writes to standard error as it is; failures are let pass.
   void Err(std::string_view bytes);
+  [[nodiscard]] bool OutputIsTerminal() const { return IsTerminal(StandardStream::kOutput); }
   [[nodiscard]] bool ErrorIsTerminal() const { return IsTerminal(StandardStream::kError); }
 
-  /// Fills `buffer` from standard input; fewer bytes than asked for mean that the input ended.
-  /// Raises StreamError.
+  // Reading says on standard error that it waits when standard input is a terminal, and writes out
+  // first what Out() has collected, so that a partner who waits for an answer gets it. Each raises
+  // StreamError.
+
+  /// Fills `buffer`; fewer bytes than asked for mean that the input ended.
   [[nodiscard]] std::size_t Read(char* buffer, std::size_t size);
-  /// All of standard input. Raises StreamError.
-  [[nodiscard]] std::string ReadAll();
+  /// All of the input; nothing once it has more than `most` bytes, of which no more are read.
+  [[nodiscard]] std::optional<std::string> ReadAll(std::size_t most);
+  /// The next line without its end (a line feed, or carriage return and line feed) as soon as it
+  /// has arrived; nothing at the end of the input.
+  [[nodiscard]] std::optional<std::string> ReadLine();
 
  private:
+  [[nodiscard]] std::size_t ReadSome(char* buffer, std::size_t size);
+
   std::string program_name_;
   std::string collected_;
+  std::string arrived_;         // what ReadLine() has read beyond its lines,
+  std::size_t line_start_ = 0;  // from here on
+  bool said_that_it_waits_ = false;
 };
 
 }  // namespace quorvane::examples

@@ -26,17 +26,21 @@ class UsageError : public std::runtime_error {
 
 /// An option that a command knows.
 struct Option {
-  const char* name;         ///< with its dashes: "--save"
-  bool takes_value = true;  ///< "--save FILE" or "--save=FILE"; else the bare word
-  bool repeatable = false;  ///< else a second one is a usage error
+  const char* name;                ///< with its dashes: "--save"
+  const char* value = nullptr;     ///< what the help calls its value, "FILE"; null for a bare word
+  const char* help = "";           ///< what it does; several lines are divided by "\n"
+  char letter = '\0';              ///< of its short form, 's' for "-s"; zero for none
+  bool repeatable = false;         ///< else a second one is a usage error
+  bool replaces_operands = false;  ///< with it the command takes no operands
 };
 
 /// The words of one command, sorted into options and operands.
 ///
-/// Options start with two dashes and may stand before, between or behind the operands; "--" ends
-/// them, and whatever follows is an operand. A single dash is an operand (standard input, where a
-/// command says so), and so is a negative number. Any other word that starts with a dash is an
-/// unknown option.
+/// Options may stand before, between or behind the operands; "--" ends them, and whatever follows
+/// is an operand. A long one is "--save FILE", "--save=FILE" or a bare "--wait"; a short one
+/// "-s FILE", "-sFILE" or a bare "-w", and bare ones may be written together. A single dash is an
+/// operand (standard input, where a command says so), and so is a negative number. Any other word
+/// that starts with a dash is an unknown option.
 class Arguments {
  public:
   /// Raises UsageError for an unknown option, a missing or an unwanted value, and an option given
@@ -53,11 +57,17 @@ class Arguments {
   /// Raises UsageError unless there are at least `least` and at most `most` operands; `names` are
   /// what the help calls them, "FILE...".
   void RequireOperands(std::size_t least, std::size_t most, const std::string& names) const;
+  /// The same by the help's own line of operands, "HIVE KEY NAME [VALUE]": each word is one, in
+  /// brackets one that may be left out, and "..." says any number of it.
+  void RequireOperands(std::string_view line) const;
 
  private:
-  /// Takes the option at words[at] with its value; gives the index of the next word.
-  std::size_t TakeOption(std::span<const std::string> words, std::size_t at,
-                         std::span<const Option> known);
+  /// Each takes the option or options at words[at] with their value; gives the next word's index.
+  std::size_t TakeLong(std::span<const std::string> words, std::size_t at,
+                       std::span<const Option> known);
+  std::size_t TakeShort(std::span<const std::string> words, std::size_t at,
+                        std::span<const Option> known);
+  void Add(const Option& option, std::string value);
 
   std::vector<std::pair<std::string, std::string>> options_;
   std::vector<std::string> operands_;

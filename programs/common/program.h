@@ -14,6 +14,7 @@ struct ExitCode {
   static constexpr int kSuccess = 0;
   static constexpr int kFailure = 1;  ///< a run-time error, or output that could not be written
   static constexpr int kUsage = 2;    ///< the words on the command line make no sense
+  static constexpr int kInterrupted = 130;  ///< ended from the keyboard
 };
 
 /// "error 53: File not found (quorvane.File)"; without the brackets when the source is empty.
@@ -25,8 +26,8 @@ struct ExitCode {
 [[nodiscard]] int Guard(Console& console, const std::function<int()>& body);
 
 /// Each program defines this one; main() stands in posix/ and windows/ and calls it with the words
-/// behind the program's name, in UTF-8. A word that is no proper text (bytes that are no UTF-8, on
-/// Windows a single half of a surrogate pair) arrives with U+FFFD in place of what cannot be said.
+/// behind the program's name, in UTF-8. On Linux a word arrives byte for byte, so it may be no
+/// UTF-8; on Windows a single half of a surrogate pair arrives as U+FFFD.
 [[nodiscard]] int ProgramMain(std::span<const std::string> words);
 
 }  // namespace quorvane::examples

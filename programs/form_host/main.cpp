@@ -39,10 +39,10 @@ constexpr const char* kHelp =
     "usage\n";
 
 constexpr std::array kOptions{
-    Option{"--help", false},
-    Option{"--set", true, true},
-    Option{"--save"},
-    Option{"--wait", false},
+    Option{"--help"},
+    Option{.name = "--set", .value = "NAME=VALUE", .repeatable = true},
+    Option{"--save", "FILE"},
+    Option{"--wait"},
 };
 
 using SettingValues = std::array<TaggedValue, kSettings.size()>;

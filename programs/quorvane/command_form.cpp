@@ -6,9 +6,11 @@
 #include <string>
 
 #include "control/basGlobals.h"
+#include "programs/common/customs.h"
 #include "programs/common/program.h"
 #include "programs/quorvane/code_page_choice.h"
 #include "programs/quorvane/commands.h"
+#include "programs/quorvane/input.h"
 #include "runtime/utf8.h"
 #include "text/form_encoding.h"
 #include "web/form_post.h"
@@ -16,48 +18,58 @@
 namespace quorvane::examples {
 namespace {
 
-constexpr const char* kEncodeHelp =
-    "usage: quorvane encode [--code-page N] [TEXT]\n"
-    "\n"
-    "Encodes TEXT, or standard input as it stands, as a form body: blanks become plus signs, most\n"
-    "other signs %XX by their code in the system's 8-bit code page; \"&\" and \"=\" stay.\n"
-    "At most 32766 characters; more are an error.\n"
-    "\n"
-    "  --code-page N   use this code page in place of 1252 (932, for example); Linux only\n";
+constexpr const char* kEncodeDetails =
+    R"(Encodes TEXT, or standard input as it stands, as a form body: blanks become
+plus signs, most other signs %XX by their code in the system's 8-bit code page;
+"&" and "=" stay. At most 32766 characters; more are an error.)";
 
-constexpr const char* kPostHelp =
-    "usage: quorvane post SERVER PORT OBJECT BODY [--encode]\n"
-    "                     [--proxy PROXY] [--user NAME] [--password WORD]\n"
-    "\n"
-    "Sends BODY (- is standard input, as it stands) by HTTP POST to OBJECT, a path on SERVER, and\n"
-    "writes the body of the answer to standard output as it came. The last line of standard error\n"
-    "is InternetFailed=0, or InternetFailed=1 when the text is not the server's.\n"
-    "The exit code is 1 when there was no answer.\n"
-    "\n"
-    "  --encode          encode BODY first, as `quorvane encode` does\n"
-    "  --proxy PROXY     go through PROXY (host:port), and not as the system is configured\n"
-    "  --user NAME       for a server that asks, and only with --proxy\n"
-    "  --password WORD   likewise\n";
+constexpr const char* kPostDetails =
+    R"(Sends BODY (- is standard input, as it stands, of at most 64 MB) by HTTP POST
+to OBJECT, a path on SERVER, and writes the body of the answer to standard
+output as it came. The last line of standard error is InternetFailed=0, or
+InternetFailed=1 when the text is not the server's; the line before it then
+says what failed. The exit code is 1 when there was no answer.)";
 
-constexpr std::array kEncodeOptions{Option{"--code-page"}};
-constexpr std::array kPostOptions{Option{"--encode", false}, Option{"--proxy"}, Option{"--user"},
-                                  Option{"--password"}};
+constexpr std::array kEncodeOptions{
+    Option{"--code-page", "N",
+           "uses this code page in place of 1252 (932, for example); Linux only", 'c'},
+};
+constexpr std::array kPostOptions{
+    Option{"--encode", nullptr, "encodes BODY first, as 'quorvane encode' does", 'e'},
+    Option{"--proxy", "PROXY",
+           "goes through PROXY (host:port), and not as the system is configured", 'p'},
+    Option{"--user", "NAME", "for a server that asks, and only with --proxy", 'u'},
+    Option{"--password-file", "FILE",
+           "the first line of FILE, - for standard input, is the password\n"
+           "that goes with NAME"},
+    Option{"--password", "WORD",
+           "the password itself; others may see it in the list of processes\n"
+           "for the moment before the program hides it there"},
+};
+
+constexpr std::size_t kMostCharacters = 32766;
+// A character of 16 bits has at most three bytes in UTF-8.
+constexpr std::size_t kMostEncodableBytes = 3 * kMostCharacters;
+constexpr std::size_t kMostBodyBytes = std::size_t{64} * 1024 * 1024;
+
+int RefuseToEncode(Console& console) {
+  console.Complain("the text cannot be encoded: it has more than 32766 characters");
+  return ExitCode::kFailure;
+}
 
 // Nothing when the text is too long, which the operation tells by the empty text.
-std::optional<Text> Encoded(const Text& text, Console& console) {
+std::optional<Text> Encoded(const Text& text) {
   Text encoded = FormEncode(text);
   if (!encoded.IsEmpty() || text.IsEmpty()) return encoded;
-  console.Complain("the text cannot be encoded: it has more than 32766 characters");
   return std::nullopt;
 }
 
 int Encode(const Arguments& arguments, Console& console) {
-  arguments.RequireOperands(0, 1, "[TEXT]");
   if (const auto number = arguments.Value("--code-page")) ChooseCodePage(*number);
-  const bool given = !arguments.Operands().empty();
-  const auto encoded =
-      Encoded(FromUtf8(given ? arguments.Operands().front() : console.ReadAll()), console);
-  if (!encoded) return ExitCode::kFailure;
+  const auto& words = arguments.Operands();
+  const auto given = words.empty() ? console.ReadAll(kMostEncodableBytes) : words.front();
+  const auto encoded = given ? Encoded(FromUtf8(*given)) : std::nullopt;
+  if (!encoded) return RefuseToEncode(console);
   console.Out(ToUtf8(*encoded) + "\n");
   return ExitCode::kSuccess;
 }
@@ -71,39 +83,57 @@ std::int16_t PortOf(const std::string& word) {
   return static_cast<std::int16_t>(port);
 }
 
-void UseProxy(const Arguments& arguments) {
+std::string PasswordOf(const Arguments& arguments, Console& console) {
+  const auto file = arguments.Value("--password-file");
+  const auto word = arguments.Value("--password");
+  if (file && word) throw UsageError("--password and --password-file exclude each other");
+  if (word) HideFromProcessList(*word);
+  if (!file) return word.value_or("");
+  if (file == "-" && arguments.Operands()[3] == "-")
+    throw UsageError("standard input cannot be both the BODY and the password");
+  const auto lines = LinesOf(*file, console);
+  return lines.empty() ? "" : lines.front();
+}
+
+void UseProxy(const Arguments& arguments, Console& console) {
+  for (const char* const option : {"--user", "--password", "--password-file"}) {
+    if (arguments.Has(option) && !arguments.Has("--proxy"))
+      throw UsageError(std::string(option) + " has an effect with --proxy only");
+  }
+  if (!arguments.Has("--user") && (arguments.Has("--password") || arguments.Has("--password-file")))
+    throw UsageError("a password has an effect with --user only");
   auto& settings = basGlobals::connectionSettings();
-  const auto text_of = [&arguments](std::string_view option) {
-    return FromUtf8(arguments.Value(option).value_or(""));
-  };
   settings.UseProxy = ToBoolean16(arguments.Has("--proxy"));
-  settings.ProxyServer = text_of("--proxy");
-  settings.UserName = text_of("--user");
-  settings.Password = text_of("--password");
+  settings.ProxyServer = FromUtf8(arguments.Value("--proxy").value_or(""));
+  settings.UserName = FromUtf8(arguments.Value("--user").value_or(""));
+  settings.Password = FromUtf8(PasswordOf(arguments, console));
 }
 
 int Post(const Arguments& arguments, Console& console) {
-  arguments.RequireOperands(4, 4, "SERVER PORT OBJECT BODY");
   const auto& words = arguments.Operands();
   const std::int16_t port = PortOf(words[1]);
-  Text body = FromUtf8(words[3] == "-" ? console.ReadAll() : words[3]);
-  if (arguments.Has("--encode")) {
-    const auto encoded = Encoded(body, console);
-    if (!encoded) return ExitCode::kFailure;
-    body = *encoded;
-  }
-  UseProxy(arguments);
-  const Text reply = PostFormRequest(FromUtf8(words[0]), FromUtf8(words[2]), body, port);
+  const bool encodes = arguments.Has("--encode");
+  UseProxy(arguments, console);
+  const auto given =
+      words[3] == "-" ? console.ReadAll(encodes ? kMostEncodableBytes : kMostBodyBytes) : words[3];
+  if (!given && !encodes) throw StreamError("the body has more than 64 MB");
+  std::optional<Text> body;
+  if (given) body = encodes ? Encoded(FromUtf8(*given)) : FromUtf8(*given);
+  if (!body) return RefuseToEncode(console);
+  const Text reply = PostFormRequest(FromUtf8(words[0]), FromUtf8(words[2]), *body, port);
   const bool failed = basGlobals::internetFailed().IsTrue();
   console.Out(ToUtf8(reply));
+  if (failed && console.OutputIsTerminal()) console.Out("\n");
   console.Flush();
   console.Err(failed ? "InternetFailed=1\n" : "InternetFailed=0\n");
   return failed || reply.IsEmpty() ? ExitCode::kFailure : ExitCode::kSuccess;
 }
 
 constexpr std::array kCommands{
-    Command{"encode", "a form body, made fit for sending", kEncodeHelp, kEncodeOptions, Encode},
-    Command{"post", "a form, sent to a web server, and the reply", kPostHelp, kPostOptions, Post},
+    Command{"encode", "[TEXT]", "a form body, made fit for sending", kEncodeDetails, kEncodeOptions,
+            Encode},
+    Command{"post", "SERVER PORT OBJECT BODY", "a form, sent to a web server, and the reply",
+            kPostDetails, kPostOptions, Post},
 };
 
 }  // namespace

@@ -1,34 +1,34 @@
 // quorvane gradient: the painter's bands, as numbers or as a picture.
 
 #include <array>
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
 
 #include "programs/common/program.h"
 #include "programs/quorvane/commands.h"
+#include "programs/quorvane/file_name.h"
 #include "programs/quorvane/png.h"
 #include "ui/modDrawGradient.h"
 
 namespace quorvane::examples {
 namespace {
 
-constexpr const char* kHelp =
-    "usage: quorvane gradient WIDTH HEIGHT [--start R,G,B] [--end R,G,B] [--direction 0|1]\n"
-    "                         [--picture FILE.png] [--bands]\n"
-    "\n"
-    "Paints the ramp of a surface of WIDTH by HEIGHT twips (15 are a pixel) between two colours.\n"
-    "\n"
-    "  --start R,G,B      the colour at the start, each channel 0 to 255 (196,219,249)\n"
-    "  --end R,G,B        the colour that the ramp leads to (255,255,255)\n"
-    "  --direction 0|1    0: from left to right; 1: from top to bottom (1)\n"
-    "  --picture FILE     paints into a picture in memory and writes it as PNG; what the painter\n"
-    "                     leaves out is grey. Sizes from 15 to 32767 only\n"
-    "  --bands            prints one line for each band: left top right bottom r g b\n";
+constexpr const char* kDetails =
+    R"(Paints the ramp of a surface of WIDTH by HEIGHT twips (15 are a pixel) between
+two colours.)";
 
-constexpr std::array kOptions{Option{"--start"}, Option{"--end"}, Option{"--direction"},
-                              Option{"--picture"}, Option{"--bands", false}};
+constexpr std::array kOptions{
+    Option{"--start", "R,G,B", "the colour at the start, each channel 0 to 255 (196,219,249)", 's'},
+    Option{"--end", "R,G,B", "the colour that the ramp leads to (255,255,255)", 'e'},
+    Option{"--direction", "0|1", "0: from left to right; 1: from top to bottom (1)", 'd'},
+    Option{"--picture", "FILE",
+           "paints into a picture in memory and writes it as PNG, to standard\n"
+           "output for -; what the painter leaves out is grey. Sizes from 15\n"
+           "to 32767 only",
+           'p'},
+    Option{"--bands", nullptr, "prints one line for each band: left top right bottom r g b", 'b'},
+};
 
 constexpr Colour kGrey = 0xC8C8C8;
 constexpr std::int32_t kLargestPicture = 32767;
@@ -105,23 +105,34 @@ std::int32_t PixelsFor(std::int32_t twips) {
   return twips / Picture::kTwipsPerPixel;
 }
 
-void WritePicture(const Ramp& ramp, const std::string& file) {
+void WriteFile(const std::string& name, const std::string& bytes) {
+  std::ofstream out(PathOf(name), std::ios::binary | std::ios::trunc);
+  out << bytes;
+  out.close();
+  if (!out) throw StreamError("the picture cannot be written: " + name);
+}
+
+void WritePicture(const Ramp& ramp, const std::string& file, Console& console) {
   const auto picture = makePicture(PixelsFor(ramp.width), PixelsFor(ramp.height), kGrey);
   ramp.Paint(picture->hDC());
-  const std::filesystem::path path(std::u8string(file.begin(), file.end()));
-  std::ofstream out(path, std::ios::binary | std::ios::trunc);
-  out << PngOf(*picture);
-  out.close();
-  if (!out) throw StreamError("the picture cannot be written: " + file);
+  const std::string bytes = PngOf(*picture);
+  if (file == "-") {
+    console.Out(bytes);
+  } else {
+    WriteFile(file, bytes);
+  }
 }
 
 int Gradient(const Arguments& arguments, Console& console) {
-  arguments.RequireOperands(2, 2, "WIDTH HEIGHT");
   const Ramp ramp(arguments);
   const auto file = arguments.Value("--picture");
-  if (!file && !arguments.Has("--bands")) throw UsageError("--picture FILE or --bands is wanted");
-  if (file) WritePicture(ramp, *file);
-  if (arguments.Has("--bands")) {
+  const bool bands = arguments.Has("--bands");
+  if (!file && !bands) throw UsageError("--picture FILE or --bands is wanted");
+  if (file == "-" && bands) throw UsageError("--picture - and --bands would mix on the output");
+  if (file == "-" && console.OutputIsTerminal())
+    throw UsageError("--picture - wants a file or a pipe for the output, not a terminal");
+  if (file) WritePicture(ramp, *file, console);
+  if (bands) {
     BandPrinter printer(console);
     ramp.Paint(DeviceContext{}, printer);
   }
@@ -129,8 +140,8 @@ int Gradient(const Arguments& arguments, Console& console) {
 }
 
 constexpr std::array kCommands{
-    Command{"gradient", "a two-colour ramp, as a picture or band by band", kHelp, kOptions,
-            Gradient},
+    Command{"gradient", "WIDTH HEIGHT", "a two-colour ramp, as a picture or band by band", kDetails,
+            kOptions, Gradient},
 };
 
 }  // namespace

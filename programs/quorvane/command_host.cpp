@@ -3,70 +3,70 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <iterator>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "host/basAPI_api.h"
 #include "platform/conversions.h"
 #include "programs/common/program.h"
 #include "programs/quorvane/commands.h"
+#include "programs/quorvane/file_name.h"
+#include "programs/quorvane/json.h"
+#include "programs/quorvane/registry_watch.h"
+#include "programs/quorvane/system_reason.h"
 #include "runtime/utf8.h"
 
 namespace quorvane::examples {
 namespace {
 
-constexpr const char* kPlatformHelp =
-    "usage: quorvane platform\n"
-    "\n"
-    "Prints the family of the operating system: \"Win32s\", \"Windows 95\" or \"Windows NT\".\n";
+constexpr const char* kPlatformDetails =
+    R"(Prints the family of the operating system: "Win32s", "Windows 95" or "Windows
+NT".)";
 
-constexpr const char* kSystemDirectoryHelp =
-    "usage: quorvane system-directory\n"
-    "\n"
-    "Prints the directory of the system's own libraries.\n";
+constexpr const char* kSystemDirectoryDetails =
+    R"(Prints the directory of the system's own libraries.)";
 
-constexpr const char* kRegistryHelp =
-    "usage: quorvane registry read HIVE KEY NAME\n"
-    "       quorvane registry write HIVE KEY NAME [--type TYPE] [VALUE]\n"
-    "\n"
-    "Reads or writes one value of the registry.\n"
-    "HIVE is HKCR, HKCU, HKLM, HKU, HKCC, its long form, or the handle as a signed number. KEY is "
-    "a\n"
-    "path with \\ between its parts. The name \"\" is the key's default value.\n"
-    "\n"
-    "read prints the kind of the result: empty, integer N, or string \"...\" (with \\\\, \\\", "
-    "\\n\n"
-    "and \\xHH for what would not show). Binary values show as integers.\n"
-    "write makes the key where it is missing. It exits with 1 when nothing could be written.\n"
-    "  --type TYPE  sz (the default), dword, binary or a number; others than sz and dword make "
-    "the\n"
-    "               key and store nothing\n";
+constexpr const char* kRegistryDetails =
+    R"(HIVE is HKCR, HKCU, HKLM, HKU, HKCC, its long form, or the handle as a signed
+number. KEY is a path with \ between its parts. The name "" is the key's default
+value.)";
 
-constexpr const char* kProfileHelp =
-    "usage: quorvane profile read SECTION KEY [--file F]\n"
-    "       quorvane profile write SECTION KEY [VALUE] [--file F]\n"
-    "\n"
-    "Reads or writes one value of a profile (INI) file: the system's own, or F. A name F without "
-    "a\n"
-    "directory lies where the system keeps such files. A value that is not there reads as an "
-    "empty\n"
-    "line; write exits with 1 when nothing could be written.\n";
+constexpr const char* kRegistryReadDetails =
+    R"(Prints the kind of the result: empty, integer N, or string "..." (with \\, \",
+\n and \xHH for what would not show). Binary values show as integers.)";
 
-constexpr const char* kSidHelp =
-    "usage: quorvane sid\n"
-    "\n"
-    "Prints the security identifier of the current account in its compact form, without \"-\".\n"
-    "Exits with 1 when there is none.\n";
+constexpr const char* kRegistryWriteDetails =
+    R"(Stores one value and makes the key where it is missing. Exits with 1, and says
+why, when nothing could be written.)";
 
-constexpr const char* kUserHelp =
-    "usage: quorvane user\n"
-    "\n"
-    "Prints the name of the current account. Exits with 1 when it has none of at most 24 bytes.\n";
+constexpr const char* kProfileDetails =
+    R"(Reads or writes one value of a profile (INI) file: the system's own, or FILE. A
+name without a directory lies where the system keeps such files.)";
 
-constexpr const char* kAdaptersHelp =
-    "usage: quorvane adapters\n"
-    "\n"
-    "Prints the hardware address of each network adapter, the system's last adapter first. Exits\n"
-    "with 1 when the system cannot list them.\n";
+constexpr const char* kProfileReadDetails =
+    R"(Prints the value; one that is not there reads as an empty line.)";
+
+constexpr const char* kProfileWriteDetails =
+    R"(Stores VALUE, or takes the key away without one. Exits with 1, and says why,
+when nothing could be written. What could not be read back is refused: line
+ends, a key that is empty or holds =, a section that holds ], and blanks around
+any of them; a value with blanks around it goes in double quotes.)";
+
+constexpr const char* kSidDetails =
+    R"(Prints the security identifier of the current account in its compact form,
+without "-". Exits with 1 when there is none.)";
+
+constexpr const char* kUserDetails =
+    R"(Prints the name of the current account. Exits with 1 when it has none of at most
+24 bytes.)";
+
+constexpr const char* kAdaptersDetails =
+    R"(Prints the hardware address of each network adapter, the system's last adapter
+first. Exits with 1 when the system cannot list them.)";
+
+constexpr Option kJson{"--json", nullptr, "prints the result as JSON", 'j'};
 
 int PrintLine(Console& console, const Text& text) {
   console.Out(ToUtf8(text) + "\n");
@@ -85,23 +85,36 @@ std::string UpperCase(std::string word) {
 
 // --- the registry
 
+struct Hive {
+  const char* short_name;
+  const char* long_name;
+  std::uint32_t handle;
+};
+
+constexpr std::array kHives{
+    Hive{"HKCR", "HKEY_CLASSES_ROOT", 0x80000000}, Hive{"HKCU", "HKEY_CURRENT_USER", 0x80000001},
+    Hive{"HKLM", "HKEY_LOCAL_MACHINE", 0x80000002}, Hive{"HKU", "HKEY_USERS", 0x80000003},
+    Hive{"HKCC", "HKEY_CURRENT_CONFIG", 0x80000005}};
+
+std::string HiveNames() {
+  std::string names;
+  for (const Hive& hive : kHives)
+    names += (names.empty() ? "" : ", ") + std::string(hive.short_name);
+  return names;
+}
+
 RegistryHandle ParseHive(const std::string& word) {
-  struct Hive {
-    const char* short_name;
-    const char* long_name;
-    std::uint32_t handle;
-  };
-  constexpr std::array kHives{
-      Hive{"HKCR", "HKEY_CLASSES_ROOT", 0x80000000}, Hive{"HKCU", "HKEY_CURRENT_USER", 0x80000001},
-      Hive{"HKLM", "HKEY_LOCAL_MACHINE", 0x80000002}, Hive{"HKU", "HKEY_USERS", 0x80000003},
-      Hive{"HKCC", "HKEY_CURRENT_CONFIG", 0x80000005}};
   const std::string name = UpperCase(word);
   for (const Hive& hive : kHives) {
     if (name == hive.short_name || name == hive.long_name) {
       return static_cast<RegistryHandle>(hive.handle);
     }
   }
-  return ParseInteger(word, "HIVE");
+  try {
+    return ParseInteger(word, "HIVE");
+  } catch (const UsageError& error) {
+    throw UsageError(error.what() + std::string("; the hives are ") + HiveNames());
+  }
 }
 
 std::int32_t ParseType(const std::string& word) {
@@ -134,123 +147,172 @@ std::string KindAndValue(const TaggedValue& value) {
   return "string " + Quoted(ToUtf8(ToText(value)));
 }
 
+std::string JsonOf(const TaggedValue& value) {
+  if (value.IsEmpty()) return JsonRecord({{"kind", JsonText("empty")}, {"value", "null"}});
+  if (const auto* integer = value.As<std::int32_t>())
+    return JsonRecord({{"kind", JsonText("integer")}, {"value", std::to_string(*integer)}});
+  return JsonRecord({{"kind", JsonText("string")}, {"value", JsonText(ToUtf8(value.ToText()))}});
+}
+
 int RegistryRead(const Arguments& arguments, Console& console) {
-  arguments.RequireOperands(4, 4, "read HIVE KEY NAME");
-  if (arguments.Has("--type")) throw UsageError("--type is for write only");
   const auto& words = arguments.Operands();
-  Text key = FromUtf8(words[2]);
-  Text name = FromUtf8(words[3]);
-  const TaggedValue value = basAPI_api::ReadRegistryValue(ParseHive(words[1]), key, name);
-  console.Out(KindAndValue(value) + "\n");
+  Text key = FromUtf8(words[1]);
+  Text name = FromUtf8(words[2]);
+  const TaggedValue value = basAPI_api::ReadRegistryValue(ParseHive(words[0]), key, name);
+  console.Out((arguments.Has("--json") ? JsonOf(value) : KindAndValue(value)) + "\n");
   return ExitCode::kSuccess;
 }
 
 int RegistryWrite(const Arguments& arguments, Console& console) {
-  arguments.RequireOperands(4, 5, "write HIVE KEY NAME [VALUE]");
   const auto& words = arguments.Operands();
-  Text key = FromUtf8(words[2]);
-  Text name = FromUtf8(words[3]);
+  Text key = FromUtf8(words[1]);
+  Text name = FromUtf8(words[2]);
   TaggedValue value;
-  if (words.size() == 5) value = FromUtf8(words[4]);
+  if (words.size() == 4) value = FromUtf8(words[3]);
   const std::int32_t type = ParseType(arguments.Value("--type").value_or("sz"));
+  RegistryWatch watch;
   const Boolean16 written =
-      basAPI_api::WriteRegistryValue(ParseHive(words[1]), key, name, value, type);
-  return written.IsTrue() ? ExitCode::kSuccess : Fail(console, "nothing was written");
+      basAPI_api::WriteRegistryValue(ParseHive(words[0]), key, name, value, type, watch);
+  if (written.IsTrue()) return ExitCode::kSuccess;
+  // Where all calls went well it was the value that could not be handed to them.
+  return Fail(console,
+              "nothing was written: " +
+                  (watch.Failure() != 0 ? ReasonOf(watch.Failure())
+                                        : "VALUE is no integer from -2147483648 to 2147483647"));
 }
 
 // --- profiles
 
 int ProfileRead(const Arguments& arguments, Console& console) {
-  arguments.RequireOperands(3, 3, "read SECTION KEY");
-  Text section = FromUtf8(arguments.Operands()[1]);
-  Text key = FromUtf8(arguments.Operands()[2]);
+  Text section = FromUtf8(arguments.Operands()[0]);
+  Text key = FromUtf8(arguments.Operands()[1]);
   const auto file = arguments.Value("--file");
-  if (!file) return PrintLine(console, basAPI_api::ReadProfileValue(section, key));
-  Text file_name = FromUtf8(*file);
-  return PrintLine(console, basAPI_api::ReadPrivateProfileValue(section, key, file_name));
+  Text file_name = FileNameOf(file.value_or(""));
+  const Text value = file ? basAPI_api::ReadPrivateProfileValue(section, key, file_name)
+                          : basAPI_api::ReadProfileValue(section, key);
+  if (arguments.Has("--json")) {
+    console.Out(JsonRecord({{"value", JsonText(ToUtf8(value))}}) + "\n");
+    return ExitCode::kSuccess;
+  }
+  return PrintLine(console, value);
+}
+
+// A profile file is lines: a section's in brackets, a key's with an equals sign, a comment's with a
+// semicolon. What would make another line of it, or lose its own blanks, is not read back.
+void RefuseUnreadable(const std::string& word, const std::string& what, std::string_view signs) {
+  const auto refuse = [&what](const std::string& reason) {
+    throw UsageError(what + " could not be read back: " + reason);
+  };
+  if (word.find_first_of("\r\n") != std::string::npos) refuse("it holds a line end");
+  if (const auto place = word.find_first_of(signs); place != std::string::npos)
+    refuse(std::string("it holds ") + word[place]);
+  constexpr std::string_view kBlanks = " \t";
+  if (!word.empty() && (kBlanks.find(word.front()) != std::string::npos ||
+                        kBlanks.find(word.back()) != std::string::npos)) {
+    refuse("it starts or ends with a blank");
+  }
+}
+
+void RefuseUnreadable(const std::vector<std::string>& words) {
+  RefuseUnreadable(words[0], "SECTION", "]");
+  RefuseUnreadable(words[1], "KEY", "=");
+  if (words[1].empty()) throw UsageError("KEY could not be read back: it is empty");
+  if (words[1].front() == ';' || words[1].front() == '[')
+    throw UsageError(std::string("KEY could not be read back: it starts with ") + words[1].front());
+  if (words.size() == 3) RefuseUnreadable(words[2], "VALUE", "");
 }
 
 int ProfileWrite(const Arguments& arguments, Console& console) {
-  arguments.RequireOperands(3, 4, "write SECTION KEY [VALUE]");
-  Text section = FromUtf8(arguments.Operands()[1]);
-  Text key = FromUtf8(arguments.Operands()[2]);
+  const auto& words = arguments.Operands();
+  RefuseUnreadable(words);
+  Text section = FromUtf8(words[0]);
+  Text key = FromUtf8(words[1]);
   Text value;  // absent, which takes the key away
-  if (arguments.Operands().size() == 4) value = FromUtf8(arguments.Operands()[3]);
+  if (words.size() == 3) value = FromUtf8(words[2]);
   const auto file = arguments.Value("--file");
-  Text file_name = FromUtf8(file.value_or(""));
+  Text file_name = FileNameOf(file.value_or(""));
   const Boolean16 written =
       file ? basAPI_api::WritePrivateProfileValue(section, key, value, file_name)
            : basAPI_api::WriteProfileValue(section, key, value);
-  return written.IsTrue() ? ExitCode::kSuccess : Fail(console, "nothing was written");
+  if (written.IsTrue()) return ExitCode::kSuccess;
+  return Fail(console, "nothing was written: " + ReasonOfProfileFailure(file));
 }
 
 // --- the commands
 
-int ReadOrWrite(const Arguments& arguments, Console& console, decltype(&RegistryRead) read,
-                decltype(&RegistryRead) write) {
-  const auto& words = arguments.Operands();
-  if (!words.empty() && words.front() == "read") return read(arguments, console);
-  if (!words.empty() && words.front() == "write") return write(arguments, console);
-  throw UsageError("read or write is missing");
-}
-
-int Registry(const Arguments& arguments, Console& console) {
-  return ReadOrWrite(arguments, console, RegistryRead, RegistryWrite);
-}
-
-int Profile(const Arguments& arguments, Console& console) {
-  return ReadOrWrite(arguments, console, ProfileRead, ProfileWrite);
-}
-
-int Platform(const Arguments& arguments, Console& console) {
-  arguments.RequireOperands(0, 0, "");
+int Platform(const Arguments& /*arguments*/, Console& console) {
   return PrintLine(console, basAPI_api::GetOSPlatformName());
 }
 
-int SystemDirectory(const Arguments& arguments, Console& console) {
-  arguments.RequireOperands(0, 0, "");
+int SystemDirectory(const Arguments& /*arguments*/, Console& console) {
   return PrintLine(console, basAPI_api::GetSystemDirectoryPath());
 }
 
-int Sid(const Arguments& arguments, Console& console) {
-  arguments.RequireOperands(0, 0, "");
+int Sid(const Arguments& /*arguments*/, Console& console) {
   const Text sid = basAPI_api::GetCurrentAccountSidText();
   if (sid.IsEmpty()) return Fail(console, "the current account has no security identifier");
   return PrintLine(console, sid);
 }
 
-int User(const Arguments& arguments, Console& console) {
-  arguments.RequireOperands(0, 0, "");
+int User(const Arguments& /*arguments*/, Console& console) {
   const Text name = basAPI_api::GetCurrentUserName();
   if (name.IsEmpty()) return Fail(console, "the current account has no name of at most 24 bytes");
   return PrintLine(console, name);
 }
 
 int Adapters(const Arguments& arguments, Console& console) {
-  arguments.RequireOperands(0, 0, "");
   const auto list = basAPI_api::GetAdapterAddresses();
   if (!list) return Fail(console, "the system cannot list its adapters");
-  for (const Text& address : *list) PrintLine(console, address);
+  std::vector<std::string> addresses;
+  std::ranges::transform(*list, std::back_inserter(addresses), ToUtf8);
+  if (arguments.Has("--json")) {
+    std::ranges::transform(addresses, addresses.begin(), JsonText);
+    console.Out(JsonList(addresses) + "\n");
+  } else {
+    for (const std::string& address : addresses) console.Out(address + "\n");
+  }
   return ExitCode::kSuccess;
 }
 
-constexpr std::array kRegistryOptions{Option{"--type"}};
-constexpr std::array kProfileOptions{Option{"--file"}};
+constexpr std::array kJsonOptions{kJson};
+constexpr std::array kWriteOptions{
+    Option{"--type", "TYPE",
+           "sz (the default), dword, binary or a number; others than sz and\n"
+           "dword make the key and store nothing",
+           't'},
+};
+constexpr Option kFile{"--file", "FILE", "the file in the place of the system's own", 'f'};
+constexpr std::array kProfileReadOptions{kFile, kJson};
+constexpr std::array kProfileWriteOptions{kFile};
 
 constexpr std::array kCommands{
-    Command{"platform", "family of the operating system", kPlatformHelp, {}, Platform},
+    Command{"platform", "", "family of the operating system", kPlatformDetails, {}, Platform},
     Command{"system-directory",
+            "",
             "directory of the system's libraries",
-            kSystemDirectoryHelp,
+            kSystemDirectoryDetails,
             {},
             SystemDirectory},
-    Command{"registry", "read or write a registry value", kRegistryHelp, kRegistryOptions,
-            Registry},
-    Command{"profile", "read or write a profile (INI) value", kProfileHelp, kProfileOptions,
-            Profile},
-    Command{"sid", "security identifier of the current account", kSidHelp, {}, Sid},
-    Command{"user", "name of the current account", kUserHelp, {}, User},
-    Command{"adapters", "hardware addresses of the network adapters", kAdaptersHelp, {}, Adapters},
+    Command{
+        "registry", "OPERATION", "read or write registry values", kRegistryDetails, {}, nullptr},
+    Command{"registry read", "HIVE KEY NAME", "shows a value", kRegistryReadDetails, kJsonOptions,
+            RegistryRead},
+    Command{"registry write", "HIVE KEY NAME [VALUE]", "stores a value", kRegistryWriteDetails,
+            kWriteOptions, RegistryWrite},
+    Command{"profile",
+            "OPERATION",
+            "read or write a profile (INI) value",
+            kProfileDetails,
+            {},
+            nullptr},
+    Command{"profile read", "SECTION KEY", "shows a value", kProfileReadDetails,
+            kProfileReadOptions, ProfileRead},
+    Command{"profile write", "SECTION KEY [VALUE]", "stores a value or takes a key away",
+            kProfileWriteDetails, kProfileWriteOptions, ProfileWrite},
+    Command{"sid", "", "security identifier of the current account", kSidDetails, {}, Sid},
+    Command{"user", "", "name of the current account", kUserDetails, {}, User},
+    Command{"adapters", "", "hardware addresses of the network adapters", kAdaptersDetails,
+            kJsonOptions, Adapters},
 };
 
 }  // namespace

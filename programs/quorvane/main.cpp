@@ -2,84 +2,79 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
+#include "programs/common/customs.h"
 #include "programs/common/program.h"
-#include "programs/quorvane/commands.h"
+#include "programs/quorvane/help.h"
 
 namespace quorvane::examples {
 namespace {
 
-// The version block of the module bears the same text.
-constexpr const char* kVersion = "quorvane 3.09.0001\n";
-
-std::string GeneralHelp() {
-  std::string help =
-      "usage: quorvane COMMAND [ARGUMENTS]\n"
-      "       quorvane help COMMAND\n"
-      "       quorvane --help | --version\n"
-      "\n"
-      "commands:\n";
-  std::size_t width = 0;
-  for (const Command& command : AllCommands())
-    width = std::max(width, std::string(command.name).size());
-  for (const Command& command : AllCommands()) {
-    std::string name = command.name;
-    name.resize(width, ' ');
-    help += "  " + name + "  " + command.summary + "\n";
-  }
-  return help +
-         "\n"
-         "Texts are UTF-8, in and out. \"--\" ends the options of a command.\n"
-         "exit codes: 0 success; 1 a run-time error, or output that cannot be written; 2 wrong "
-         "usage\n";
-}
+using Words = std::vector<std::string>;
 
 int Print(Console& console, const std::string& text) {
   console.Out(text);
   return ExitCode::kSuccess;
 }
 
-// `quorvane help`, `quorvane help COMMAND`.
-int Help(std::span<const std::string> words, Console& console) {
+void RequireEnd(const Words& words) {
+  if (!words.empty()) throw UsageError("too many arguments, from '" + words.front() + "' on");
+}
+
+// `quorvane help`, `quorvane help COMMAND`, `quorvane help GROUP OPERATION`.
+int Help(Words words, Console& console) {
   if (words.empty()) return Print(console, GeneralHelp());
-  if (words.size() > 1) throw UsageError("too many arguments, from '" + words[1] + "' on");
-  return Print(console, FindCommand(words.front()).help);
+  const Command& command = TakeCommand(words, true);
+  RequireEnd(words);
+  return Print(console, HelpOf(command));
 }
 
-// Whether --help stands among the options, where a value or an operand may have the same spelling
-// only behind "--".
-bool AsksForHelp(std::span<const std::string> words) {
+// Takes the words that ask for help away from among the options, where a value or an operand may
+// have the same spelling only behind "--".
+bool TakeHelpWords(Words& words) {
   const auto options_end = std::ranges::find(words, "--");
-  return std::find(words.begin(), options_end, "--help") != options_end;
+  const auto gone = std::remove_if(words.begin(), options_end, IsHelpWord);
+  const bool were_there = gone != options_end;
+  words.erase(gone, options_end);
+  return were_there;
 }
 
-int RunCommand(const Command& command, std::span<const std::string> words, Console& console) {
-  if (AsksForHelp(words)) return Print(console, command.help);
+int RunCommand(Words words, Console& console) {
+  const bool asks_for_help = TakeHelpWords(words);
+  const Command& command = TakeCommand(words, asks_for_help);
+  if (asks_for_help) return Print(console, HelpOf(command));
   try {
-    return command.run(Arguments(words, command.options), console);
+    const Arguments arguments(words, command.options);
+    const bool stands_alone = std::ranges::any_of(command.options, [&](const Option& option) {
+      return option.replaces_operands && arguments.Has(option.name);
+    });
+    arguments.RequireOperands(stands_alone ? "" : command.operands);
+    return command.run(arguments, console);
   } catch (const UsageError& error) {
     throw UsageError(std::string(command.name) + ": " + error.what(), command.name);
   }
 }
 
-int Run(std::span<const std::string> words, Console& console) {
+int Run(const Words& words, Console& console) {
   if (words.empty()) throw UsageError("a command is missing");
   const std::string& first = words.front();
-  const std::span<const std::string> rest = words.subspan(1);
-  if (first == "help" || first == "--help") return Help(rest, console);
-  if (first == "--version") {
-    if (!rest.empty()) throw UsageError("too many arguments, from '" + rest[0] + "' on");
-    return Print(console, kVersion);
-  }
-  if (first.starts_with('-')) throw UsageError("unknown option '" + first + "'");
-  return RunCommand(FindCommand(first), rest, console);
+  const Words rest(words.begin() + 1, words.end());
+  if (first == "help" || IsHelpWord(first)) return Help(rest, console);
+  if (!first.starts_with('-')) return RunCommand(words, console);
+  static constexpr Option kDescribe{"--describe"};
+  std::vector<Option> known = WithHelp(Program().options);
+  known.push_back(kDescribe);
+  const Arguments arguments(std::span(&first, 1), known);
+  RequireEnd(rest);
+  return Print(console, arguments.Has("--version") ? VersionLine() : Description());
 }
 
 }  // namespace
 
 int ProgramMain(std::span<const std::string> words) {
   Console console("quorvane");
-  return Guard(console, [&] { return Run(words, console); });
+  return Guard(console, [&] { return Run(Words(words.begin(), words.end()), console); });
 }
 
 }  // namespace quorvane::examples

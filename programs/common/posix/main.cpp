@@ -1,12 +1,18 @@
 #include <csignal>
+#include <string>
+#include <vector>
 
+#include "programs/common/customs.h"
+#include "programs/common/posix/command_line.h"
 #include "programs/common/program.h"
 #include "runtime/ignored_result.h"
-#include "runtime/utf8.h"
 
 int main(int count, char** words) {
+  using namespace quorvane::examples;
   // A reader that went away shall be a failing write, which is reported, and not a silent death.
   quorvane::IgnoreResult(std::signal(SIGPIPE, SIG_IGN));
-  const std::vector<std::string> all(words, words + count);
-  return quorvane::examples::ProgramMain(std::span(all).subspan(all.empty() ? 0 : 1));
+  EndOnInterrupt();
+  KeepCommandLine(std::span(words, static_cast<std::size_t>(count)));
+  const std::vector<std::string> behind_the_name(words + (count > 0 ? 1 : 0), words + count);
+  return ProgramMain(behind_the_name);
 }

@@ -9,6 +9,7 @@ namespace quorvane::examples {
 namespace {
 
 int Descriptor(StandardStream stream) {
+  if (stream == StandardStream::kInput) return STDIN_FILENO;
   return stream == StandardStream::kOutput ? STDOUT_FILENO : STDERR_FILENO;
 }
 
@@ -27,15 +28,11 @@ std::optional<std::string> WriteStream(StandardStream stream, std::string_view b
 bool IsTerminal(StandardStream stream) { return ::isatty(Descriptor(stream)) == 1; }
 
 std::optional<std::size_t> ReadStandardInput(char* buffer, std::size_t size) {
-  std::size_t total = 0;
-  while (total < size) {
-    const ssize_t count = ::read(STDIN_FILENO, buffer + total, size - total);
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return std::nullopt;
-    if (count == 0) break;
-    total += static_cast<std::size_t>(count);
+  for (;;) {
+    const ssize_t count = ::read(STDIN_FILENO, buffer, size);
+    if (count >= 0) return static_cast<std::size_t>(count);
+    if (errno != EINTR) return std::nullopt;
   }
-  return total;
 }
 
 }  // namespace quorvane::examples

@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "programs/common/customs.h"
 #include "programs/common/program.h"
 #include "runtime/utf8.h"
 
@@ -26,6 +27,7 @@ std::vector<std::string> Words() {
 }  // namespace
 
 int main() {
+  quorvane::examples::EndOnInterrupt();
   const std::vector<std::string> words = Words();
   return quorvane::examples::ProgramMain(words);
 }

@@ -11,6 +11,7 @@ namespace {
 // The system's handles and no C streams: those would turn newlines into pairs and end an input at
 // a Ctrl+Z.
 HANDLE Handle(StandardStream stream) {
+  if (stream == StandardStream::kInput) return ::GetStdHandle(STD_INPUT_HANDLE);
   return ::GetStdHandle(stream == StandardStream::kOutput ? STD_OUTPUT_HANDLE : STD_ERROR_HANDLE);
 }
 
@@ -58,19 +59,10 @@ bool IsTerminal(StandardStream stream) { return IsConsole(Handle(stream)); }
 // What is typed at a console arrives in the console's own code page: binary input comes from files
 // and pipes.
 std::optional<std::size_t> ReadStandardInput(char* buffer, std::size_t size) {
-  const HANDLE input = ::GetStdHandle(STD_INPUT_HANDLE);
-  std::size_t total = 0;
-  while (total < size) {
-    DWORD count = 0;
-    if (::ReadFile(input, buffer + total, size - total, &count, nullptr) == 0) {
-      // The far end of a pipe was closed: that is how a pipe ends.
-      if (::GetLastError() == ERROR_BROKEN_PIPE) break;
-      return std::nullopt;
-    }
-    if (count == 0) break;
-    total += count;
-  }
-  return total;
+  DWORD count = 0;
+  if (::ReadFile(Handle(StandardStream::kInput), buffer, size, &count, nullptr) != 0) return count;
+  // The far end of a pipe was closed: that is how a pipe ends.
+  return ::GetLastError() == ERROR_BROKEN_PIPE ? std::optional<std::size_t>(0) : std::nullopt;
 }
 
 }  // namespace quorvane::examples

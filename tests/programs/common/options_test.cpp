@@ -7,15 +7,18 @@
 #include <array>
 #include <functional>
 
+#include "programs/common/suggestion.h"
+
 namespace quorvane::examples {
 namespace {
 
 using Words = std::vector<std::string>;
 
 constexpr std::array kKnown{
-    Option{"--flag", false},
-    Option{"--save"},
-    Option{"--set", true, true},
+    Option{"--flag", nullptr, "", 'f'},
+    Option{"--save", "FILE", "", 's'},
+    Option{.name = "--set", .value = "NAME=VALUE", .repeatable = true},
+    Option{"--bare", nullptr, "", 'b'},
 };
 
 Arguments Parse(const Words& words) { return Arguments(words, kKnown); }
@@ -54,6 +57,19 @@ TEST(Arguments, KeepTheOrderOfARepeatedOption) {
   EXPECT_EQ(arguments.Value("--set"), "a=1");
 }
 
+TEST(Arguments, TakeShortFormsApartAndTogether) {
+  EXPECT_EQ(Parse({"-s", "file"}).Value("--save"), "file");
+  EXPECT_EQ(Parse({"-sfile"}).Value("--save"), "file");
+  const Arguments together = Parse({"-fbs", "file", "a"});
+  EXPECT_TRUE(together.Has("--flag"));
+  EXPECT_TRUE(together.Has("--bare"));
+  EXPECT_EQ(together.Value("--save"), "file");
+  EXPECT_EQ(together.Operands(), (Words{"a"}));
+  EXPECT_EQ(ParseError({"-s"}), "option '-s' wants a value");
+  EXPECT_EQ(ParseError({"-ff"}), "option '--flag' is given twice");
+  EXPECT_EQ(ParseError({"-f", "--flag"}), "option '--flag' is given twice");
+}
+
 TEST(Arguments, EndTheOptionsAtTwoDashes) {
   EXPECT_EQ(Parse({"a", "--", "--flag", "--", "-x"}).Operands(),
             (Words{"a", "--flag", "--", "-x"}));
@@ -66,8 +82,9 @@ TEST(Arguments, CountADashAndANegativeNumberAsOperands) {
 }
 
 TEST(Arguments, RefuseWhatTheyDoNotKnow) {
-  EXPECT_EQ(ParseError({"--fla"}), "unknown option '--fla'");
-  EXPECT_EQ(ParseError({"-f"}), "unknown option '-f'");
+  EXPECT_EQ(ParseError({"--fla"}), "unknown option '--fla'; did you mean '--flag'?");
+  EXPECT_EQ(ParseError({"-x"}), "unknown option '-x'");
+  EXPECT_EQ(ParseError({"-fx"}), "unknown option '-x'");
   EXPECT_EQ(ParseError({"--nope=1"}), "unknown option '--nope'");
 }
 
@@ -89,6 +106,28 @@ TEST(Arguments, CheckTheCountOfOperands) {
             "too few arguments: A B C is wanted");
   EXPECT_EQ(ErrorOf([&] { arguments.RequireOperands(0, 1, "A"); }),
             "too many arguments, from 'b' on");
+}
+
+TEST(Arguments, CheckTheOperandsByTheLineOfTheHelp) {
+  const Arguments arguments = Parse({"a", "b"});
+  for (const char* const line : {"A B", "A [B]", "A...", "A B [C...]", "[A] [B] [C]"})
+    EXPECT_EQ(ErrorOf([&] { arguments.RequireOperands(line); }), "none") << line;
+  EXPECT_EQ(ErrorOf([&] { arguments.RequireOperands("A B C... [D]"); }),
+            "too few arguments: A B C [D] is wanted");
+  EXPECT_EQ(ErrorOf([&] { arguments.RequireOperands("A"); }), "too many arguments, from 'b' on");
+  EXPECT_EQ(ErrorOf([&] { arguments.RequireOperands(""); }), "too many arguments, from 'a' on");
+}
+
+TEST(Suggestion, NamesTheNearestWordThatIsNearEnough) {
+  const Words names{"encode", "text", "registry", "crc"};
+  EXPECT_EQ(Suggestion("encdoe", names), "; did you mean 'encode'?");
+  EXPECT_EQ(Suggestion("regis", names), "; did you mean 'registry'?");
+  EXPECT_EQ(Suggestion("registery", names), "; did you mean 'registry'?");
+  EXPECT_EQ(Suggestion("cr", names), "; did you mean 'crc'?");
+  EXPECT_EQ(Suggestion("tetx", names), "; did you mean 'text'?");
+  for (const char* const word : {"nope", "x", "", "gradient"})
+    EXPECT_EQ(Suggestion(word, names), "");
+  EXPECT_EQ(Suggestion("crc", {}), "");
 }
 
 TEST(ParseInteger, ReadsDecimalAndHexadecimal) {

@@ -1,4 +1,4 @@
-"""quorvane gradient from outside: the bands against another reckoning, the picture against the bands, wrong usage."""
+"""quorvane gradient from outside: the bands against another reckoning, the picture against the bands."""
 
 import random
 
@@ -68,23 +68,3 @@ class Gradient(ProgramTest):
     def test_says_when_the_picture_cannot_be_written(self):
         self.assert_fails(self.gradient(1500, 1500, "--picture", "none/ramp.png"),
                           "quorvane: the picture cannot be written: none/ramp.png")
-
-    def test_wrong_usage_says_what_is_wrong(self):
-        for words, message in {
-            (6000,): "too few arguments: WIDTH HEIGHT is wanted",
-            (6000, 3000): "--picture FILE or --bands is wanted",
-            (6000, 3000, 1, "--bands"): "too many arguments, from '1' on",
-            ("wide", 3000, "--bands"): "WIDTH",
-            (6000, 2147483648, "--bands"): "HEIGHT",
-            (6000, 3000, "--bands", "--start", "1,2"): "--start wants three channels, R,G,B: '1,2'",
-            (6000, 3000, "--bands", "--start", "1,2,"): "--start",
-            (6000, 3000, "--bands", "--start", ""): "--start",
-            (6000, 3000, "--bands", "--start", "1,2,3,4"): "--start wants three channels, R,G,B: '1,2,3,4'",
-            (6000, 3000, "--bands", "--end", "1,2,256"): "--end",
-            (6000, 3000, "--bands", "--direction", "32768"): "--direction",
-            (14, 3000, "--picture", "x.png"): "a picture wants sizes from 15 to 32767",
-            (3000, 32768, "--picture", "x.png"): "a picture wants sizes from 15 to 32767",
-        }.items():
-            with self.subTest(words):
-                self.assert_usage_error(self.gradient(*words), message)
-        self.assertEqual(list(self.folder.iterdir()), [])

@@ -35,26 +35,6 @@ class Help(QuorvaneTest):
         self.assertEqual((outcome.code, outcome.bytes), (0, b"quorvane 3.09.0001\n"))
 
 
-class Usage(QuorvaneTest):
-    def test_wrong_usage_says_what_is_wrong(self):
-        for words, message in {
-            (): "quorvane: a command is missing",
-            ("nope",): "quorvane: unknown command 'nope'",
-            ("--nope",): "quorvane: unknown option '--nope'",
-            ("help", "nope"): "quorvane: unknown command 'nope'",
-            ("help", "crc", "more"): "quorvane: too many arguments, from 'more' on",
-            ("--version", "more"): "quorvane: too many arguments, from 'more' on",
-            ("crc",): "quorvane: crc: too few arguments: FILE is wanted",
-            ("crc", "--fast", "x"): "quorvane: crc: unknown option '--fast'",
-            ("crc", "-x"): "quorvane: crc: unknown option '-x'",
-        }.items():
-            with self.subTest(words):
-                self.assert_usage_error(self.quorvane(*words), message)
-
-    def test_the_hint_names_the_command(self):
-        self.assertIn("Try 'quorvane crc --help'.", self.quorvane("crc").err)
-
-
 class Crc(QuorvaneTest):
     def test_gives_the_signed_value_a_tab_and_the_name(self):
         self.write("digits", b"123456789")

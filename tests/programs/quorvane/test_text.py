@@ -67,19 +67,6 @@ class Operations(TextTest):
             with self.subTest(words):
                 self.assert_fails(self.text(*words), message)
 
-    def test_wrong_usage_says_what_is_wrong(self):
-        for words, message in {
-            (): "too few arguments: OPERATION is wanted",
-            ("nope",): "unknown operation 'nope'",
-            ("empty",): "too few arguments: TEXT is wanted",
-            ("replace", "a", "b"): "too few arguments: TEXT FIND REPLACEMENT is wanted",
-            ("base36", "1", "2"): "too many arguments, from '2' on",
-            ("base36", "1", "--batch"): "too many arguments, from '1' on",
-            ("empty", "--nope", ""): "unknown option '--nope'",
-        }.items():
-            with self.subTest(words):
-                self.assert_usage_error(self.text(*words), message)
-
 
 class Batch(TextTest):
     def test_answers_one_line_for_each_case(self):

@@ -1,0 +1,9 @@
+#include "programs/quorvane/file_name.h"
+
+#include "runtime/utf8.h"
+
+namespace quorvane::examples {
+
+Text FileNameOf(const std::string& word) { return FromUtf8(word); }
+
+}  // namespace quorvane::examples
