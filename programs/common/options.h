@@ -28,7 +28,7 @@ class UsageError : public std::runtime_error {
 struct Option {
   const char* name;                ///< with its dashes: "--save"
   const char* value = nullptr;     ///< what the help calls its value, "FILE"; null for a bare word
-  const char* help = "";           ///< what it does; several lines are divided by "\n"
+  const char* help = "";           ///< what it does, in one paragraph
   char letter = '\0';              ///< of its short form, 's' for "-s"; zero for none
   bool repeatable = false;         ///< else a second one is a usage error
   bool replaces_operands = false;  ///< with it the command takes no operands

@@ -39,8 +39,8 @@ constexpr std::array kOptions{
     Option{"--json", nullptr,
            "prints a list of {\"file\", \"crc\", \"hex\"}, or \"error\" for a crc", 'j'},
     Option{"--check", "LIST",
-           "reads the lines of an earlier output from LIST, - for standard\n"
-           "input, and says OK or FAILED for each of its files; the exit\n"
+           "reads the lines of an earlier output from LIST, - for standard "
+           "input, and says OK or FAILED for each of its files; the exit "
            "code is 1 unless all are OK",
            'c', false, true},
 };

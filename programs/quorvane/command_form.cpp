@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <optional>
 #include <string>
 
@@ -11,6 +12,7 @@
 #include "programs/quorvane/code_page_choice.h"
 #include "programs/quorvane/commands.h"
 #include "programs/quorvane/input.h"
+#include "programs/quorvane/web_watch.h"
 #include "runtime/utf8.h"
 #include "text/form_encoding.h"
 #include "web/form_post.h"
@@ -32,19 +34,27 @@ says what failed. The exit code is 1 when there was no answer.)";
 
 constexpr std::array kEncodeOptions{
     Option{"--code-page", "N",
-           "uses this code page in place of 1252 (932, for example); Linux only", 'c'},
+           "uses this code page in place of 1252 (932, for example); Linux "
+           "only",
+           'c'},
 };
 constexpr std::array kPostOptions{
     Option{"--encode", nullptr, "encodes BODY first, as 'quorvane encode' does", 'e'},
     Option{"--proxy", "PROXY",
-           "goes through PROXY (host:port), and not as the system is configured", 'p'},
+           "goes through PROXY (host:port), and not as the system is "
+           "configured",
+           'p'},
     Option{"--user", "NAME", "for a server that asks, and only with --proxy", 'u'},
+    Option{"--timeout", "SECONDS",
+           "gives up when SECONDS, 1 to 86400, have passed without a "
+           "step forward: until the server lets in, takes, or sends",
+           't'},
     Option{"--password-file", "FILE",
-           "the first line of FILE, - for standard input, is the password\n"
-           "that goes with NAME"},
+           "the first line of FILE, - for standard input, is the "
+           "password that goes with NAME"},
     Option{"--password", "WORD",
-           "the password itself; others may see it in the list of processes\n"
-           "for the moment before the program hides it there"},
+           "the password itself; others may see it in the list of "
+           "processes for the moment before the program hides it there"},
 };
 
 constexpr std::size_t kMostCharacters = 32766;
@@ -109,10 +119,23 @@ void UseProxy(const Arguments& arguments, Console& console) {
   settings.Password = FromUtf8(PasswordOf(arguments, console));
 }
 
+std::optional<std::chrono::seconds> TimeOutOf(const Arguments& arguments) {
+  const auto word = arguments.Value("--timeout");
+  if (!word) return std::nullopt;
+  return std::chrono::seconds(ParseInteger(*word, "SECONDS", 1, 86400));
+}
+
+std::string WhyNot(const std::string& server, const WebWatch& web) {
+  const std::size_t scheme = server.find("://");
+  if (scheme == std::string::npos) return web.Reason();
+  return "SERVER is a host's name, without " + server.substr(0, scheme + 3);
+}
+
 int Post(const Arguments& arguments, Console& console) {
   const auto& words = arguments.Operands();
   const std::int16_t port = PortOf(words[1]);
   const bool encodes = arguments.Has("--encode");
+  WebWatch web(TimeOutOf(arguments));
   UseProxy(arguments, console);
   const auto given =
       words[3] == "-" ? console.ReadAll(encodes ? kMostEncodableBytes : kMostBodyBytes) : words[3];
@@ -120,10 +143,11 @@ int Post(const Arguments& arguments, Console& console) {
   std::optional<Text> body;
   if (given) body = encodes ? Encoded(FromUtf8(*given)) : FromUtf8(*given);
   if (!body) return RefuseToEncode(console);
-  const Text reply = PostFormRequest(FromUtf8(words[0]), FromUtf8(words[2]), *body, port);
+  const Text reply = PostFormRequest(FromUtf8(words[0]), FromUtf8(words[2]), *body, port, web);
   const bool failed = basGlobals::internetFailed().IsTrue();
   console.Out(ToUtf8(reply));
   if (failed && console.OutputIsTerminal()) console.Out("\n");
+  if (failed || reply.IsEmpty()) console.Complain("no answer: " + WhyNot(words[0], web));
   console.Flush();
   console.Err(failed ? "InternetFailed=1\n" : "InternetFailed=0\n");
   return failed || reply.IsEmpty() ? ExitCode::kFailure : ExitCode::kSuccess;

@@ -23,8 +23,8 @@ constexpr std::array kOptions{
     Option{"--end", "R,G,B", "the colour that the ramp leads to (255,255,255)", 'e'},
     Option{"--direction", "0|1", "0: from left to right; 1: from top to bottom (1)", 'd'},
     Option{"--picture", "FILE",
-           "paints into a picture in memory and writes it as PNG, to standard\n"
-           "output for -; what the painter leaves out is grey. Sizes from 15\n"
+           "paints into a picture in memory and writes it as PNG, to standard "
+           "output for -; what the painter leaves out is grey. Sizes from 15 "
            "to 32767 only",
            'p'},
     Option{"--bands", nullptr, "prints one line for each band: left top right bottom r g b", 'b'},

@@ -277,7 +277,7 @@ int Adapters(const Arguments& arguments, Console& console) {
 constexpr std::array kJsonOptions{kJson};
 constexpr std::array kWriteOptions{
     Option{"--type", "TYPE",
-           "sz (the default), dword, binary or a number; others than sz and\n"
+           "sz (the default), dword, binary or a number; others than sz and "
            "dword make the key and store nothing",
            't'},
 };

@@ -20,12 +20,12 @@ namespace {
 
 constexpr std::array kOptions{
     Option{"--batch", nullptr,
-           "reads one case a line from standard input, its texts divided by\n"
-           "tabs, and writes one result a line, at once. In and out \\t is a\n"
-           "tab, \\n a line feed, \\\\ a backslash, \\u20AC a 16-bit character,\n"
-           "and so on as in C. A case that fails gives a line that starts\n"
-           "with \"!\" and the error's number; a result that starts so is\n"
-           "written \\x21... The exit code is then 1, and the other cases are\n"
+           "reads one case a line from standard input, its texts divided by "
+           "tabs, and writes one result a line, at once. In and out \\t is a "
+           "tab, \\n a line feed, \\\\ a backslash, \\u20AC a 16-bit character, "
+           "and so on as in C. A case that fails gives a line that starts "
+           "with \"!\" and the error's number; a result that starts so is "
+           "written \\x21... The exit code is then 1, and the other cases are "
            "still done",
            'b', false, true},
 };
@@ -157,7 +157,7 @@ constexpr Command CommandOf() {
 constexpr std::array kCommands{
     Command{"text",
             "OPERATION",
-            "string helpers: empty, last-position, replace, short-date, base36",
+            "string helpers: replace, last-position, base36 and others",
             kGroupDetails,
             {},
             nullptr},

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
+#include <sstream>
 #include <vector>
 
 #include "programs/quorvane/json.h"
@@ -43,16 +45,25 @@ struct Row {
   std::string text;
 };
 
-// Two columns; the lines of a text stand below each other.
+constexpr std::size_t kLineWidth = 80;
+
+// Two columns; the words of a text fill lines below each other.
 std::string Columns(std::span<const Row> rows) {
   std::size_t width = 0;
   for (const Row& row : rows) width = std::max(width, row.name.size());
+  const std::string margin(width + 4, ' ');
   std::string columns;
   for (const Row& row : rows) {
-    columns += "  " + row.name + std::string(width - row.name.size() + 2, ' ');
-    for (const char c : row.text)
-      columns += c == '\n' ? "\n" + std::string(width + 4, ' ') : std::string(1, c);
-    columns += '\n';
+    std::string line = "  " + row.name + std::string(width - row.name.size() + 1, ' ');
+    std::istringstream words(row.text);
+    for (std::string word; words >> word;) {
+      if (line.size() + 1 + word.size() > kLineWidth) {
+        columns += line + "\n";
+        line.assign(margin, 1);
+      }
+      line += " " + word;
+    }
+    columns += line + "\n";
   }
   return columns;
 }

@@ -1,9 +1,9 @@
 #include "programs/quorvane/file_name.h"
 
-#include "runtime/utf8.h"
+#include "platform/posix/file_names.h"
 
 namespace quorvane::examples {
 
-Text FileNameOf(const std::string& word) { return FromUtf8(word); }
+Text FileNameOf(const std::string& word) { return FileNameFrom(word); }
 
 }  // namespace quorvane::examples
