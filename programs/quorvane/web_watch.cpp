@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "runtime/ignored_result.h"
+
 namespace quorvane::examples {
 namespace {
 
@@ -35,7 +37,7 @@ std::string WebWatch::Reason() const {
 
 InternetHandle WebWatch::Opened(InternetHandle handle) {
   if (handle != 0 && time_out_) SetTimeOut(handle, *time_out_);
-  if (handle == 0) static_cast<void>(Noted(0));
+  if (handle == 0) IgnoreResult(Noted(0));
   return handle;
 }
 

@@ -8,6 +8,7 @@
 
 #include "programs/common/posix/command_line.h"
 #include "programs/common/program.h"
+#include "runtime/ignored_result.h"
 
 namespace quorvane::examples {
 namespace {
@@ -20,8 +21,7 @@ std::span<char*> command_line;
 // Calls only what a signal handler may call.
 void End(int /*signal*/) {
   const char* const text = farewell;
-  if (::isatty(STDERR_FILENO) == 1)
-    static_cast<void>(::write(STDERR_FILENO, text, std::strlen(text)) == 0);
+  if (::isatty(STDERR_FILENO) == 1) IgnoreResult(::write(STDERR_FILENO, text, std::strlen(text)));
   ::_exit(ExitCode::kInterrupted);
 }
 
@@ -48,7 +48,7 @@ void EndOnInterrupt() {
   if (::sigaction(SIGINT, nullptr, &before) != 0 || before.sa_handler == SIG_IGN) return;
   struct sigaction action {};
   action.sa_handler = &End;
-  static_cast<void>(::sigaction(SIGINT, &action, nullptr));
+  IgnoreResult(::sigaction(SIGINT, &action, nullptr));
 }
 
 void SetFarewell(const char* text) { farewell = text == nullptr ? kLineEnd : text; }
