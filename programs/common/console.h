@@ -27,6 +27,7 @@ class Console {
   explicit Console(std::string program_name) : program_name_(std::move(program_name)) {}
   Console(const Console&) = delete;
   Console& operator=(const Console&) = delete;
+  ~Console() = default;
 
   /// The name that opens each message, "quorvane".
   [[nodiscard]] const std::string& ProgramName() const { return program_name_; }

@@ -26,7 +26,7 @@ class UsageError : public std::runtime_error {
 
 /// An option that a command knows.
 struct Option {
-  const char* name;                ///< with its dashes: "--save"
+  const char* name = "";           ///< with its dashes: "--save"
   const char* value = nullptr;     ///< what the help calls its value, "FILE"; null for a bare word
   const char* help = "";           ///< what it does, in one paragraph
   char letter = '\0';              ///< of its short form, 's' for "-s"; zero for none

@@ -51,7 +51,7 @@ constexpr std::size_t kLineWidth = 80;
 std::string Columns(std::span<const Row> rows) {
   std::size_t width = 0;
   for (const Row& row : rows) width = std::max(width, row.name.size());
-  const std::string margin(width + 4, ' ');
+  const std::string margin(width + 3, ' ');
   std::string columns;
   for (const Row& row : rows) {
     std::string line = "  " + row.name + std::string(width - row.name.size() + 1, ' ');
@@ -59,7 +59,7 @@ std::string Columns(std::span<const Row> rows) {
     for (std::string word; words >> word;) {
       if (line.size() + 1 + word.size() > kLineWidth) {
         columns += line + "\n";
-        line.assign(margin, 1);
+        line = margin;
       }
       line += " " + word;
     }
@@ -88,8 +88,14 @@ std::string GroupHelp(const Command& group) {
     rows.push_back(
         {std::string(command.name).substr(std::string(group.name).size() + 1), command.summary});
   }
-  return UsageBlock(usage) + "\n" + group.details + "\n\n" + Columns(rows) + "\n'quorvane help " +
-         group.name + " " + group.operands + "' tells more of each.\n";
+  return UsageBlock(usage)
+      .append("\n")
+      .append(group.details)
+      .append("\n\n" + Columns(rows) + "\n'quorvane help ")
+      .append(group.name)
+      .append(" ")
+      .append(group.operands)
+      .append("' tells more of each.\n");
 }
 
 std::string OptionJson(const Option& option) {
