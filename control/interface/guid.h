@@ -8,7 +8,7 @@
 
 namespace quorvane::identities {
 
-// The same 16 bytes as the platform's GUID on a little-endian machine.
+/// The same 16 bytes as the platform's GUID on a little-endian machine.
 struct Guid {
   std::uint32_t data1;
   std::uint16_t data2;
@@ -35,8 +35,8 @@ constexpr std::uint32_t HexNumber(std::string_view text, std::size_t start, std:
 
 }  // namespace details
 
-// The id of a text such as "00020430-0000-0000-C000-000000000046": capitals, no braces. Runs in the
-// compiler only, which refuses any other form.
+/// The id of a text such as "00020430-0000-0000-C000-000000000046": capitals, no braces. Runs in
+/// the compiler only, which refuses any other form.
 consteval Guid ParseGuid(std::string_view text) {
   using details::HexNumber;
   if (text.size() != 36) throw "an id has 36 characters";

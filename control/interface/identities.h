@@ -33,29 +33,29 @@ inline constexpr std::uint16_t kLibraryMinor = 16;
 inline constexpr std::uint32_t kLocale = 0x0409;
 
 inline constexpr Guid kClassId = ParseGuid("D87A57E7-81C3-11D5-97D8-0050BA8CAAD8");
-inline constexpr std::uint16_t kClassMajor = 1;  // of the class and of all interface generations
+inline constexpr std::uint16_t kClassMajor = 1;  ///< of the class and of all interface generations
 inline constexpr std::uint16_t kClassMinor = 16;
 
-// The automation library that ours imports, and IDispatch in it.
+/// The automation library that ours imports, and IDispatch in it.
 inline constexpr Guid kAutomationLibraryId = ParseGuid("00020430-0000-0000-C000-000000000046");
 inline constexpr Guid kDispatchInterfaceId = ParseGuid("00020400-0000-0000-C000-000000000046");
 
-// SETCLIENTSITEFIRST | NOUIACTIVATE | INVISIBLEATRUNTIME | ACTIVATEWHENVISIBLE | INSIDEOUT |
-// CANTLINKINSIDE | RECOMPOSEONRESIZE
+/// SETCLIENTSITEFIRST | NOUIACTIVATE | INVISIBLEATRUNTIME | ACTIVATEWHENVISIBLE | INSIDEOUT |
+/// CANTLINKINSIDE | RECOMPOSEONRESIZE
 inline constexpr std::uint32_t kMiscStatus = 0x24591;
 
 // --- Interface generations -----------------------------------------------------------------------
 
-// One step in the life of the interface. The members never changed, only the ids, so the present
-// interface answers to every interface id and its events to every source id.
+/// One step in the life of the interface. The members never changed, only the ids, so the present
+/// interface answers to every interface id and its events to every source id.
 struct Generation {
-  const char* entry;            // name in the type library; all but the last are hidden aliases
-  std::uint16_t minor_version;  // the major one is kClassMajor
+  const char* entry;            ///< name in the type library; all but the last are hidden aliases
+  std::uint16_t minor_version;  ///< the major one is kClassMajor
   Guid interface_id;
   Guid source_id;
 };
 
-// Oldest first; the last one is the present interface.
+/// Oldest first; the last one is the present interface.
 inline constexpr std::array<Generation, 17> kGenerations{{
     {"SecurityCtrl___v0", 0, ParseGuid("8B4B3B95-B3A0-11D5-8FF3-0060B0A44813"),
      ParseGuid("8B4B3B96-B3A0-11D5-8FF3-0060B0A44813")},
@@ -98,27 +98,27 @@ inline constexpr const Generation& kPresent = kGenerations.back();
 
 enum class ValueType { kText, kInteger16, kBoolean, kInteger32 };
 
-// Which of a property's two members stands first in the virtual table.
+/// Which of a property's two members stands first in the virtual table.
 enum class First { kGet, kPut };
 
-// One property, as hosts and saved forms know it. What the control does with it stands in its row
-// of control/settings.h.
+/// One property, as hosts and saved forms know it. What the control does with it stands in its row
+/// of control/settings.h.
 struct Property {
   const char* name;
-  const char16_t* entry;  // its name in a saved form and in the notice of a change
+  const char16_t* entry;  ///< its name in a saved form and in the notice of a change
   ValueType type;
   std::int32_t dispatch_id;
-  const char* argument;  // name of the put's argument
+  const char* argument;  ///< name of the put's argument
   std::uint32_t help_context;
   First first;
 };
 
-// In the order of the virtual table, which is also that of a saved form.
-// Kept: the first three properties stand get before put, the last four put before get; clients call
-// by position. Pinned by test_members_stand_in_the_order_of_the_virtual_table and
-// TypeLibrary.HasTheDualInterfaceWithItsMembersInOrder.
-// Kept: the entry of UserName is spelled "Username", unlike the member; saved forms hold that
-// spelling. Pinned by SecurityCtrl.PersistsUserNameAsUsername.
+/// In the order of the virtual table, which is also that of a saved form.
+/// Kept: the first three properties stand get before put, the last four put before get; clients
+/// call by position. Pinned by test_members_stand_in_the_order_of_the_virtual_table and
+/// TypeLibrary.HasTheDualInterfaceWithItsMembersInOrder.
+/// Kept: the entry of UserName is spelled "Username", unlike the member; saved forms hold that
+/// spelling. Pinned by SecurityCtrl.PersistsUserNameAsUsername.
 inline constexpr std::array<Property, 7> kProperties{{
     {"ServerAddress", u"ServerAddress", ValueType::kText, 0x6803000D, "str_New_ServerAddress", 0,
      First::kGet},
@@ -132,7 +132,7 @@ inline constexpr std::array<Property, 7> kProperties{{
     {"Password", u"Password", ValueType::kText, 0x68030045, "strPassword", 0, First::kPut},
 }};
 
-// The row of that name; the compiler refuses a name that has none.
+/// The row of that name; the compiler refuses a name that has none.
 consteval const Property& PropertyNamed(std::string_view name) {
   for (const Property& property : kProperties) {
     if (property.name == name) return property;
@@ -146,8 +146,8 @@ struct Member {
   const char* name;
   MemberKind kind;
   std::int32_t dispatch_id;
-  ValueType type;        // of the put's argument, or of the value that comes back
-  const char* argument;  // name of the put's argument; empty for a get and for the function
+  ValueType type;        ///< of the put's argument, or of the value that comes back
+  const char* argument;  ///< name of the put's argument; empty for a get and for the function
   std::uint32_t help_context;
 };
 
@@ -177,21 +177,21 @@ consteval auto Members() {
 
 }  // namespace details
 
-// In the order of the virtual table.
+/// In the order of the virtual table.
 inline constexpr auto kMembers = details::Members();
 
 // --- Resources -----------------------------------------------------------------------------------
 
-inline constexpr std::uint16_t kTypeLibraryResource = 1;          // of type TYPELIB
+inline constexpr std::uint16_t kTypeLibraryResource = 1;          ///< of type TYPELIB
 inline constexpr char kInterfaceIdsType[] = "_IID_SECURITYCTRL";  // resource type, id 1
 inline constexpr char kSourceIdsType[] = "_SRCIID_SECURITYCTRL";  // resource type, id 1
 inline constexpr std::uint16_t kIdTableResource = 1;
-inline constexpr std::uint16_t kToolboxBitmapResource = 30000;  // 16 by 15 pixels, 24 bits
-inline constexpr std::uint16_t kControlIconResource = 30001;    // 32 by 32 pixels, 16 colours
+inline constexpr std::uint16_t kToolboxBitmapResource = 30000;  ///< 16 by 15 pixels, 24 bits
+inline constexpr std::uint16_t kControlIconResource = 30001;    ///< 32 by 32 pixels, 16 colours
 inline constexpr std::uint16_t kVersionResource = 1;
 
 inline constexpr char kVersionText[] = "3.09.0001";  // of file and product
 inline constexpr std::array<std::uint16_t, 4> kVersionNumbers{3, 9, 0, 1};
-inline constexpr std::uint16_t kVersionCodePage = 0x04B0;  // with kLocale the block "040904B0"
+inline constexpr std::uint16_t kVersionCodePage = 0x04B0;  ///< with kLocale the block "040904B0"
 
 }  // namespace quorvane::identities

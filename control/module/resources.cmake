@@ -5,7 +5,7 @@
 set(quorvane_wing ${PROJECT_SOURCE_DIR}/control)
 set(quorvane_make_resources_sources
   ${quorvane_wing}/resources/make_resources.cpp
-  ${quorvane_wing}/resources/picture.cpp
+  ${quorvane_wing}/resources/image.cpp
   ${quorvane_wing}/resources/control_library.cpp
   ${quorvane_wing}/resources/interface_texts.cpp
   ${quorvane_wing}/resources/msft_tables.cpp
@@ -13,7 +13,7 @@ set(quorvane_make_resources_sources
 set(quorvane_make_resources_headers
   ${quorvane_wing}/interface/guid.h
   ${quorvane_wing}/interface/identities.h
-  ${quorvane_wing}/resources/picture.h
+  ${quorvane_wing}/resources/image.h
   ${quorvane_wing}/resources/bytes.h
   ${quorvane_wing}/resources/control_library.h
   ${quorvane_wing}/resources/interface_texts.h

@@ -10,19 +10,19 @@ namespace {
 // units, and takes the bounds as they are.
 void DrawUpright(HDC dc, const RECTL& bounds) {
   RECT where{bounds.left, bounds.top, bounds.right, bounds.bottom};
-  if (::GetDeviceCaps(dc, TECHNOLOGY) == DT_METAFILE) return DrawPicture(dc, where);
+  if (::GetDeviceCaps(dc, TECHNOLOGY) == DT_METAFILE) return DrawControlIcon(dc, where);
   const int state = ::SaveDC(dc);
   ::LPtoDP(dc, reinterpret_cast<POINT*>(&where), 2);
   ::SetMapMode(dc, MM_TEXT);
   ::SetWindowOrgEx(dc, 0, 0, nullptr);
   ::SetViewportOrgEx(dc, 0, 0, nullptr);
-  DrawPicture(dc, where);
+  DrawControlIcon(dc, where);
   ::RestoreDC(dc, state);
 }
 
 }  // namespace
 
-void DrawPicture(HDC dc, const RECT& where) {
+void DrawControlIcon(HDC dc, const RECT& where) {
   ::FillRect(dc, &where, ::GetSysColorBrush(COLOR_BTNFACE));
   // Loaded for each drawing, which is rare: a shared icon would outlive the module.
   const HANDLE icon =

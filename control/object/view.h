@@ -8,7 +8,7 @@ namespace quorvane::server {
 
 /// Draws the design-time picture, the module's icon, into the rectangle, over the colour of
 /// dialogs. What the system cannot draw is left out.
-void DrawPicture(HDC dc, const RECT& where);
+void DrawControlIcon(HDC dc, const RECT& where);
 
 /// The control's picture for containers that draw it themselves. Works without a site and while the
 /// control is inactive; any aspect but the content is DV_E_DVASPECT.

@@ -40,7 +40,7 @@ void Paint(HWND handle) {
   if (dc == nullptr) return;
   RECT client{};
   ::GetClientRect(handle, &client);
-  DrawPicture(dc, client);
+  DrawControlIcon(dc, client);
   ::EndPaint(handle, &paint);
 }
 
@@ -66,7 +66,7 @@ LRESULT CALLBACK ControlWindow::OnMessage(HWND handle, UINT message, WPARAM firs
     case WM_PRINTCLIENT: {
       RECT client{};
       ::GetClientRect(handle, &client);
-      DrawPicture(reinterpret_cast<HDC>(first), client);
+      DrawControlIcon(reinterpret_cast<HDC>(first), client);
       return 0;
     }
     case WM_NCDESTROY: {

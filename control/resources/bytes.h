@@ -12,8 +12,8 @@ namespace quorvane::typelib {
 
 class Bytes {
  public:
-  std::uint32_t size() const { return static_cast<std::uint32_t>(data_.size()); }
-  const std::vector<std::uint8_t>& data() const { return data_; }
+  std::uint32_t Size() const { return static_cast<std::uint32_t>(data_.size()); }
+  const std::vector<std::uint8_t>& Data() const { return data_; }
 
   void Put8(std::uint32_t value) { data_.push_back(static_cast<std::uint8_t>(value)); }
 
@@ -46,9 +46,9 @@ class Bytes {
     for (std::uint8_t byte : other.data_) Put8(byte);
   }
 
-  // Fills up to a multiple of 4 bytes.
+  /// Fills up to a multiple of 4 bytes.
   void Align(char filler) {
-    while (size() % 4 != 0) Put8(static_cast<std::uint8_t>(filler));
+    while (Size() % 4 != 0) Put8(static_cast<std::uint8_t>(filler));
   }
 
  private:

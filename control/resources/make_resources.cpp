@@ -1,8 +1,8 @@
-// Usage: make_resources PICTURES OUTPUT
+// Usage: make_resources IMAGES OUTPUT
 //
 // Writes into the folder OUTPUT everything that is made from identities.h: what QuorvaneSecurity.rc
-// takes up (the type library, the two tables of interface ids, the pictures made from the texts in
-// the folder PICTURES, and identities.rh with the numbers and texts), the interface definition
+// takes up (the type library, the two tables of interface ids, the images made from the texts in
+// the folder IMAGES, and identities.rh with the numbers and texts), the interface definition
 // QuorvaneSecurity.idl, and the two C++ headers of the interface under their paths from the root of
 // the repository. Runs on the building machine.
 #include <cstdio>
@@ -15,8 +15,8 @@
 #include "control/interface/identities.h"
 #include "control/resources/bytes.h"
 #include "control/resources/control_library.h"
+#include "control/resources/image.h"
 #include "control/resources/interface_texts.h"
-#include "control/resources/picture.h"
 
 namespace {
 
@@ -36,23 +36,23 @@ void Write(const std::string& name, const std::string& content) {
 }
 
 void Write(const std::string& name, const Bytes& content) {
-  Write(name, std::string(content.data().begin(), content.data().end()));
+  Write(name, std::string(content.Data().begin(), content.Data().end()));
 }
 
 // One column of the generations: a byte count, then the ids, oldest first.
 Bytes IdTable(identities::Guid identities::Generation::*column) {
   Bytes ids, table;
   for (const auto& generation : identities::kGenerations) ids.PutId(generation.*column);
-  table.Put32(ids.size());
+  table.Put32(ids.Size());
   table.Append(ids);
   return table;
 }
 
-resources::Picture Picture(const std::string& path) {
+resources::Image ImageIn(const std::string& path) {
   std::ifstream file(path);
   if (!file) throw std::runtime_error("cannot read " + path);
   try {
-    return resources::ReadPicture(file);
+    return resources::ReadImage(file);
   } catch (const std::runtime_error& error) {
     throw std::runtime_error(path + ": " + error.what());
   }
@@ -95,12 +95,12 @@ Bytes Definitions() {
   return text;
 }
 
-void MakeResources(const std::string& pictures) {
+void MakeResources(const std::string& images) {
   Write("QuorvaneSecurity.tlb", typelib::ControlLibrary());
   Write("interface_ids.bin", IdTable(&identities::Generation::interface_id));
   Write("source_ids.bin", IdTable(&identities::Generation::source_id));
-  Write("toolbox.bmp", resources::BitmapFile(Picture(pictures + "/toolbox.txt")));
-  Write("control.ico", resources::IconFile(Picture(pictures + "/control.txt")));
+  Write("toolbox.bmp", resources::BitmapFile(ImageIn(images + "/toolbox.txt")));
+  Write("control.ico", resources::IconFile(ImageIn(images + "/control.txt")));
   Write("identities.rh", Definitions());
   Write("QuorvaneSecurity.idl", resources::InterfaceDefinition());
   Write("control/interface/security_ctrl.h", resources::InterfaceHeader());
@@ -111,7 +111,7 @@ void MakeResources(const std::string& pictures) {
 
 int main(int argument_count, char** arguments) {
   if (argument_count != 3) {
-    std::fputs("usage: make_resources PICTURES OUTPUT\n", stderr);
+    std::fputs("usage: make_resources IMAGES OUTPUT\n", stderr);
     return 2;
   }
   output_folder = arguments[2];

@@ -31,7 +31,7 @@ std::uint32_t IdBucket(const identities::Guid& id) {
   bytes.PutId(id);
   std::uint32_t mixed = 0;
   for (std::size_t i = 0; i < 16; i += 2) {
-    mixed ^= bytes.data()[i] | (std::uint32_t{bytes.data()[i + 1]} << 8);
+    mixed ^= bytes.Data()[i] | (std::uint32_t{bytes.Data()[i + 1]} << 8);
   }
   return mixed & 0x1F;
 }
@@ -48,7 +48,7 @@ std::uint32_t NameTable::AddMember(std::string_view name, std::uint32_t type_ent
 std::uint32_t NameTable::Add(std::string_view name, std::uint32_t owner, std::uint8_t flags) {
   if (auto known = offsets_.find(name); known != offsets_.end()) return known->second;
 
-  const std::uint32_t offset = entries_.size();
+  const std::uint32_t offset = entries_.Size();
   const std::uint16_t hash = NameHash(name);
   std::uint32_t& bucket = buckets_[hash & 0x7F];
   entries_.Put32({owner, bucket});
@@ -67,7 +67,7 @@ std::uint32_t NameTable::Add(std::string_view name, std::uint32_t owner, std::ui
 Bytes NameTable::HashTable() const { return Written(buckets_); }
 
 std::uint32_t IdTable::Add(const identities::Guid& id, std::uint32_t reference) {
-  const std::uint32_t offset = entries_.size();
+  const std::uint32_t offset = entries_.Size();
   std::uint32_t& bucket = buckets_[IdBucket(id)];
   entries_.PutId(id);
   entries_.Put32({reference, bucket});
@@ -78,11 +78,11 @@ std::uint32_t IdTable::Add(const identities::Guid& id, std::uint32_t reference) 
 Bytes IdTable::HashTable() const { return Written(buckets_); }
 
 std::uint32_t TextTable::Add(std::string_view text) {
-  const std::uint32_t offset = entries_.size();
+  const std::uint32_t offset = entries_.Size();
   entries_.Put16(static_cast<std::uint32_t>(text.size()));
   entries_.PutText(text);
   entries_.Align('W');
-  while (entries_.size() - offset < 8) entries_.PutText("WWWW");  // the least size of an entry
+  while (entries_.Size() - offset < 8) entries_.PutText("WWWW");  // the least size of an entry
   return offset;
 }
 
@@ -98,7 +98,7 @@ std::uint32_t TypeTable::Named(std::uint32_t type_entry) {
 }
 
 std::uint32_t TypeTable::Add(std::uint32_t head, std::uint32_t tail) {
-  const auto [place, is_new] = offsets_.try_emplace({head, tail}, entries_.size());
+  const auto [place, is_new] = offsets_.try_emplace({head, tail}, entries_.Size());
   if (is_new) entries_.Put32({head, tail});
   return place->second;
 }

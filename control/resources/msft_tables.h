@@ -15,30 +15,30 @@
 
 namespace quorvane::typelib {
 
-// Stands for "no entry" wherever the format has an offset.
+/// Stands for "no entry" wherever the format has an offset.
 inline constexpr std::uint32_t kNone = 0xFFFFFFFF;
 
-// The low half of the platform's hash of a name, as LHashValOfNameSys computes it for English and
-// 32-bit Windows. Case does not count, Y counts as U and W as V.
+/// The low half of the platform's hash of a name, as LHashValOfNameSys computes it for English and
+/// 32-bit Windows. Case does not count, Y counts as U and W as V.
 std::uint16_t NameHash(std::string_view name);
 
-// The bucket of an id: 0 to 31.
+/// The bucket of an id: 0 to 31.
 std::uint32_t IdBucket(const identities::Guid& id);
 
-// Each distinct name once, in the spelling and with the owner of its first use.
+/// Each distinct name once, in the spelling and with the owner of its first use.
 class NameTable {
  public:
   NameTable() { buckets_.fill(kNone); }
 
-  // All three give the offset of the name. `type_entry` is the offset of the owning type entry.
+  /// All three give the offset of the name. `type_entry` is the offset of the owning type entry.
   std::uint32_t AddLibrary(std::string_view name) { return Add(name, kNone, 0); }
   std::uint32_t AddType(std::string_view name, std::uint32_t type_entry);
   std::uint32_t AddMember(std::string_view name, std::uint32_t type_entry);
   std::uint32_t AddArgument(std::string_view name) { return Add(name, kNone, 0); }
 
-  std::uint32_t count() const { return static_cast<std::uint32_t>(offsets_.size()); }
-  std::uint32_t characters() const { return characters_; }
-  const Bytes& entries() const { return entries_; }
+  std::uint32_t Count() const { return static_cast<std::uint32_t>(offsets_.size()); }
+  std::uint32_t Characters() const { return characters_; }
+  const Bytes& Entries() const { return entries_; }
   Bytes HashTable() const;
 
  private:
@@ -54,11 +54,11 @@ class IdTable {
  public:
   IdTable() { buckets_.fill(kNone); }
 
-  // Gives the offset of the id. `reference` tells what it identifies: the offset of a type entry,
-  // or one of the marks below.
+  /// Gives the offset of the id. `reference` tells what it identifies: the offset of a type entry,
+  /// or one of the marks below.
   std::uint32_t Add(const identities::Guid& id, std::uint32_t reference);
 
-  const Bytes& entries() const { return entries_; }
+  const Bytes& Entries() const { return entries_; }
   Bytes HashTable() const;
 
  private:
@@ -67,31 +67,31 @@ class IdTable {
 };
 
 inline constexpr std::uint32_t kThisLibrary = 0xFFFFFFFE;
-inline constexpr std::uint32_t kImportedType = 1;     // added to the offset in the table of such
-inline constexpr std::uint32_t kImportedLibrary = 2;  // likewise
+inline constexpr std::uint32_t kImportedType = 1;     ///< added to the offset in the table of such
+inline constexpr std::uint32_t kImportedLibrary = 2;  ///< likewise
 
-// Texts, 8 bits a character. Gives the offset.
+/// Texts, 8 bits a character. Gives the offset.
 class TextTable {
  public:
   std::uint32_t Add(std::string_view text);
-  const Bytes& entries() const { return entries_; }
+  const Bytes& Entries() const { return entries_; }
 
  private:
   Bytes entries_;
 };
 
-// The composed types. Simple types need no entry: Simple() is their whole description.
+/// The composed types. Simple types need no entry: Simple() is their whole description.
 class TypeTable {
  public:
   static constexpr std::uint32_t Simple(std::uint16_t variant_type) {
     return 0x80000000U | (std::uint32_t{variant_type} << 16) | variant_type;
   }
 
-  // Both give the offset of the description.
+  /// Both give the offset of the description.
   std::uint32_t PointerTo(std::uint16_t variant_type);
   std::uint32_t Named(std::uint32_t type_entry);
 
-  const Bytes& entries() const { return entries_; }
+  const Bytes& Entries() const { return entries_; }
 
  private:
   std::uint32_t Add(std::uint32_t head, std::uint32_t tail);

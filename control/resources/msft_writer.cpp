@@ -52,7 +52,7 @@ void MsftWriter::ImportDispatch(const identities::Guid& library_id, Version vers
                                 const std::string& file, const identities::Guid& dispatch_id) {
   constexpr std::uint32_t kNeutralLocale = 0;
   constexpr std::uint32_t kInterfaceById = 0x03010000;
-  const std::uint32_t import = imported_libraries_.size();
+  const std::uint32_t import = imported_libraries_.Size();
   imported_libraries_.Put32(
       {ids_.Add(library_id, import + kImportedLibrary), kNeutralLocale, Packed(version)});
   imported_libraries_.Put16((static_cast<std::uint32_t>(file.size()) << 2) | 1);
@@ -113,10 +113,10 @@ TypeReference MsftWriter::AddClass(const TypeTraits& traits,
                                    const std::vector<Implemented>& interfaces) {
   Entry entry = NewEntry(traits, kClassKind, 8);
   entry.base_count = static_cast<std::uint16_t>(interfaces.size());
-  entry.type = class_interfaces_.size();
+  entry.type = class_interfaces_.Size();
   for (std::size_t i = 0; i < interfaces.size(); ++i) {
     const bool is_last = i + 1 == interfaces.size();
-    const std::uint32_t next = is_last ? kNone : class_interfaces_.size() + 16;
+    const std::uint32_t next = is_last ? kNone : class_interfaces_.Size() + 16;
     class_interfaces_.Put32({interfaces[i].type, interfaces[i].flags, kNone, next});
   }
   return Add(std::move(entry));
@@ -135,11 +135,11 @@ Bytes MsftWriter::WriteFunctions(const std::vector<Function>& functions) {
   for (std::uint32_t i = 0; i < functions.size(); ++i) {
     ids.Put32(functions[i].dispatch_id);
     names.Put32(names_.AddMember(functions[i].name, NextReference()));
-    places.Put32(records.size());
+    places.Put32(records.Size());
     records.Append(WriteFunction(functions, i));
   }
   Bytes block;
-  block.Put32(records.size());
+  block.Put32(records.Size());
   for (const Bytes* part : {&records, &ids, &names, &places}) block.Append(*part);
   return block;
 }
@@ -183,13 +183,13 @@ void MsftWriter::WriteHeader(Bytes& file) const {
   file.Put32({kMagic, kFormat, library_id_, library_.locale, library_.locale, kTraits});
   file.Put32({Packed(library_.version), library_.flags, static_cast<std::uint32_t>(entries_.size()),
               help_text_, 0, 0});
-  file.Put32({names_.count(), names_.characters(), library_name_, help_file_, kNone});
+  file.Put32({names_.Count(), names_.Characters(), library_name_, help_file_, kNone});
   file.Put32({32, 128, kDispatch, kImportedTypes});  // 32 and 128: buckets of the hash tables
 }
 
 Bytes MsftWriter::WriteEntries(std::uint32_t functions_start) const {
   std::uint32_t functions_end = functions_start;
-  for (const Entry& entry : entries_) functions_end += entry.functions.size();
+  for (const Entry& entry : entries_) functions_end += entry.functions.Size();
 
   Bytes bytes;
   std::uint32_t functions = functions_start;
@@ -204,7 +204,7 @@ Bytes MsftWriter::WriteEntries(std::uint32_t functions_start) const {
     bytes.Put32({kNone, 0, 0, kNone});  // no help text, contexts 0, no custom data
     bytes.Put32({Packed(entry.base_count, entry.table_size), entry.instance_size});
     bytes.Put32({entry.type, entry.inherited, 0, kNone});
-    functions += entry.functions.size();
+    functions += entry.functions.Size();
   }
   return bytes;
 }
@@ -218,14 +218,14 @@ Bytes MsftWriter::Write() const {
   const Bytes name_hashes = names_.HashTable();
   const Bytes id_hashes = ids_.HashTable();
   const std::array<Segment, 9> tables{{{4, &id_hashes},
-                                       {5, &ids_.entries()},
+                                       {5, &ids_.Entries()},
                                        {3, &class_interfaces_},
                                        {1, &imported_types_},
                                        {2, &imported_libraries_},
                                        {6, &name_hashes},
-                                       {7, &names_.entries()},
-                                       {8, &texts_.entries()},
-                                       {9, &types_.entries()}}};
+                                       {7, &names_.Entries()},
+                                       {8, &texts_.Entries()},
+                                       {9, &types_.Entries()}}};
 
   const auto entry_count = static_cast<std::uint32_t>(entries_.size());
   std::uint32_t place = kHeaderSize + entry_count * 4 + kSegmentCount * 16;
@@ -234,8 +234,8 @@ Bytes MsftWriter::Write() const {
   directory[0] = {place, entry_count * kEntrySize};
   place += entry_count * kEntrySize;
   for (const Segment& table : tables) {
-    directory[table.number] = {place, table.bytes->size()};
-    place += table.bytes->size();
+    directory[table.number] = {place, table.bytes->Size()};
+    place += table.bytes->Size();
   }
 
   Bytes file;

@@ -29,7 +29,7 @@ struct LibraryTraits {
   identities::Guid id;
   Version version;
   std::uint32_t locale;
-  std::uint16_t flags;  // LIBFLAG_...
+  std::uint16_t flags;  ///< LIBFLAG_...
   std::string help_text;
   std::string help_file;
 };
@@ -38,37 +38,37 @@ struct TypeTraits {
   std::string name;
   identities::Guid id;
   Version version;
-  std::uint16_t flags;  // TYPEFLAG_...
+  std::uint16_t flags;  ///< TYPEFLAG_...
 };
 
-// How a member is called; the values are those of INVOKEKIND.
+/// How a member is called; the values are those of INVOKEKIND.
 enum class Invoke : std::uint32_t { kFunction = 1, kPropertyGet = 2, kPropertyPut = 4 };
 
-// A member that returns HRESULT. A put takes its value; the others hand theirs out through a
-// nameless last argument, the return value of the call.
+/// A member that returns HRESULT. A put takes its value; the others hand theirs out through a
+/// nameless last argument, the return value of the call.
 struct Function {
   std::string name;
   Invoke invoke;
   std::uint32_t dispatch_id;
   std::uint16_t variant_type;
-  std::string argument;  // of a put
+  std::string argument;  ///< of a put
   std::uint32_t help_context;
 };
 
-// Names a type inside the library or an imported one; comes from an Add... or Import... call.
+/// Names a type inside the library or an imported one; comes from an Add... or Import... call.
 using TypeReference = std::uint32_t;
 
 struct Implemented {
   TypeReference type;
-  std::uint32_t flags;  // IMPLTYPEFLAG_...
+  std::uint32_t flags;  ///< IMPLTYPEFLAG_...
 };
 
 class MsftWriter {
  public:
   explicit MsftWriter(const LibraryTraits& library);
 
-  // The interface IDispatch of the automation library, the base of all interfaces added later. To
-  // be called once, before any other.
+  /// The interface IDispatch of the automation library, the base of all interfaces added later. To
+  /// be called once, before any other.
   void ImportDispatch(const identities::Guid& library_id, Version version, const std::string& file,
                       const identities::Guid& dispatch_id);
 
@@ -77,7 +77,7 @@ class MsftWriter {
   TypeReference AddClass(const TypeTraits& traits, const std::vector<Implemented>& interfaces);
   TypeReference AddAlias(const TypeTraits& traits, TypeReference of);
 
-  // The whole file.
+  /// The whole file.
   Bytes Write() const;
 
  private:

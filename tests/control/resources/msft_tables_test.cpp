@@ -30,11 +30,11 @@ TEST(IdBucket, MixesAllBytes) {
 TEST(NameTable, StoresANameOnce) {
   NameTable names;
   const std::uint32_t first = names.AddMember("ServerPort", 0);
-  const std::uint32_t size = names.entries().size();
+  const std::uint32_t size = names.Entries().Size();
   EXPECT_EQ(names.AddMember("ServerPort", 0), first);
-  EXPECT_EQ(names.entries().size(), size);
-  EXPECT_EQ(names.count(), 1U);
-  EXPECT_EQ(names.characters(), 10U);
+  EXPECT_EQ(names.Entries().Size(), size);
+  EXPECT_EQ(names.Count(), 1U);
+  EXPECT_EQ(names.Characters(), 10U);
 }
 
 TEST(NameTable, ChainsNamesOfOneBucket) {
@@ -44,17 +44,17 @@ TEST(NameTable, ChainsNamesOfOneBucket) {
   const std::uint32_t second = names.AddArgument("Uy");
   const std::uint32_t third = names.AddArgument("uu");
   const Bytes buckets = names.HashTable();
-  EXPECT_EQ(buckets.data()[4 * (NameHash("uu") % 128)], third);
-  EXPECT_EQ(names.entries().data()[third + 4], second);
-  EXPECT_EQ(names.entries().data()[second + 4], 0);
+  EXPECT_EQ(buckets.Data()[4 * (NameHash("uu") % 128)], third);
+  EXPECT_EQ(names.Entries().Data()[third + 4], second);
+  EXPECT_EQ(names.Entries().Data()[second + 4], 0);
 }
 
 TEST(TextTable, FillsShortTextsUpToEightBytes) {
   TextTable texts;
   texts.Add("x");
-  EXPECT_EQ(texts.entries().size(), 8U);
+  EXPECT_EQ(texts.Entries().Size(), 8U);
   EXPECT_EQ(texts.Add("seven77"), 8U);
-  EXPECT_EQ(texts.entries().size(), 8U + 12U);
+  EXPECT_EQ(texts.Entries().Size(), 8U + 12U);
 }
 
 TEST(TypeTable, StoresADescriptionOnce) {
@@ -65,7 +65,7 @@ TEST(TypeTable, StoresADescriptionOnce) {
   EXPECT_EQ(types.PointerTo(kInteger), 8U);
   EXPECT_EQ(types.PointerTo(kText), 0U);
   EXPECT_EQ(types.Named(0), 16U);
-  EXPECT_EQ(types.entries().size(), 24U);
+  EXPECT_EQ(types.Entries().Size(), 24U);
 }
 
 }  // namespace

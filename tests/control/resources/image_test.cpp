@@ -1,6 +1,6 @@
-// Proves the reading of text pictures: each rule of the format, and that a picture which breaks one
+// Proves the reading of text images: each rule of the format, and that an image that breaks one
 // is refused instead of ending up crooked in the module.
-#include "control/resources/picture.h"
+#include "control/resources/image.h"
 
 #include <gtest/gtest.h>
 
@@ -11,9 +11,9 @@
 namespace quorvane::resources {
 namespace {
 
-Picture Read(const std::string& text) {
+Image Read(const std::string& text) {
   std::istringstream stream(text);
-  return ReadPicture(stream);
+  return ReadImage(stream);
 }
 
 constexpr char kTwoByTwo[] =
@@ -26,15 +26,15 @@ constexpr char kTwoByTwo[] =
     ".x\n"
     "xx\n";
 
-TEST(ReadPicture, ReadsSizeColoursAndRows) {
-  const Picture picture = Read(kTwoByTwo);
-  EXPECT_EQ(picture.width, 2U);
-  EXPECT_EQ(picture.height, 2U);
-  EXPECT_EQ(picture.palette, (std::vector<Picture::Colour>{std::nullopt, 0x102030}));
-  EXPECT_EQ(picture.pixels, (std::vector<std::uint8_t>{0, 1, 1, 1}));
+TEST(ReadImage, ReadsSizeColoursAndRows) {
+  const Image image = Read(kTwoByTwo);
+  EXPECT_EQ(image.width, 2U);
+  EXPECT_EQ(image.height, 2U);
+  EXPECT_EQ(image.palette, (std::vector<Image::Colour>{std::nullopt, 0x102030}));
+  EXPECT_EQ(image.pixels, (std::vector<std::uint8_t>{0, 1, 1, 1}));
 }
 
-TEST(ReadPicture, RefusesWhatIsNoPicture) {
+TEST(ReadImage, RefusesWhatIsNoImage) {
   for (const char* text : {
            "",                                              // nothing
            "size 1 1\ncolour x 000000\n",                   // no pixels
@@ -56,7 +56,7 @@ TEST(ReadPicture, RefusesWhatIsNoPicture) {
 
 TEST(BitmapFile, StoresRowsFromTheBottomAndFillsThemUp) {
   const auto file = BitmapFile(Read("size 1 2\ncolour a 010203\ncolour b 040506\npixels\na\nb\n"));
-  const std::vector<std::uint8_t> rows(file.data().begin() + 54, file.data().end());
+  const std::vector<std::uint8_t> rows(file.Data().begin() + 54, file.Data().end());
   EXPECT_EQ(rows, (std::vector<std::uint8_t>{6, 5, 4, 0, 3, 2, 1, 0}));
 }
 

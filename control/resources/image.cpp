@@ -1,4 +1,4 @@
-#include "control/resources/picture.h"
+#include "control/resources/image.h"
 
 #include <istream>
 #include <map>
@@ -17,21 +17,21 @@ void Demand(bool condition, const char* otherwise) {
   if (!condition) throw std::runtime_error(otherwise);
 }
 
-Picture::Colour ParseColour(const std::string& text) {
+Image::Colour ParseColour(const std::string& text) {
   if (text == "transparent") return std::nullopt;
   Demand(text.size() == 6 && text.find_first_not_of("0123456789ABCDEF") == std::string::npos,
          "a colour is six digits 0-9 and A-F, or transparent");
   return static_cast<std::uint32_t>(std::stoul(text, nullptr, 16));
 }
 
-void ReadRows(std::istream& text, const std::map<char, std::uint8_t>& letters, Picture& picture) {
+void ReadRows(std::istream& text, const std::map<char, std::uint8_t>& letters, Image& image) {
   std::string row;
-  for (std::uint32_t y = 0; y < picture.height; ++y) {
-    Demand(std::getline(text, row) && row.size() == picture.width, "a row has the wrong length");
+  for (std::uint32_t y = 0; y < image.height; ++y) {
+    Demand(std::getline(text, row) && row.size() == image.width, "a row has the wrong length");
     for (char letter : row) {
       const auto found = letters.find(letter);
       Demand(found != letters.end(), "a pixel has no colour");
-      picture.pixels.push_back(found->second);
+      image.pixels.push_back(found->second);
     }
   }
   Demand(!std::getline(text, row), "there is text behind the last row");
@@ -51,8 +51,8 @@ void PutBgr(Bytes& file, std::uint32_t colour) {
 
 }  // namespace
 
-Picture ReadPicture(std::istream& text) {
-  Picture picture;
+Image ReadImage(std::istream& text) {
+  Image image;
   std::map<char, std::uint8_t> letters;
   std::string line;
   while (std::getline(text, line)) {
@@ -62,27 +62,27 @@ Picture ReadPicture(std::istream& text) {
     char letter = 0;
     if (!(words >> keyword)) continue;
     if (keyword == "size") {
-      Demand(bool(words >> picture.width >> picture.height), "the size is two numbers");
+      Demand(bool(words >> image.width >> image.height), "the size is two numbers");
     } else if (keyword == "colour") {
       Demand(bool(words >> letter >> colour), "a colour line is a letter and a colour");
-      Demand(letters.emplace(letter, static_cast<std::uint8_t>(picture.palette.size())).second,
+      Demand(letters.emplace(letter, static_cast<std::uint8_t>(image.palette.size())).second,
              "a letter has two colours");
-      picture.palette.push_back(ParseColour(colour));
+      image.palette.push_back(ParseColour(colour));
     } else {
       Demand(keyword == "pixels", "a line begins with size, colour or pixels");
-      ReadRows(text, letters, picture);
-      return picture;
+      ReadRows(text, letters, image);
+      return image;
     }
   }
   throw std::runtime_error("there are no pixels");
 }
 
-Bytes BitmapFile(const Picture& picture) {
+Bytes BitmapFile(const Image& image) {
   constexpr std::uint32_t kFileHeaderSize = 14;
   Bytes pixels;
-  for (std::uint32_t y = picture.height; y-- > 0;) {  // rows are stored from the bottom
-    for (std::uint32_t x = 0; x < picture.width; ++x) {
-      const Picture::Colour colour = picture.palette[picture.PixelAt(x, y)];
+  for (std::uint32_t y = image.height; y-- > 0;) {  // rows are stored from the bottom
+    for (std::uint32_t x = 0; x < image.width; ++x) {
+      const Image::Colour colour = image.palette[image.PixelAt(x, y)];
       Demand(colour.has_value(), "a bitmap has no transparent pixels");
       PutBgr(pixels, *colour);
     }
@@ -91,36 +91,36 @@ Bytes BitmapFile(const Picture& picture) {
   Bytes file;
   file.PutText("BM");
   file.Put32(
-      {kFileHeaderSize + kInfoHeaderSize + pixels.size(), 0, kFileHeaderSize + kInfoHeaderSize});
-  PutInfoHeader(file, picture.width, picture.height, 24);
+      {kFileHeaderSize + kInfoHeaderSize + pixels.Size(), 0, kFileHeaderSize + kInfoHeaderSize});
+  PutInfoHeader(file, image.width, image.height, 24);
   file.Append(pixels);
   return file;
 }
 
-Bytes IconFile(const Picture& picture) {
+Bytes IconFile(const Image& image) {
   constexpr std::uint32_t kDirectorySize = 6 + 16;
-  Demand(picture.palette.size() <= 16, "the icon has more than 16 colours");
-  Demand(picture.width % 32 == 0, "the rows of the icon's mask would need padding");
+  Demand(image.palette.size() <= 16, "the icon has more than 16 colours");
+  Demand(image.width % 32 == 0, "the rows of the icon's mask would need padding");
 
-  Bytes image;
-  PutInfoHeader(image, picture.width, 2 * picture.height, 4);  // colours and mask: twice the height
+  Bytes bits;
+  PutInfoHeader(bits, image.width, 2 * image.height, 4);  // colours and mask: twice the height
   for (std::size_t i = 0; i < 16; ++i) {
-    PutBgr(image, i < picture.palette.size() ? picture.palette[i].value_or(0) : 0);
-    image.Put8(0);
+    PutBgr(bits, i < image.palette.size() ? image.palette[i].value_or(0) : 0);
+    bits.Put8(0);
   }
-  for (std::uint32_t y = picture.height; y-- > 0;) {
-    for (std::uint32_t x = 0; x < picture.width; x += 2) {
-      image.Put8((std::uint32_t{picture.PixelAt(x, y)} << 4) | picture.PixelAt(x + 1, y));
+  for (std::uint32_t y = image.height; y-- > 0;) {
+    for (std::uint32_t x = 0; x < image.width; x += 2) {
+      bits.Put8((std::uint32_t{image.PixelAt(x, y)} << 4) | image.PixelAt(x + 1, y));
     }
   }
-  for (std::uint32_t y = picture.height; y-- > 0;) {
-    for (std::uint32_t x = 0; x < picture.width; x += 8) {
+  for (std::uint32_t y = image.height; y-- > 0;) {
+    for (std::uint32_t x = 0; x < image.width; x += 8) {
       std::uint32_t mask = 0;
       for (std::uint32_t bit = 0; bit < 8; ++bit) {
-        const bool is_transparent = !picture.palette[picture.PixelAt(x + bit, y)];
+        const bool is_transparent = !image.palette[image.PixelAt(x + bit, y)];
         mask = (mask << 1) | (is_transparent ? 1 : 0);
       }
-      image.Put8(mask);
+      bits.Put8(mask);
     }
   }
 
@@ -128,11 +128,11 @@ Bytes IconFile(const Picture& picture) {
   file.Put16(0);
   file.Put16(1);  // an icon, not a pointer
   file.Put16(1);  // with one image
-  for (std::uint32_t value : {picture.width, picture.height, 16U, 0U}) file.Put8(value);
+  for (std::uint32_t value : {image.width, image.height, 16U, 0U}) file.Put8(value);
   file.Put16(1);  // planes
   file.Put16(4);  // bits a pixel
-  file.Put32({image.size(), kDirectorySize});
-  file.Append(image);
+  file.Put32({bits.Size(), kDirectorySize});
+  file.Append(bits);
   return file;
 }
 
