@@ -151,7 +151,7 @@ std::string JsonOf(const TaggedValue& value) {
   if (value.IsEmpty()) return JsonRecord({{"kind", JsonText("empty")}, {"value", "null"}});
   if (const auto* integer = value.As<std::int32_t>())
     return JsonRecord({{"kind", JsonText("integer")}, {"value", std::to_string(*integer)}});
-  return JsonRecord({{"kind", JsonText("string")}, {"value", JsonText(ToUtf8(value.ToText()))}});
+  return JsonRecord({{"kind", JsonText("string")}, {"value", JsonText(ToUtf8(ToText(value)))}});
 }
 
 int RegistryRead(const Arguments& arguments, Console& console) {
