@@ -23,6 +23,7 @@ namespace quorvane {
 /// Empty is 0, True -1; a fraction is rounded to the nearest integer, ties to even; a text counts
 /// as Oleaut32::VarI2FromStr() and VarI4FromStr() say. Its characters behind a zero do not count.
 [[nodiscard]] std::int16_t ToInteger16(const TaggedValue& value, Oleaut32& oleaut = oleaut32());
+/// Likewise.
 [[nodiscard]] std::int32_t ToInteger32(const TaggedValue& value, Oleaut32& oleaut = oleaut32());
 
 /// Always -1 or 0: a number by being unlike zero; a text as Oleaut32::VarBoolFromStr() says.

@@ -14,12 +14,14 @@ namespace quorvane {
 /// has set the processor's floating-point unit changes no result, and is the same afterwards.
 class Oleaut32 {
  public:
-  static constexpr std::uint32_t kEnglishUnitedStates = 0x409;
+  static constexpr std::uint32_t kEnglishUnitedStates = 0x409;  ///< a locale
   static constexpr std::uint32_t kNoUserOverride = 0x80000000;  ///< the locale as it is delivered
 
-  static constexpr auto kTypeMismatch = static_cast<std::int32_t>(0x80020005);
-  static constexpr auto kOverflow = static_cast<std::int32_t>(0x8002000A);
-  static constexpr auto kOutOfMemory = static_cast<std::int32_t>(0x8007000E);
+  static constexpr auto kTypeMismatch =
+      static_cast<std::int32_t>(0x80020005);  ///< the text is no number
+  static constexpr auto kOverflow = static_cast<std::int32_t>(0x8002000A);  ///< out of range
+  static constexpr auto kOutOfMemory =
+      static_cast<std::int32_t>(0x8007000E);  ///< memory is exhausted
 
   virtual ~Oleaut32() = default;
 
@@ -28,6 +30,7 @@ class Oleaut32 {
   /// "&H" with hexadecimal or "&O" with octal digits, a bit pattern of that many bits.
   [[nodiscard]] virtual std::int32_t VarI2FromStr(const char16_t* text, std::uint32_t locale,
                                                   std::uint32_t flags, std::int16_t* value) = 0;
+  /// Likewise.
   [[nodiscard]] virtual std::int32_t VarI4FromStr(const char16_t* text, std::uint32_t locale,
                                                   std::uint32_t flags, std::int32_t* value) = 0;
   /// -1 for "True" in any case and "#TRUE#", 0 for "False" in any case and "#FALSE#"; else the text
@@ -39,6 +42,7 @@ class Oleaut32 {
                                                    std::uint32_t flags, std::u16string* text) = 0;
 };
 
+/// The system's automation library.
 [[nodiscard]] Oleaut32& oleaut32() noexcept;
 
 }  // namespace quorvane
