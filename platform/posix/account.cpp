@@ -4,6 +4,7 @@
 
 #include "platform/posix/system_text.h"
 #include "platform/posix/user_database.h"
+#include "runtime/utf8.h"
 
 namespace quorvane::account {
 namespace {
@@ -37,7 +38,7 @@ std::string UnixSid(std::uint32_t kind, std::uint32_t id) {
 std::optional<Account> Find(std::string_view name) {
   // The name of a user whom a directory knows may hold the sign itself.
   const auto in = [](std::string_view domain, std::string_view plain) -> std::optional<Account> {
-    const std::string known = SystemPageToUtf8(plain);
+    const std::string known = ToUtf8(Text(FromSystemPage(plain)));
     const bool any = domain.empty() || IsThisMachine(domain);
     const auto user = any || SameWord(domain, kUserDomain) ? FindUser(known) : std::nullopt;
     if (user) return Account{UnixSid(kUsers, user->id), std::string(kUserDomain), kTypeUser};

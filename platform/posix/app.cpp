@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "platform/posix/file_names.h"
+#include "platform/posix/system_text.h"
 
 namespace quorvane {
 namespace {

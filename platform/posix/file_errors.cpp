@@ -7,40 +7,25 @@
 namespace quorvane {
 
 std::int32_t FileErrorNumber(int system_code) {
-  switch (system_code) {
-    case ENOENT:
-      return ErrorNumber::kFileNotFound;
-    case ENOTDIR:
-      return ErrorNumber::kPathNotFound;
-    case EMFILE:
-    case ENFILE:
-      return ErrorNumber::kTooManyFiles;
-    case EAGAIN:
-    case EBUSY:
-    case ETXTBSY:
-    case EROFS:
-      return ErrorNumber::kPermissionDenied;
-    case ENOMEM:
-      return ErrorNumber::kOutOfMemory;
-    case EBADF:
-    case EINVAL:
-    case ENAMETOOLONG:
-      return ErrorNumber::kBadFileNumber;
-    case EIO:
-      return ErrorNumber::kDeviceInputOutput;
-    case EEXIST:
-      return ErrorNumber::kFileAlreadyExists;
-    case ENOSPC:
-    case EDQUOT:
-      return ErrorNumber::kDiskFull;
-    case ENODEV:
-    case ENXIO:
-      return ErrorNumber::kDeviceUnavailable;
-    case ENOMEDIUM:
-      return ErrorNumber::kDiskNotReady;
-    default:  // EACCES, EPERM, EISDIR and ELOOP among them
-      return ErrorNumber::kPathFileAccess;
+  constexpr struct {
+    int system_code;
+    std::int32_t number;
+  } kNumbers[] = {
+      {ENOENT, ErrorNumber::kFileNotFound},      {ENOTDIR, ErrorNumber::kPathNotFound},
+      {EMFILE, ErrorNumber::kTooManyFiles},      {ENFILE, ErrorNumber::kTooManyFiles},
+      {EAGAIN, ErrorNumber::kPermissionDenied},  {EBUSY, ErrorNumber::kPermissionDenied},
+      {ETXTBSY, ErrorNumber::kPermissionDenied}, {EROFS, ErrorNumber::kPermissionDenied},
+      {ENOMEM, ErrorNumber::kOutOfMemory},       {EBADF, ErrorNumber::kBadFileNumber},
+      {EINVAL, ErrorNumber::kBadFileNumber},     {ENAMETOOLONG, ErrorNumber::kBadFileNumber},
+      {EIO, ErrorNumber::kDeviceInputOutput},    {EEXIST, ErrorNumber::kFileAlreadyExists},
+      {ENOSPC, ErrorNumber::kDiskFull},          {EDQUOT, ErrorNumber::kDiskFull},
+      {ENODEV, ErrorNumber::kDeviceUnavailable}, {ENXIO, ErrorNumber::kDeviceUnavailable},
+      {ENOMEDIUM, ErrorNumber::kDiskNotReady},
+  };
+  for (const auto& known : kNumbers) {
+    if (known.system_code == system_code) return known.number;
   }
+  return ErrorNumber::kPathFileAccess;  // EACCES, EPERM, EISDIR and ELOOP among them
 }
 
 void RaiseFileError(int system_code) { Raise(FileErrorNumber(system_code)); }

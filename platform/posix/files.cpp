@@ -18,7 +18,7 @@
 #include "platform/file_numbers.h"
 #include "platform/posix/descriptor.h"
 #include "platform/posix/file_errors.h"
-#include "platform/posix/file_names.h"
+#include "platform/posix/system_text.h"
 
 // The stand-in on Linux; its rules are in docs/host-services/stand-ins.md.
 

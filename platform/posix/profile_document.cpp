@@ -1,6 +1,7 @@
 #include "platform/posix/profile_document.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "platform/posix/case_fold.h"
 #include "platform/posix/system_text.h"
@@ -32,26 +33,23 @@ bool SameName(std::u16string_view left, std::u16string_view right) {
   return FoldCase(TrimBlanks(left)) == FoldCase(TrimBlanks(right));
 }
 
-// A line inside a section; without a key it is blank.
-struct KeyLine {
-  std::u16string_view key;
-  std::u16string_view before_value;
-  std::optional<std::u16string_view> value;
-};
-
-KeyLine SplitKeyLine(std::u16string_view line) {
-  const std::size_t sign = line.find(u'=');
-  if (sign == std::u16string_view::npos) return {TrimBlanks(line), line, std::nullopt};
-  return {TrimBlanks(line.substr(0, sign)), line.substr(0, sign + 1),
-          WithoutQuotes(TrimBlanks(line.substr(sign + 1)))};
-}
-
 // The name in a section's first line; nothing for any other line.
 std::optional<std::u16string_view> Heading(std::u16string_view line) {
   const std::u16string_view content = TrimBlanks(line);
   const std::size_t end = content.rfind(u']');
   if (!content.starts_with(u'[') || end == std::u16string_view::npos) return std::nullopt;
   return TrimBlanks(content.substr(1, end - 1));
+}
+
+// Of a line that is neither blank nor a heading.
+std::optional<std::u16string_view> KeyIn(std::u16string_view line) {
+  if (TrimBlanks(line).empty() || Heading(line)) return std::nullopt;
+  return TrimBlanks(line.substr(0, line.find(u'=')));
+}
+
+std::u16string SwapBytes(std::u16string characters) {
+  for (char16_t& c : characters) c = static_cast<char16_t>(c << 8 | c >> 8);
+  return characters;
 }
 
 }  // namespace
@@ -69,132 +67,130 @@ ProfileDocument::ProfileDocument(std::string_view bytes) {
   std::u16string_view rest = characters;
   while (!rest.empty()) {
     const std::size_t length = std::min(rest.find_first_of(u"\r\n"), rest.size());
-    const std::size_t end_length = rest.substr(length).starts_with(u"\r\n") ? 2 : 1;
-    lines_.push_back(
-        {std::u16string(rest.substr(0, length)), std::u16string(rest.substr(length, end_length))});
-    rest.remove_prefix(std::min(length + end_length, rest.size()));
+    const std::u16string_view content = rest.substr(0, length);
+    rest.remove_prefix(length);
+    const std::u16string_view end = rest.substr(0, rest.starts_with(u"\r\n") ? 2 : 1);
+    rest.remove_prefix(end.size());
+    if (end_.empty()) end_ = end;
+    if (const auto name = Heading(content)) sections_.push_back({std::u16string(*name), {}});
+    sections_.back().lines.push_back({std::u16string(content), std::u16string(end)});
   }
+  if (end_.empty()) end_ = u"\n";
   is_whole_ = Bytes() == bytes;
 }
 
 std::optional<std::string> ProfileDocument::Bytes() const {
   if (!is_whole_) return std::nullopt;
   std::string bytes = mark_;
-  for (const Line& line : lines_) bytes += Encode(line.content + line.end);
+  for (const Section& section : sections_) {
+    for (const Line& line : section.lines) bytes += Encode(line.content + line.end);
+  }
   return bytes;
 }
 
 std::u16string ProfileDocument::Decode(std::string_view bytes) const {
   if (encoding_ == Encoding::kSystemPage) return FromSystemPage(bytes);
   if (encoding_ == Encoding::kUtf8) return FromUtf8(bytes).Characters();
-  const std::size_t low = encoding_ == Encoding::kUtf16LowFirst ? 0 : 1;
-  std::u16string characters;
-  for (std::size_t at = 0; at + 2 <= bytes.size(); at += 2) {
-    characters += static_cast<char16_t>(static_cast<unsigned char>(bytes[at + low]) |
-                                        static_cast<unsigned char>(bytes[at + 1 - low]) << 8);
-  }
-  return characters;
+  std::u16string characters(bytes.size() / 2, u'\0');
+  std::memcpy(characters.data(), bytes.data(), 2 * characters.size());
+  return encoding_ == Encoding::kUtf16HighFirst ? SwapBytes(characters) : characters;
 }
 
-std::string ProfileDocument::Encode(std::u16string_view characters) const {
+std::string ProfileDocument::Encode(const std::u16string& characters) const {
   if (encoding_ == Encoding::kSystemPage) return ToSystemPage(characters);
-  if (encoding_ == Encoding::kUtf8) return ToUtf8(Text(characters));
-  std::string bytes;
-  for (const char16_t character : characters) {
-    const char halves[] = {static_cast<char>(character & 0xFF), static_cast<char>(character >> 8)};
-    const std::size_t first = encoding_ == Encoding::kUtf16LowFirst ? 0 : 1;
-    bytes.append({halves[first], halves[1 - first]});
-  }
-  return bytes;
+  if (encoding_ == Encoding::kUtf8) return ToUtf8(characters);
+  const bool swaps = encoding_ == Encoding::kUtf16HighFirst;
+  const std::u16string units = swaps ? SwapBytes(characters) : characters;
+  return {reinterpret_cast<const char*>(units.data()), 2 * units.size()};
 }
 
-std::optional<ProfileDocument::Range> ProfileDocument::FindSection(std::u16string_view name) const {
-  const auto next_heading = [&](std::size_t from) {
-    while (from < lines_.size() && !Heading(lines_[from].content)) ++from;
-    return from;
-  };
-  Range range{0, 0, next_heading(0)};
-  if (TrimBlanks(name).empty()) return range;
-  while (range.last < lines_.size()) {
-    range = {range.last, 1, next_heading(range.last + 1)};
-    if (SameName(*Heading(lines_[range.first].content), name)) return range;
-  }
-  return std::nullopt;
+std::vector<ProfileDocument::Section>::iterator ProfileDocument::FindSection(
+    std::u16string_view name) {
+  if (TrimBlanks(name).empty()) return sections_.begin();
+  const auto has_name = [&](const Section& section) { return SameName(section.name, name); };
+  return std::find_if(sections_.begin() + 1, sections_.end(), has_name);
 }
 
-std::optional<std::size_t> ProfileDocument::FindKey(std::u16string_view section,
-                                                    std::u16string_view key) const {
-  const Range range = FindSection(section).value_or(Range{});
-  for (std::size_t index = range.first + range.heading_lines; index < range.last; ++index) {
-    const std::u16string_view name = SplitKeyLine(lines_[index].content).key;
-    if (!TrimBlanks(lines_[index].content).empty() && SameName(name, key)) return index;
+ProfileDocument::Line* ProfileDocument::FindKey(std::u16string_view section,
+                                                std::u16string_view key) {
+  const auto found = FindSection(section);
+  if (found == sections_.end()) return nullptr;
+  for (Line& line : found->lines) {
+    if (const auto name = KeyIn(line.content); name && SameName(*name, key)) return &line;
   }
-  return std::nullopt;
+  return nullptr;
 }
 
 std::optional<std::u16string> ProfileDocument::Value(std::u16string_view section,
-                                                     std::u16string_view key) const {
-  const auto index = FindKey(section, key);
-  if (!index) return std::nullopt;
-  return std::u16string(SplitKeyLine(lines_[*index].content).value.value_or(u""));
+                                                     std::u16string_view key) {
+  const Line* const line = FindKey(section, key);
+  if (line == nullptr) return std::nullopt;
+  const std::u16string_view content = line->content;
+  const std::size_t sign = std::min(content.find(u'='), content.size() - 1);
+  return std::u16string(WithoutQuotes(TrimBlanks(content.substr(sign + 1))));
 }
 
 std::vector<std::u16string> ProfileDocument::SectionNames() const {
   std::vector<std::u16string> names;
-  for (const Line& line : lines_) {
-    if (const auto name = Heading(line.content)) names.emplace_back(*name);
+  for (std::size_t index = 1; index < sections_.size(); ++index) {
+    names.push_back(sections_[index].name);
   }
   return names;
 }
 
-std::vector<std::u16string> ProfileDocument::KeyNames(std::u16string_view section) const {
+std::vector<std::u16string> ProfileDocument::KeyNames(std::u16string_view section) {
   std::vector<std::u16string> names;
-  const Range range = FindSection(section).value_or(Range{});
-  for (std::size_t index = range.first + range.heading_lines; index < range.last; ++index) {
-    const KeyLine line = SplitKeyLine(lines_[index].content);
-    if (line.value && !TrimBlanks(lines_[index].content).starts_with(u';')) {
-      names.emplace_back(line.key);
-    }
+  const auto found = FindSection(section);
+  if (found == sections_.end()) return names;
+  for (const Line& line : found->lines) {
+    const auto name = KeyIn(line.content);
+    const bool has_value = line.content.find(u'=') != std::u16string::npos;
+    if (name && has_value && !name->starts_with(u';')) names.emplace_back(*name);
   }
   return names;
 }
 
-void ProfileDocument::InsertLine(std::size_t index, std::u16string content) {
-  const auto with_end = std::ranges::find_if(lines_, [](const Line& l) { return !l.end.empty(); });
-  const std::u16string end = with_end != lines_.end() ? with_end->end : u"\n";
-  if (index > 0 && lines_[index - 1].end.empty()) lines_[index - 1].end = end;
-  lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(index), {std::move(content), end});
+void ProfileDocument::InsertLine(std::vector<Line>& lines, std::size_t at,
+                                 const std::u16string& content) {
+  if (at > 0 && lines[at - 1].end.empty()) lines[at - 1].end = end_;
+  lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(at), {content, end_});
 }
 
 void ProfileDocument::SetValue(std::u16string_view section, std::u16string_view key,
                                std::u16string_view value) {
-  if (const auto index = FindKey(section, key)) {
-    std::u16string& content = lines_[*index].content;
-    const KeyLine line = SplitKeyLine(content);
-    std::u16string changed(line.before_value);
-    if (!line.value) changed += u'=';
-    content = changed.append(value);
+  const std::u16string setting = u"=" + std::u16string(value);
+  if (Line* const line = FindKey(section, key)) {
+    line->content = line->content.substr(0, line->content.find(u'=')) + setting;
     return;
   }
-  if (!FindSection(section)) {
-    InsertLine(lines_.size(), u"[" + std::u16string(TrimBlanks(section)) + u"]");
+  if (FindSection(section) == sections_.end()) {
+    const std::u16string name(TrimBlanks(section));
+    std::vector<Line>& last = sections_.back().lines;
+    InsertLine(last, last.size(), u"[" + name + u"]");
+    const Line heading = last.back();
+    last.pop_back();
+    sections_.push_back({name, {heading}});
   }
-  const Range range = FindSection(section).value_or(Range{lines_.size(), 0, lines_.size()});
-  std::size_t at = range.last;
-  while (at > range.first + range.heading_lines && TrimBlanks(lines_[at - 1].content).empty()) --at;
-  InsertLine(at, std::u16string(TrimBlanks(key)) + u"=" + std::u16string(value));
+  std::vector<Line>& lines = FindSection(section)->lines;
+  std::size_t at = lines.size();
+  while (at > 0 && TrimBlanks(lines[at - 1].content).empty()) --at;
+  InsertLine(lines, at, std::u16string(TrimBlanks(key)) + setting);
 }
 
 void ProfileDocument::RemoveKey(std::u16string_view section, std::u16string_view key) {
-  const auto index = FindKey(section, key);
-  if (index) lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(*index));
+  if (const Line* const line = FindKey(section, key)) {
+    std::vector<Line>& lines = FindSection(section)->lines;
+    lines.erase(lines.begin() + (line - lines.data()));
+  }
 }
 
 void ProfileDocument::RemoveSection(std::u16string_view section) {
-  const auto range = FindSection(section);
-  if (!range) return;
-  lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(range->first),
-               lines_.begin() + static_cast<std::ptrdiff_t>(range->last));
+  const auto found = FindSection(section);
+  if (found == sections_.begin()) {
+    found->lines.clear();
+  } else if (found != sections_.end()) {
+    sections_.erase(found);
+  }
 }
 
 }  // namespace quorvane

@@ -28,10 +28,10 @@ class ProfileDocument {
   [[nodiscard]] std::optional<std::string> Bytes() const;
 
   [[nodiscard]] std::optional<std::u16string> Value(std::u16string_view section,
-                                                    std::u16string_view key) const;
+                                                    std::u16string_view key);
   [[nodiscard]] std::vector<std::u16string> SectionNames() const;
   /// In the order of the lines; a name that occurs twice is listed twice.
-  [[nodiscard]] std::vector<std::u16string> KeyNames(std::u16string_view section) const;
+  [[nodiscard]] std::vector<std::u16string> KeyNames(std::u16string_view section);
 
   /// Changes the key's line, or adds one behind the section's last line that is not blank, or adds
   /// the section at the end.
@@ -45,24 +45,24 @@ class ProfileDocument {
     std::u16string content;
     std::u16string end;
   };
-  /// A section's lines, its heading included: first to last, the last excluded.
-  struct Range {
-    std::size_t first = 0;
-    std::size_t heading_lines = 0;
-    std::size_t last = 0;
+  /// The lines up to the next section; all but the first section start with their heading.
+  struct Section {
+    std::u16string name;
+    std::vector<Line> lines;
   };
 
   [[nodiscard]] std::u16string Decode(std::string_view bytes) const;
-  [[nodiscard]] std::string Encode(std::u16string_view characters) const;
-  [[nodiscard]] std::optional<Range> FindSection(std::u16string_view name) const;
-  [[nodiscard]] std::optional<std::size_t> FindKey(std::u16string_view section,
-                                                   std::u16string_view key) const;
-  void InsertLine(std::size_t index, std::u16string content);
+  [[nodiscard]] std::string Encode(const std::u16string& characters) const;
+  [[nodiscard]] std::vector<Section>::iterator FindSection(std::u16string_view name);
+  [[nodiscard]] Line* FindKey(std::u16string_view section, std::u16string_view key);
+
+  void InsertLine(std::vector<Line>& lines, std::size_t at, const std::u16string& content);
 
   std::string mark_;
   Encoding encoding_ = Encoding::kUtf8;
   bool is_whole_ = true;
-  std::vector<Line> lines_;
+  std::u16string end_;  // of the first line, and so of new ones
+  std::vector<Section> sections_{1};
 };
 
 }  // namespace quorvane

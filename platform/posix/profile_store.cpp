@@ -5,7 +5,6 @@
 
 #include "platform/posix/atomic_file.h"
 #include "platform/posix/desktop_places.h"
-#include "platform/posix/file_names.h"
 #include "platform/posix/profile_document.h"
 #include "platform/posix/system_text.h"
 
@@ -51,7 +50,7 @@ std::int32_t Read(const std::filesystem::path& file, const char* section, const 
   std::optional<std::string> bytes;
   // The calls that this stands in for give the default whatever the reason.
   static_cast<void>(ReadFile(file, bytes));
-  const ProfileDocument document(bytes.value_or(""));
+  ProfileDocument document(bytes.value_or(""));
   if (section == nullptr) return CopyList(JoinNames(document.SectionNames()), buffer, room);
   const std::u16string section_name = FromSystemPage(section);
   if (key == nullptr) return CopyList(JoinNames(document.KeyNames(section_name)), buffer, room);

@@ -23,14 +23,14 @@ std::u16string Plain(std::u16string_view path) {
   return plain;
 }
 
-// "%" and two digits for a byte that would be taken for something else.
-template <class NeedsNone>
-std::string Escaped(std::string_view bytes, NeedsNone needs_none) {
+// "%" and two digits for a byte that would be taken for something else; above 127 if so wanted.
+std::string Escaped(std::string_view bytes, bool high_ones_too) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string escaped;
   for (const char c : bytes) {
     const auto byte = static_cast<unsigned char>(c);
-    if (byte >= 0x20 && byte != 0x7F && c != '%' && needs_none(byte)) {
+    const bool is_plain = byte < 0x80 ? byte >= 0x20 && byte != 0x7F : !high_ones_too;
+    if (is_plain && c != '%' && c != '=' && c != '[') {
       escaped += c;
     } else {
       escaped.append({'%', kDigits[byte >> 4U], kDigits[byte & 15U]});
@@ -39,9 +39,7 @@ std::string Escaped(std::string_view bytes, NeedsNone needs_none) {
   return escaped;
 }
 
-std::string EscapedName(const std::u16string& name) {
-  return Escaped(ToUtf8(name), [](unsigned char byte) { return byte != '=' && byte != '['; });
-}
+std::string NameText(const std::u16string& name) { return Escaped(ToUtf8(name), false); }
 
 template <class Number>
 bool ReadNumber(std::string_view digits, int base, Number& number) {
@@ -135,11 +133,10 @@ bool RegistryTree::RemoveKey(std::u16string_view path) {
 std::string RegistryTree::Bytes() const {
   std::string bytes = std::string(kFirstLine) + '\n';
   for (const auto& [folded, key] : keys_) {
-    bytes += "[" + EscapedName(key.path) + "]\n";
+    bytes += "[" + NameText(key.path) + "]\n";
     for (const auto& [folded_name, value] : key.values) {
-      const auto is_ascii = [](unsigned char byte) { return byte < 0x80; };
-      bytes += EscapedName(value.name) + "=" + std::to_string(value.type) + ":" +
-               Escaped(value.data, is_ascii) + "\n";
+      bytes += NameText(value.name) + "=" + std::to_string(value.type) + ":" +
+               Escaped(value.data, true) + "\n";
     }
   }
   return bytes.append(kLastLine) + '\n';

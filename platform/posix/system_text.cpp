@@ -1,9 +1,13 @@
 #include "platform/posix/system_text.h"
 
+#include <algorithm>
+
 #include "platform/system_code_page.h"
 #include "runtime/utf8.h"
 
 namespace quorvane {
+
+constexpr char16_t kByteMark = 0xDC00;
 
 std::u16string FromSystemPage(std::string_view bytes) { return systemCodePage().FromBytes(bytes); }
 
@@ -11,10 +15,33 @@ std::string ToSystemPage(std::u16string_view characters) {
   return systemCodePage().ToBytes(characters);
 }
 
-std::string SystemPageToUtf8(std::string_view bytes) { return ToUtf8(Text(FromSystemPage(bytes))); }
-
 std::string Utf8ToSystemPage(std::string_view utf8) {
   return ToSystemPage(FromUtf8(utf8).Characters());
+}
+
+Text FileNameFrom(std::string_view bytes) {
+  Text name = FromUtf8(bytes);
+  if (ToUtf8(name) == bytes) return name;
+  std::u16string characters;
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
+    characters += static_cast<char16_t>(byte < 0x80 ? byte : kByteMark + byte);
+  }
+  return characters;
+}
+
+std::string SystemFileName(std::u16string_view name) {
+  name = name.substr(0, name.find(u'\0'));
+  std::string bytes;
+  while (!name.empty()) {
+    const bool is_pair = name.size() > 1 && (name[0] & 0xFC00) == 0xD800;
+    const bool is_byte = name[0] >= kByteMark + 0x80 && name[0] <= kByteMark + 0xFF;
+    const std::u16string_view character = name.substr(0, is_pair ? 2 : 1);
+    bytes += is_byte ? std::string(1, static_cast<char>(name[0])) : ToUtf8(Text(character));
+    name.remove_prefix(character.size());
+  }
+  std::ranges::replace(bytes, '\\', '/');
+  return bytes;
 }
 
 }  // namespace quorvane

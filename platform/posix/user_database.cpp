@@ -6,57 +6,48 @@
 #include <unistd.h>
 
 #include <array>
-#include <cerrno>
-#include <vector>
+#include <memory>
 
 namespace quorvane {
 namespace {
 
-// Calls with more and more room until the entry's texts fit; null when there is no such entry.
-template <class Entry, class Lookup>
-const Entry* FindEntry(Entry& entry, std::vector<char>& room, Lookup lookup) {
-  constexpr std::size_t kLargestRoom = std::size_t{1} << 24;
-  Entry* found = nullptr;
-  for (room.resize(1024); room.size() <= kLargestRoom; room.resize(room.size() * 2)) {
-    const int result = lookup(&entry, room.data(), room.size(), &found);
-    if (result == 0) return found;
-    if (result != ERANGE) return nullptr;
-  }
-  return nullptr;
-}
+// Enough for the texts of any entry: those of a group of a hundred thousand members, say. What is
+// not used of it costs nothing.
+constexpr std::size_t kRoom = std::size_t{1} << 21;
 
-template <class Lookup>
-std::optional<User> UserBy(Lookup lookup) {
-  passwd entry{};
-  std::vector<char> room;
-  const passwd* const found = FindEntry(entry, room, lookup);
+auto MakeRoom() { return std::make_unique_for_overwrite<char[]>(kRoom); }
+
+std::optional<User> UserFrom(const passwd* found) {
   if (found == nullptr) return std::nullopt;
   return User{found->pw_name, found->pw_dir, found->pw_uid};
 }
 
 }  // namespace
 
+// Each call gives a null entry where it fails.
+
 std::optional<User> CurrentUser() {
-  return UserBy([](passwd* entry, char* room, std::size_t size, passwd** found) {
-    return ::getpwuid_r(::geteuid(), entry, room, size, found);
-  });
+  passwd entry{};
+  passwd* found = nullptr;
+  const auto room = MakeRoom();
+  ::getpwuid_r(::geteuid(), &entry, room.get(), kRoom, &found);
+  return UserFrom(found);
 }
 
 std::optional<User> FindUser(const std::string& name) {
-  return UserBy([&](passwd* entry, char* room, std::size_t size, passwd** found) {
-    return ::getpwnam_r(name.c_str(), entry, room, size, found);
-  });
+  passwd entry{};
+  passwd* found = nullptr;
+  const auto room = MakeRoom();
+  ::getpwnam_r(name.c_str(), &entry, room.get(), kRoom, &found);
+  return UserFrom(found);
 }
 
 std::optional<std::uint32_t> FindGroup(const std::string& name) {
   group entry{};
-  std::vector<char> room;
-  const group* const found =
-      FindEntry(entry, room, [&](group* e, char* r, std::size_t size, group** f) {
-        return ::getgrnam_r(name.c_str(), e, r, size, f);
-      });
-  if (found == nullptr) return std::nullopt;
-  return found->gr_gid;
+  group* found = nullptr;
+  const auto room = MakeRoom();
+  ::getgrnam_r(name.c_str(), &entry, room.get(), kRoom, &found);
+  return found != nullptr ? std::optional(entry.gr_gid) : std::nullopt;
 }
 
 std::string HostName() {

@@ -25,14 +25,6 @@ std::string HttpProxyIn(std::string_view list) {
   return {};
 }
 
-bool NamesHeader(std::string_view lines, std::string_view lower_case_name) {
-  const auto equal_ignoring_case = [](char a, char b) {
-    return (a >= 'A' && a <= 'Z' ? static_cast<char>(a + ('a' - 'A')) : a) == b;
-  };
-  return std::search(lines.begin(), lines.end(), lower_case_name.begin(), lower_case_name.end(),
-                     equal_ignoring_case) != lines.end();
-}
-
 bool InitializeLibrary() {
   static const CURLcode kResult = curl_global_init(CURL_GLOBAL_DEFAULT);
   return kResult == CURLE_OK;
@@ -75,31 +67,23 @@ bool WebExchange::Read(char* buffer, std::size_t size, std::size_t& count) {
 
 web_client::Reason WebExchange::Failure() const {
   using web_client::Reason;
-  switch (outcome_) {
-    case CURLE_OPERATION_TIMEDOUT:
-      return Reason::kTimeOut;
-    case CURLE_URL_MALFORMAT:
-      return Reason::kInvalidUrl;
-    case CURLE_UNSUPPORTED_PROTOCOL:
-      return Reason::kUnrecognizedScheme;
-    case CURLE_COULDNT_RESOLVE_HOST:
-    case CURLE_COULDNT_RESOLVE_PROXY:
-      return Reason::kNameNotResolved;
-    case CURLE_COULDNT_CONNECT:
-      return Reason::kCannotConnect;
-    case CURLE_GOT_NOTHING:
-    case CURLE_PARTIAL_FILE:
-      return Reason::kConnectionAborted;
-    case CURLE_SEND_ERROR:
-    case CURLE_RECV_ERROR:
-      return Reason::kConnectionReset;
-    case CURLE_WEIRD_SERVER_REPLY:
-      return Reason::kInvalidServerResponse;
-    case CURLE_TOO_MANY_REDIRECTS:
-      return Reason::kRedirectFailed;
-    default:
-      return Reason::kInternalError;
+  constexpr std::pair<CURLcode, Reason> kReasons[] = {
+      {CURLE_OPERATION_TIMEDOUT, Reason::kTimeOut},
+      {CURLE_URL_MALFORMAT, Reason::kInvalidUrl},
+      {CURLE_UNSUPPORTED_PROTOCOL, Reason::kUnrecognizedScheme},
+      {CURLE_COULDNT_RESOLVE_HOST, Reason::kNameNotResolved},
+      {CURLE_COULDNT_RESOLVE_PROXY, Reason::kNameNotResolved},
+      {CURLE_COULDNT_CONNECT, Reason::kCannotConnect},
+      {CURLE_GOT_NOTHING, Reason::kConnectionAborted},
+      {CURLE_PARTIAL_FILE, Reason::kConnectionAborted},
+      {CURLE_SEND_ERROR, Reason::kConnectionReset},
+      {CURLE_RECV_ERROR, Reason::kConnectionReset},
+      {CURLE_WEIRD_SERVER_REPLY, Reason::kInvalidServerResponse},
+      {CURLE_TOO_MANY_REDIRECTS, Reason::kRedirectFailed}};
+  for (const auto& [outcome, reason] : kReasons) {
+    if (outcome == outcome_) return reason;
   }
+  return Reason::kInternalError;
 }
 
 bool WebExchange::Prepare(std::string_view body) {
@@ -163,11 +147,11 @@ void WebExchange::SetHeaders() {
     if (end > 0) add(std::string(lines.substr(0, end)));
     lines.remove_prefix(std::min(end + 2, lines.size()));
   }
-  // A name without a value keeps libcurl from adding that header by itself.
+  // A name without a value keeps libcurl from adding that header by itself, not one from above.
   add("Accept:");
   add("Expect:");
   add("Proxy-Connection:");
-  if (!NamesHeader(request_.headers, "content-type:")) add("Content-Type:");
+  add("Content-Type:");
 }
 
 // Lets libcurl work until something has happened: at most one receive buffer arrives.

@@ -58,17 +58,9 @@ class WebExchange {
   [[nodiscard]] web_client::Reason Failure() const;
 
  private:
-  struct FreeEasy {
-    void operator()(CURL* easy) const { curl_easy_cleanup(easy); }
-  };
-  struct FreeMulti {
-    void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
-  };
-  struct FreeList {
-    void operator()(curl_slist* list) const { curl_slist_free_all(list); }
-  };
-  struct FreeUrl {
-    void operator()(CURLU* url) const { curl_url_cleanup(url); }
+  template <auto Free>
+  struct FreedBy {
+    void operator()(auto* object) const { Free(object); }
   };
 
   static std::size_t OnBody(char* data, std::size_t size, std::size_t count, void* self);
@@ -89,10 +81,10 @@ class WebExchange {
   }
 
   WebRequest request_;
-  std::unique_ptr<curl_slist, FreeList> headers_;
-  std::unique_ptr<CURLU, FreeUrl> address_;
-  std::unique_ptr<CURL, FreeEasy> easy_;
-  std::unique_ptr<CURLM, FreeMulti> multi_;
+  std::unique_ptr<curl_slist, FreedBy<curl_slist_free_all>> headers_;
+  std::unique_ptr<CURLU, FreedBy<curl_url_cleanup>> address_;
+  std::unique_ptr<CURL, FreedBy<curl_easy_cleanup>> easy_;
+  std::unique_ptr<CURLM, FreedBy<curl_multi_cleanup>> multi_;
   std::string arrived_;    // one receive buffer of the body
   std::size_t taken_ = 0;  // how much of it was read
   std::int64_t received_ = 0;

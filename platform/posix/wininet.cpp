@@ -1,6 +1,7 @@
 #include "platform/wininet.h"
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <map>
 #include <memory>
@@ -8,7 +9,6 @@
 #include <new>
 #include <string>
 #include <utility>
-#include <variant>
 
 #include "platform/posix/web_exchange.h"
 
@@ -20,34 +20,24 @@ namespace {
 using web_client::Reason;
 using web_client::TimeOuts;
 
-// What a handle stands for. Each kind holds all that the kinds before it were told.
-struct Session {
-  WebRequest so_far;
-};
-struct Connection {
-  WebRequest so_far;
-};
-struct Request {
+// What a handle stands for; each kind holds all that the kinds before it were told.
+enum class Kind { kSession, kConnection, kRequest };
+struct Object {
+  Kind kind;
   WebRequest so_far;
   std::unique_ptr<WebExchange> exchange;  // once sent
 };
-using Object = std::variant<Session, Connection, Request>;
 
 // NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables): as the library keeps them
-std::mutex time_outs_mutex;
-TimeOuts time_outs;
+std::atomic connect_time_out = TimeOuts().connect;
+std::atomic silence_time_out = TimeOuts().silence;
 thread_local Reason last_failure = Reason::kNone;
 // NOLINTEND(cppcoreguidelines-avoid-non-const-global-variables)
 
-TimeOuts CurrentTimeOuts() {
-  const std::lock_guard guard(time_outs_mutex);
-  return time_outs;
-}
-
-// Gives what a failed call gives.
-bool FailWith(Reason reason) {
+// Gives what a failed call gives, a handle or a result.
+std::uint8_t FailWith(Reason reason) {
   last_failure = reason;
-  return false;
+  return 0;
 }
 
 std::string TextOf(const char* text) { return text == nullptr ? "" : text; }
@@ -55,32 +45,26 @@ std::string TextOf(const char* text) { return text == nullptr ? "" : text; }
 // Shared by all threads, as handles are; an object itself is used by one call at a time.
 class HandleTable {
  public:
-  InternetHandle Add(Object object) {
+  InternetHandle Add(Kind kind, WebRequest so_far) {
     const std::lock_guard guard(mutex_);
-    objects_.emplace(++latest_, std::make_shared<Object>(std::move(object)));
+    objects_.emplace(++latest_, std::make_shared<Object>(Object{kind, std::move(so_far), {}}));
     return latest_;
   }
 
   /// The object of that kind, kept alive even if the handle is closed meanwhile; else null.
-  template <class Kind>
-  std::shared_ptr<Kind> Find(InternetHandle handle) {
+  std::shared_ptr<Object> Find(InternetHandle handle, Kind kind) {
     const std::lock_guard guard(mutex_);
     const auto found = objects_.find(handle);
-    Kind* const object = found != objects_.end() ? std::get_if<Kind>(found->second.get()) : nullptr;
-    if (object != nullptr) return {found->second, object};
+    if (found != objects_.end() && found->second->kind == kind) return found->second;
     last_failure = Reason::kInvalidHandle;
     return nullptr;
   }
 
-  bool Remove(InternetHandle handle) {
-    // Ended behind the lock: closing an exchange may take a while.
-    std::shared_ptr<Object> ended;
+  /// Gives the object back, since ending an exchange may take a while; null for no handle.
+  std::shared_ptr<Object> Remove(InternetHandle handle) {
     const std::lock_guard guard(mutex_);
-    const auto found = objects_.find(handle);
-    if (found == objects_.end()) return FailWith(Reason::kInvalidHandle);
-    ended = std::move(found->second);
-    objects_.erase(found);
-    return true;
+    const auto taken = objects_.extract(handle);
+    return taken ? taken.mapped() : nullptr;
   }
 
  private:
@@ -97,49 +81,49 @@ class CurlWinInet final : public WinInet {
     if (uses_proxy ? proxy == nullptr : access_type != kOpenTypePreconfig) {
       return FailWith(Reason::kInvalidParameter);
     }
-    Session session;
-    session.so_far.agent = TextOf(agent);
-    session.so_far.uses_proxy = uses_proxy;
-    session.so_far.proxy = TextOf(proxy);
-    return handles_.Add(std::move(session));
+    WebRequest so_far;
+    so_far.agent = TextOf(agent);
+    so_far.uses_proxy = uses_proxy;
+    so_far.proxy = TextOf(proxy);
+    return handles_.Add(Kind::kSession, std::move(so_far));
   }
 
   InternetHandle InternetConnectA(InternetHandle internet, const char* server, std::int16_t port,
                                   const char* user_name, const char* password,
                                   std::uint32_t service, std::uint32_t /*flags*/,
                                   std::uintptr_t /*context*/) override {
-    const auto session = handles_.Find<Session>(internet);
+    const auto session = handles_.Find(internet, Kind::kSession);
     if (!session) return 0;
     if (server == nullptr || *server == '\0' || service != kServiceHttp) {
       return FailWith(Reason::kInvalidParameter);
     }
-    Connection connection{session->so_far};
-    connection.so_far.server = server;
-    connection.so_far.port = static_cast<std::uint16_t>(port);
-    connection.so_far.user_name = TextOf(user_name);
-    connection.so_far.password = TextOf(password);
-    return handles_.Add(std::move(connection));
+    WebRequest so_far = session->so_far;
+    so_far.server = server;
+    so_far.port = static_cast<std::uint16_t>(port);
+    so_far.user_name = TextOf(user_name);
+    so_far.password = TextOf(password);
+    return handles_.Add(Kind::kConnection, std::move(so_far));
   }
 
   InternetHandle HttpOpenRequestA(InternetHandle connection, const char* verb,
                                   const char* object_name, const char* version,
                                   const char* /*referrer*/, const char* const* /*accept_types*/,
                                   std::uint32_t /*flags*/, std::uintptr_t /*context*/) override {
-    const auto parent = handles_.Find<Connection>(connection);
+    const auto parent = handles_.Find(connection, Kind::kConnection);
     if (!parent) return 0;
     // The one kind of request that the stand-in knows.
     if (TextOf(verb) != "POST" || TextOf(version) != "HTTP/1.0") {
       return FailWith(Reason::kInvalidParameter);
     }
-    Request request{parent->so_far, nullptr};
-    request.so_far.object_name = TextOf(object_name);
-    return handles_.Add(std::move(request));
+    WebRequest so_far = parent->so_far;
+    so_far.object_name = TextOf(object_name);
+    return handles_.Add(Kind::kRequest, std::move(so_far));
   }
 
   std::int32_t HttpAddRequestHeadersA(InternetHandle request, const char* headers,
                                       std::uint32_t headers_length,
                                       std::uint32_t modifiers) override {
-    const auto found = handles_.Find<Request>(request);
+    const auto found = handles_.Find(request, Kind::kRequest);
     if (!found) return 0;
     // Replacing is all there is, and all headers come in one call.
     if (headers == nullptr || modifiers != (kAddHeader | kReplaceHeader)) {
@@ -152,30 +136,30 @@ class CurlWinInet final : public WinInet {
   std::int32_t HttpSendRequestA(InternetHandle request, const char* headers,
                                 std::uint32_t headers_length, const char* body,
                                 std::uint32_t body_length) override {
-    const auto found = handles_.Find<Request>(request);
+    const auto found = handles_.Find(request, Kind::kRequest);
     if (!found) return 0;
     if (headers != nullptr || headers_length != 0) return FailWith(Reason::kInvalidParameter);
     const std::string_view bytes =
         body == nullptr ? std::string_view() : std::string_view(body, body_length);
-    found->so_far.time_outs = CurrentTimeOuts();
+    found->so_far.time_outs = {connect_time_out, silence_time_out};
     found->exchange = std::make_unique<WebExchange>(found->so_far);
-    return found->exchange->Send(bytes) || FailWith(found->exchange->Failure());
+    return found->exchange->Send(bytes) ? 1 : FailWith(found->exchange->Failure());
   }
 
   std::int32_t InternetReadFile(InternetHandle request, char* buffer, std::uint32_t size,
                                 std::uint32_t& count) override {
     count = 0;
-    const auto found = handles_.Find<Request>(request);
+    const auto found = handles_.Find(request, Kind::kRequest);
     if (!found) return 0;
     if (!found->exchange) return FailWith(Reason::kInvalidParameter);
     std::size_t read = 0;
     const bool succeeded = found->exchange->Read(buffer, size, read);
     count = static_cast<std::uint32_t>(read);
-    return succeeded || FailWith(found->exchange->Failure());
+    return succeeded ? 1 : FailWith(found->exchange->Failure());
   }
 
   std::int32_t InternetCloseHandle(InternetHandle handle) override {
-    return handles_.Remove(handle) ? 1 : 0;
+    return handles_.Remove(handle) ? 1 : FailWith(Reason::kInvalidHandle);
   }
 
  private:
@@ -184,9 +168,9 @@ class CurlWinInet final : public WinInet {
 
 }  // namespace
 
-void web_client::SetTimeOuts(TimeOuts given) {
-  const std::lock_guard guard(time_outs_mutex);
-  time_outs = given;
+void web_client::SetTimeOuts(TimeOuts time_outs) {
+  connect_time_out = time_outs.connect;
+  silence_time_out = time_outs.silence;
 }
 
 Reason web_client::LastFailure() { return last_failure; }

@@ -1,6 +1,6 @@
 #include "programs/quorvane/file_name.h"
 
-#include "platform/posix/file_names.h"
+#include "platform/posix/system_text.h"
 
 namespace quorvane::examples {
 

@@ -11,7 +11,7 @@
 
 #include "platform/files.h"
 #include "platform/posix/file_errors.h"
-#include "platform/posix/file_names.h"
+#include "platform/posix/system_text.h"
 #include "tests/support/fresh_thread.h"
 #include "tests/support/raises.h"
 #include "tests/support/sample_bytes.h"

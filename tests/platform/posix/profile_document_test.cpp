@@ -56,7 +56,7 @@ TEST(ProfileDocument, WritesTheLineEndThatTheFileHas) {
 }
 
 TEST(ProfileDocument, TakesComments) {
-  const ProfileDocument document("[x]\n;b=1\n ; b=2\n#b=3\nb=4\n");
+  ProfileDocument document("[x]\n;b=1\n ; b=2\n#b=3\nb=4\n");
   EXPECT_EQ(document.Value(u"x", u"b"), u"4");
   EXPECT_EQ(document.Value(u"x", u"#b"), u"3");
   EXPECT_EQ(document.KeyNames(u"x"), (std::vector<std::u16string>{u"#b", u"b"}));
@@ -112,7 +112,7 @@ TEST(ProfileDocument, HasNoBytesWhereItCouldNotKeepThoseItWasGiven) {
 }
 
 TEST(ProfileDocument, FoldsLettersOfEveryScript) {
-  const ProfileDocument document(
+  ProfileDocument document(
       "[\xD0\x96\xC3\xA9]\nstra\xC3\x9F"
       "e=1\n");
   EXPECT_EQ(document.Value(u"\u0436\u00C9", u"STRA\u00DFE"), u"1");
