@@ -1,4 +1,9 @@
-# What every target of the house shares: warnings as errors, repeatable output, and the two kinds of target.
+# What every target of the house shares: the version, warnings as errors, repeatable output, and the two kinds of target.
+
+# The version as users read it, two digits of the minor number and four of the revision: 3.9.1 is 3.09.0001.
+string(REGEX REPLACE "^0*(..)$" "\\1" quorvane_minor "0${PROJECT_VERSION_MINOR}")
+string(REGEX REPLACE "^0*(....)$" "\\1" quorvane_revision "000${PROJECT_VERSION_PATCH}")
+set(QUORVANE_VERSION_TEXT "${PROJECT_VERSION_MAJOR}.${quorvane_minor}.${quorvane_revision}")
 # None of it reaches a program that takes the rooms as a library: see quorvane_room.
 
 add_library(quorvane_options INTERFACE)

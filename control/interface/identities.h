@@ -190,8 +190,6 @@ inline constexpr std::uint16_t kToolboxBitmapResource = 30000;  ///< 16 by 15 pi
 inline constexpr std::uint16_t kControlIconResource = 30001;    ///< 32 by 32 pixels, 16 colours
 inline constexpr std::uint16_t kVersionResource = 1;
 
-inline constexpr char kVersionText[] = "3.09.0001";  // of file and product
-inline constexpr std::array<std::uint16_t, 4> kVersionNumbers{3, 9, 0, 1};
 inline constexpr std::uint16_t kVersionCodePage = 0x04B0;  ///< with kLocale the block "040904B0"
 
 }  // namespace quorvane::identities

@@ -57,7 +57,7 @@ function(quorvane_module_resources target)
   set(pictures ${quorvane_wing}/resources)
   add_custom_command(
     OUTPUT ${parts} ${texts}
-    COMMAND ${make_resources} ${pictures} ${made}
+    COMMAND ${make_resources} ${QUORVANE_VERSION_TEXT} ${pictures} ${made}
     DEPENDS ${make_resources} ${pictures}/toolbox.txt ${pictures}/control.txt
     COMMENT "Writing the type library, id tables, interface texts and pictures" VERBATIM)
 

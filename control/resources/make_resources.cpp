@@ -1,10 +1,10 @@
-// Usage: make_resources IMAGES OUTPUT
+// Usage: make_resources VERSION IMAGES OUTPUT
 //
 // Writes into the folder OUTPUT everything that is made from identities.h: what QuorvaneSecurity.rc
 // takes up (the type library, the two tables of interface ids, the images made from the texts in
-// the folder IMAGES, and identities.rh with the numbers and texts), the interface definition
-// QuorvaneSecurity.idl, and the two C++ headers of the interface under their paths from the root of
-// the repository. Runs on the building machine.
+// the folder IMAGES, and identities.rh with the numbers and texts and with VERSION, such as
+// 3.09.0001), the interface definition QuorvaneSecurity.idl, and the two C++ headers of the
+// interface under their paths from the root of the repository. Runs on the building machine.
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -64,7 +64,18 @@ std::string Hex4(std::uint32_t number) {
   return text;
 }
 
-Bytes Definitions() {
+// "3.09.0001" as the four numbers 3,9,0,1.
+std::string VersionNumbers(const std::string& version) {
+  unsigned major = 0, minor = 0, revision = 0;
+  int length = 0;
+  const int count =
+      std::sscanf(version.c_str(), "%1u.%2u.%4u%n", &major, &minor, &revision, &length);
+  if (count != 3 || length != 9 || version.size() != 9)
+    throw std::runtime_error("the version " + version + " is not of the form 3.09.0001");
+  return std::to_string(major) + "," + std::to_string(minor) + ",0," + std::to_string(revision);
+}
+
+Bytes Definitions(const std::string& version) {
   using namespace identities;
   Bytes text;
   auto define = [&](const std::string& name, const std::string& value) {
@@ -73,10 +84,6 @@ Bytes Definitions() {
   auto define_text = [&](const std::string& name, const std::string& value) {
     define(name, "\"" + value + "\"");
   };
-  std::string numbers;
-  for (std::uint16_t number : kVersionNumbers) {
-    numbers += (numbers.empty() ? "" : ",") + std::to_string(number);
-  }
   text.PutText("// Made from control/interface/identities.h.\n");
   define("TYPE_LIBRARY", std::to_string(kTypeLibraryResource));
   define("ID_TABLE", std::to_string(kIdTableResource));
@@ -85,23 +92,23 @@ Bytes Definitions() {
   define("TOOLBOX_BITMAP", std::to_string(kToolboxBitmapResource));
   define("CONTROL_ICON", std::to_string(kControlIconResource));
   define("MODULE_VERSION", std::to_string(kVersionResource));
-  define("VERSION_NUMBERS", numbers);
+  define("VERSION_NUMBERS", VersionNumbers(version));
   define("VERSION_LANGUAGE", "0x" + Hex4(kLocale));
   define("VERSION_CODE_PAGE", "0x" + Hex4(kVersionCodePage));
   define_text("VERSION_BLOCK", Hex4(kLocale) + Hex4(kVersionCodePage));
-  define_text("VERSION_TEXT", kVersionText);
+  define_text("VERSION_TEXT", version);
   define_text("MODULE_NAME", kModuleName);
   define_text("MODULE_FILE_NAME", kModuleFileName);
   return text;
 }
 
-void MakeResources(const std::string& images) {
+void MakeResources(const std::string& version, const std::string& images) {
   Write("QuorvaneSecurity.tlb", typelib::ControlLibrary());
   Write("interface_ids.bin", IdTable(&identities::Generation::interface_id));
   Write("source_ids.bin", IdTable(&identities::Generation::source_id));
   Write("toolbox.bmp", resources::BitmapFile(ImageIn(images + "/toolbox.txt")));
   Write("control.ico", resources::IconFile(ImageIn(images + "/control.txt")));
-  Write("identities.rh", Definitions());
+  Write("identities.rh", Definitions(version));
   Write("QuorvaneSecurity.idl", resources::InterfaceDefinition());
   Write("control/interface/security_ctrl.h", resources::InterfaceHeader());
   Write("control/object/security_ctrl_members.h", resources::MembersHeader());
@@ -110,13 +117,13 @@ void MakeResources(const std::string& images) {
 }  // namespace
 
 int main(int argument_count, char** arguments) {
-  if (argument_count != 3) {
-    std::fputs("usage: make_resources IMAGES OUTPUT\n", stderr);
+  if (argument_count != 4) {
+    std::fputs("usage: make_resources VERSION IMAGES OUTPUT\n", stderr);
     return 2;
   }
-  output_folder = arguments[2];
+  output_folder = arguments[3];
   try {
-    MakeResources(arguments[1]);
+    MakeResources(arguments[1], arguments[2]);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "make_resources: %s\n", error.what());
     return 1;

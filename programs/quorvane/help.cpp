@@ -12,7 +12,7 @@ namespace quorvane::examples {
 namespace {
 
 // The version block of the module bears the same text.
-constexpr const char* kVersion = "3.09.0001";
+constexpr const char* kVersion = QUORVANE_VERSION_TEXT;
 
 constexpr Option kHelpOption{"--help", nullptr, "shows this help", 'h'};
 

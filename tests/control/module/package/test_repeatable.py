@@ -10,6 +10,7 @@ from pathlib import Path
 from module_under_test import SOURCES, resource
 
 PROGRAM = os.environ["QUORVANE_MAKE_RESOURCES"]
+VERSION = "3.09.0001"
 PICTURES = SOURCES / "control/resources"
 FILES = ["QuorvaneSecurity.idl", "QuorvaneSecurity.tlb", "control.ico", "control/interface/security_ctrl.h",
          "control/object/security_ctrl_members.h", "identities.rh", "interface_ids.bin", "source_ids.bin",
@@ -21,7 +22,7 @@ def run(*arguments):
 
 
 def made(folder):
-    result = run(PICTURES, folder)
+    result = run(VERSION, PICTURES, folder)
     if result.returncode:
         raise RuntimeError(result.stderr)
     return {str(path.relative_to(folder)): path.read_bytes() for path in Path(folder).rglob("*") if path.is_file()}
@@ -43,7 +44,10 @@ class MakeResources(unittest.TestCase):
 
     def test_says_what_is_missing_and_fails(self):
         with tempfile.TemporaryDirectory() as folder:
-            for arguments, reason in (((folder, folder), "cannot read"), ((PICTURES, folder + "/none"), "cannot write")):
+            for arguments, reason in (((VERSION, folder, folder), "cannot read"),
+                                      ((VERSION, PICTURES, folder + "/none"), "cannot write"),
+                                      (("3.9.1", PICTURES, folder), "is not of the form"),
+                                      (("3.09.00012", PICTURES, folder), "is not of the form")):
                 result = run(*arguments)
                 self.assertEqual(result.returncode, 1)
                 self.assertIn(reason, result.stderr)

@@ -1,5 +1,6 @@
 """What the module carries beside its code: the two id tables, the pictures and the version block."""
 
+import re
 import struct
 import unittest
 import uuid
@@ -111,6 +112,13 @@ class VersionBlock(unittest.TestCase):
             self.assertEqual(strings[key], text)
         for key in ("CompanyName", "FileDescription", "LegalCopyright", "LegalTrademarks", "ProductName"):
             self.assertTrue(strings[key], key)
+
+    def test_is_that_of_the_build_and_of_the_latest_changes(self):
+        major, minor, revision = re.search(r"VERSION (\d+)\.(\d+)\.(\d+) LANGUAGES",
+                                           (SOURCES / "CMakeLists.txt").read_text(encoding="utf-8")).groups()
+        version = self.strings()["FileVersion"]
+        self.assertEqual(version, f"{major}.{minor:0>2}.{revision:0>4}")
+        self.assertEqual(re.search(r"^## (\S+)", (SOURCES / "CHANGELOG.md").read_text(encoding="utf-8"), re.M)[1], version)
 
     def test_marks_a_self_registering_server_by_an_empty_entry(self):
         self.assertEqual(self.strings()["OLESelfRegister"], "")
