@@ -13,12 +13,12 @@
 namespace quorvane::benchmarks {
 namespace {
 
-char16_t Small(char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c; }
+char16_t ToLower(char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c; }
 
 std::size_t PlainFind(const std::u16string& text, const std::u16string& find, std::size_t from) {
   for (std::size_t place = from; place + find.size() <= text.size(); ++place) {
     std::size_t same = 0;
-    while (same < find.size() && Small(text[place + same]) == Small(find[same])) ++same;
+    while (same < find.size() && ToLower(text[place + same]) == ToLower(find[same])) ++same;
     if (same == find.size()) return place;
   }
   return std::u16string::npos;

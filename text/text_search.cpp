@@ -7,28 +7,28 @@
 namespace quorvane {
 namespace {
 
-bool IsCapital(char16_t c) { return c >= u'A' && c <= u'Z'; }
-char16_t Small(char16_t c) { return IsCapital(c) ? static_cast<char16_t>(c + (u'a' - u'A')) : c; }
+bool IsUpper(char16_t c) { return c >= u'A' && c <= u'Z'; }
+char16_t ToLower(char16_t c) { return IsUpper(c) ? static_cast<char16_t>(c + (u'a' - u'A')) : c; }
 
-char16_t Capital(char16_t c) {
-  const bool is_small = c >= u'a' && c <= u'z';
-  return is_small ? static_cast<char16_t>(c - (u'a' - u'A')) : c;
+char16_t ToUpper(char16_t c) {
+  const bool is_lower = c >= u'a' && c <= u'z';
+  return is_lower ? static_cast<char16_t>(c - (u'a' - u'A')) : c;
 }
 
-std::u16string InSmallLetters(std::u16string_view plain_text) {
-  std::u16string small(plain_text);
-  std::ranges::transform(small, small.begin(), Small);
-  return small;
+std::u16string InLowerCase(std::u16string_view plain_text) {
+  std::u16string lower(plain_text);
+  std::ranges::transform(lower, lower.begin(), ToLower);
+  return lower;
 }
 
 // The failure function of Knuth, Morris and Pratt: at each index the length of the longest proper
 // prefix that is also a suffix of what stands in front of that index.
-std::vector<std::uint16_t> FallbackOf(const std::u16string& sought) {
-  std::vector<std::uint16_t> fallback(sought.size(), 0);
+std::vector<std::uint16_t> FallbackOf(const std::u16string& needle) {
+  std::vector<std::uint16_t> fallback(needle.size(), 0);
   std::uint16_t matched = 0;
-  for (std::size_t i = 1; i + 1 < sought.size(); ++i) {
-    while (matched > 0 && sought[i] != sought[matched]) matched = fallback[matched];
-    if (sought[i] == sought[matched]) ++matched;
+  for (std::size_t i = 1; i + 1 < needle.size(); ++i) {
+    while (matched > 0 && needle[i] != needle[matched]) matched = fallback[matched];
+    if (needle[i] == needle[matched]) ++matched;
     fallback[i + 1] = matched;
   }
   return fallback;
@@ -43,30 +43,30 @@ bool IsPlainAscii(std::u16string_view text) {
 
 }  // namespace
 
-TextSearch::TextSearch(std::u16string_view text, std::u16string_view sought,
+TextSearch::TextSearch(std::u16string_view text, std::u16string_view needle,
                        const Collation& collation)
     : text_(text),
-      sought_(sought),
+      needle_(needle),
       collation_(collation),
-      is_plain_(collation.FoldsAsciiPlainly() && IsPlainAscii(sought) && IsPlainAscii(text)),
-      is_empty_(EqualsEmpty(text) || EqualsEmpty(sought)) {
+      is_plain_(collation.FoldsAsciiPlainly() && IsPlainAscii(needle) && IsPlainAscii(text)),
+      is_empty_(EqualsEmpty(text) || EqualsEmpty(needle)) {
   if (is_empty_) return;
-  length_ = NarrowTo16(sought.size());
+  length_ = NarrowTo16(needle.size());
   if (!is_plain_) return;
-  small_sought_ = InSmallLetters(sought);
-  fallback_ = FallbackOf(small_sought_);
+  lower_needle_ = InLowerCase(needle);
+  fallback_ = FallbackOf(lower_needle_);
 }
 
 bool TextSearch::EqualsEmpty(std::u16string_view text) const {
   return is_plain_ ? text.empty() : collation_.AreEqual(text, {});
 }
 
-// The next place, from one on, that may begin an occurrence: it holds the first character sought.
+// The next place, from one on, that may begin an occurrence: it holds the needle's first character.
 std::size_t TextSearch::FindFirst(std::size_t from) const {
-  const char16_t small = small_sought_.front();
-  const char16_t capital = Capital(small);
+  const char16_t lower = lower_needle_.front();
+  const char16_t upper = ToUpper(lower);
   std::size_t i = from;
-  while (i < text_.size() && text_[i] != small && text_[i] != capital) ++i;
+  while (i < text_.size() && text_[i] != lower && text_[i] != upper) ++i;
   return i;
 }
 
@@ -75,17 +75,17 @@ std::size_t TextSearch::FindPlain(std::size_t from) const {
   for (std::size_t i = from; i < text_.size(); ++i) {
     if (matched == 0) i = FindFirst(i);
     if (i == text_.size()) break;
-    const char16_t c = Small(text_[i]);
-    while (matched > 0 && c != small_sought_[matched]) matched = fallback_[matched];
-    if (c == small_sought_[matched]) ++matched;
-    if (matched == small_sought_.size()) return i + 1 - matched;
+    const char16_t c = ToLower(text_[i]);
+    while (matched > 0 && c != lower_needle_[matched]) matched = fallback_[matched];
+    if (c == lower_needle_[matched]) ++matched;
+    if (matched == lower_needle_.size()) return i + 1 - matched;
   }
   return kNone;
 }
 
 std::size_t TextSearch::FindCollated(std::size_t from) const {
-  for (std::size_t i = from; i + sought_.size() <= text_.size(); ++i) {
-    if (collation_.AreEqual(text_.substr(i, sought_.size()), sought_)) return i;
+  for (std::size_t i = from; i + needle_.size() <= text_.size(); ++i) {
+    if (collation_.AreEqual(text_.substr(i, needle_.size()), needle_)) return i;
   }
   return kNone;
 }

@@ -5,7 +5,7 @@ namespace {
 
 // The count while the object is destroyed: whatever is called back then may take and give back
 // references without ending it again.
-constexpr LONG kGuarded = 0x4000'0000;
+constexpr LONG kBeingDestroyed = 0x4000'0000;
 
 }  // namespace
 
@@ -49,7 +49,7 @@ ULONG ControlObject::Release() {
   const LONG left = ::InterlockedDecrement(&references_);
   if (left == 0) {
     const ModuleLock until_all_is_done;
-    references_ = kGuarded;
+    references_ = kBeingDestroyed;
     delete this;
   }
   return static_cast<ULONG>(left);

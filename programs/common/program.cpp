@@ -35,7 +35,7 @@ int RunBody(Console& console, const std::function<int()>& body) {
 
 }  // namespace
 
-int Guard(Console& console, const std::function<int()>& body) {
+int ExitCodeOf(Console& console, const std::function<int()>& body) {
   try {
     const int exit_code = RunBody(console, body);
     console.Flush();

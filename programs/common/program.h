@@ -23,7 +23,7 @@ struct ExitCode {
 /// Runs a program's body and turns what it throws into one line on standard error and an exit code:
 /// UsageError (options.h) into kUsage with a hint at --help, anything else into kFailure. Output
 /// that could not be written is a failure, whatever the body returned.
-[[nodiscard]] int Guard(Console& console, const std::function<int()>& body);
+[[nodiscard]] int ExitCodeOf(Console& console, const std::function<int()>& body);
 
 /// Each program defines this one; main() stands in posix/ and windows/ and calls it with the words
 /// behind the program's name, in UTF-8. On Linux a word arrives byte for byte, so it may be no

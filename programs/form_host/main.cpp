@@ -16,27 +16,25 @@ namespace quorvane::examples {
 namespace {
 
 constexpr const char* kHelp =
-    "usage: form_host [--set NAME=VALUE]... [--save FILE] [--wait] FORM\n"
-    "       form_host --help\n"
-    "\n"
-    "Opens the saved form FORM, creates the control on it, loads it, shows its size and its seven\n"
-    "settings, changes some of them, saves the form, loads it into a new control to compare, and\n"
-    "asks for GetCRCValue.\n"
-    "\n"
-    "  --set NAME=VALUE  changes a setting: ServerAddress, ServerPort, ServerFile, UseProxy,\n"
-    "                    ProxyServer, UserName or Password; may be repeated\n"
-    "                    (without any: ServerPort=8081)\n"
-    "  --save FILE       writes the form to FILE, which may be FORM itself; else it is kept in\n"
-    "                    memory only\n"
-    "  --wait            keeps the form on the screen until Enter is pressed or standard input "
-    "ends\n"
-    "                    (without it: a moment); F1 opens the help file beside the module\n"
-    "\n"
-    "A form file holds one entry a line: Name = \"text\", Name = 8080, Name = True. Passwords show "
-    "as\n"
-    "asterisks here and stand in the file as plain text.\n"
-    "exit codes: 0 success; 1 a form file that cannot be used, or a run-time error; 2 wrong "
-    "usage\n";
+    R"(usage: form_host [--set NAME=VALUE]... [--save FILE] [--wait] FORM
+       form_host --help
+
+Opens the saved form FORM, creates the control on it, loads it, shows its size and its seven
+settings, changes some of them, saves the form, loads it into a new control to compare, and
+asks for GetCRCValue.
+
+  --set NAME=VALUE  changes a setting: ServerAddress, ServerPort, ServerFile, UseProxy,
+                    ProxyServer, UserName or Password; may be repeated
+                    (without any: ServerPort=8081)
+  --save FILE       writes the form to FILE, which may be FORM itself; else it is kept in
+                    memory only
+  --wait            keeps the form on the screen until Enter is pressed or standard input ends
+                    (without it: a moment); F1 opens the help file beside the module
+
+A form file holds one entry a line: Name = "text", Name = 8080, Name = True. Passwords show as
+asterisks here and stand in the file as plain text.
+exit codes: 0 success; 1 a form file that cannot be used, or a run-time error; 2 wrong usage
+)";
 
 constexpr std::array kOptions{
     Option{"--help"},
@@ -191,7 +189,7 @@ int Run(std::span<const std::string> words, Console& console) {
 
 int ProgramMain(std::span<const std::string> words) {
   Console console("form_host");
-  return Guard(console, [&] { return Run(words, console); });
+  return ExitCodeOf(console, [&] { return Run(words, console); });
 }
 
 }  // namespace quorvane::examples

@@ -74,7 +74,7 @@ int Run(const Words& words, Console& console) {
 
 int ProgramMain(std::span<const std::string> words) {
   Console console("quorvane");
-  return Guard(console, [&] { return Run(Words(words.begin(), words.end()), console); });
+  return ExitCodeOf(console, [&] { return Run(Words(words.begin(), words.end()), console); });
 }
 
 }  // namespace quorvane::examples

@@ -14,10 +14,10 @@ bool AreEqual(std::u16string_view left, std::u16string_view right) {
   return systemCollation().AreEqual(left, right);
 }
 
-char16_t Small(char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c; }
+char16_t ToLower(char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c; }
 
-std::u16string Small(std::u16string text) {
-  for (char16_t& c : text) c = Small(c);
+std::u16string ToLower(std::u16string text) {
+  for (char16_t& c : text) c = ToLower(c);
   return text;
 }
 
@@ -53,7 +53,7 @@ TEST(Collation, FoldsPlainAsciiPlainlyWhereItSaysSo) {
     for (char16_t right = 0x20; right <= 0x7E; ++right) {
       const std::u16string one(1, left);
       const std::u16string other(1, right);
-      ASSERT_EQ(AreEqual(one, other), Small(left) == Small(right))
+      ASSERT_EQ(AreEqual(one, other), ToLower(left) == ToLower(right))
           << int{left} << " " << int{right};
     }
   }
@@ -67,7 +67,8 @@ TEST(Collation, FoldsPlainAsciiPlainlyInContext) {
   for (std::size_t done = 0; texts[done].size() < 3; ++done)
     for (const char16_t c : kLetters) texts.push_back(texts[done] + c);
   for (const auto& left : texts)
-    for (const auto& right : texts) ASSERT_EQ(AreEqual(left, right), Small(left) == Small(right));
+    for (const auto& right : texts)
+      ASSERT_EQ(AreEqual(left, right), ToLower(left) == ToLower(right));
 }
 
 }  // namespace

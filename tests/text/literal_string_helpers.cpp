@@ -46,19 +46,19 @@ std::int32_t LiteralLastPosition(const Text& text, const Text& find, const Colla
 Text LiteralReplaceAll(const Text& text, const Text& find, const Text& replacement,
                        const Collation& collation) {
   const auto equal = [&](auto left, auto right) { return collation.AreEqual(left, right); };
-  const std::u16string& sought = find.Characters();
-  if (equal(text.Characters(), u"") || equal(sought, u"")) return u"";
+  const std::u16string& needle = find.Characters();
+  if (equal(text.Characters(), u"") || equal(needle, u"")) return u"";
   try {
-    const std::int64_t find_length = To16(static_cast<std::int64_t>(sought.size()));
+    const std::int64_t find_length = To16(static_cast<std::int64_t>(needle.size()));
     const auto replacement_length = static_cast<std::int64_t>(replacement.Characters().size());
     std::u16string working = text.Characters();
-    std::int64_t position = To16(SearchFrom(1, working, sought, equal));
+    std::int64_t position = To16(SearchFrom(1, working, needle, equal));
     while (position >= 1) {
       const std::u16string front = working.substr(0, static_cast<std::size_t>(position - 1));
       const std::int64_t behind = To16(position + find_length);
       const std::u16string rest = working.substr(static_cast<std::size_t>(behind - 1));
       working = front + replacement.Characters() + rest;
-      position = To16(SearchFrom(position + replacement_length, working, sought, equal));
+      position = To16(SearchFrom(position + replacement_length, working, needle, equal));
     }
     return Text(working);
   } catch (const Overflow&) {

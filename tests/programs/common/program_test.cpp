@@ -22,7 +22,7 @@ Ending EndingOf(const std::function<int(Console&)>& body) {
   Console console("prog");
   ::testing::internal::CaptureStdout();
   ::testing::internal::CaptureStderr();
-  const int code = Guard(console, [&] { return body(console); });
+  const int code = ExitCodeOf(console, [&] { return body(console); });
   return {code, ::testing::internal::GetCapturedStdout(), ::testing::internal::GetCapturedStderr()};
 }
 
@@ -32,7 +32,7 @@ TEST(DescribeError, NamesNumberDescriptionAndSource) {
   EXPECT_EQ(DescribeError({-1, u"\u00E4", u""}), "error -1:  (\xC3\xA4)");
 }
 
-TEST(Guard, HandsOnTheBodysCodeAndFlushesItsOutput) {
+TEST(ExitCodeOf, HandsOnTheBodysCodeAndFlushesItsOutput) {
   const Ending ending = EndingOf([](Console& console) {
     console.Out("a\n");
     console.Out("\xC3\xA4\r\n\x1a");
@@ -43,7 +43,7 @@ TEST(Guard, HandsOnTheBodysCodeAndFlushesItsOutput) {
   EXPECT_EQ(ending.err, "");
 }
 
-TEST(Guard, TurnsARuntimeErrorIntoALineAndCode1BehindTheOutput) {
+TEST(ExitCodeOf, TurnsARuntimeErrorIntoALineAndCode1BehindTheOutput) {
   const Ending ending = EndingOf([](Console& console) -> int {
     console.Out("so far\n");
     throw RuntimeError{13, u"here", u"Type mismatch"};
@@ -53,7 +53,7 @@ TEST(Guard, TurnsARuntimeErrorIntoALineAndCode1BehindTheOutput) {
   EXPECT_EQ(ending.err, "prog: error 13: Type mismatch (here)\n");
 }
 
-TEST(Guard, TurnsAUsageErrorIntoALineAHintAndCode2) {
+TEST(ExitCodeOf, TurnsAUsageErrorIntoALineAHintAndCode2) {
   EXPECT_EQ(EndingOf([](Console&) -> int { throw UsageError("no sense"); }).err,
             "prog: no sense\nTry 'prog --help'.\n");
   const Ending ending = EndingOf([](Console&) -> int { throw UsageError("no sense", "cmd"); });
@@ -61,13 +61,13 @@ TEST(Guard, TurnsAUsageErrorIntoALineAHintAndCode2) {
   EXPECT_EQ(ending.err, "prog: no sense\nTry 'prog cmd --help'.\n");
 }
 
-TEST(Guard, KnowsExhaustedMemoryAndReportsAnythingElse) {
+TEST(ExitCodeOf, KnowsExhaustedMemoryAndReportsAnythingElse) {
   EXPECT_EQ(EndingOf([](Console&) -> int { throw std::bad_alloc(); }).err,
             "prog: error 7: Out of memory\n");
   EXPECT_EQ(EndingOf([](Console&) -> int { throw 1; }).err, "prog: error 51: Internal error\n");
 }
 
-TEST(Guard, TurnsAFailingStreamIntoALineAndCode1) {
+TEST(ExitCodeOf, TurnsAFailingStreamIntoALineAndCode1) {
   const Ending ending = EndingOf([](Console&) -> int { throw StreamError("it is full"); });
   EXPECT_EQ(ending.code, ExitCode::kFailure);
   EXPECT_EQ(ending.err, "prog: it is full\n");
