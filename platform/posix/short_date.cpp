@@ -33,6 +33,7 @@ class LocaleShortDate final : public ShortDate {
     const std::tm fields = BrokenDown(day);
     std::wostringstream stream;
     stream.imbue(locale_);
+    stream.exceptions(std::ios_base::badbit);  // or it would keep exhausted memory to itself
     stream << std::put_time(&fields, L"%x");
     const std::wstring written = stream.str();
     return Text(std::u16string(written.begin(), written.end()));

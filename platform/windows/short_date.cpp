@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "platform/windows/os_headers.h"
 #include "runtime/runtime_error.h"
@@ -57,21 +59,55 @@ std::wstring YearDigits(std::int32_t year, std::size_t run) {
   return run == 2 && digits.size() == 1 ? L"0" + digits : digits;
 }
 
-// The pattern with the year written out; what stands between quotes is left alone.
-std::wstring WithYear(const std::wstring& pattern, std::int32_t year) {
-  std::wstring result;
-  bool quoted = false;
-  for (std::size_t i = 0; i < pattern.size();) {
-    if (pattern[i] == L'\'') quoted = !quoted;
-    if (quoted || pattern[i] != L'y') {
-      result += pattern[i++];
-      continue;
-    }
-    const std::size_t end = std::min(pattern.find_first_not_of(L'y', i), pattern.size());
-    result += L'\'' + YearDigits(year, end - i) + L'\'';
-    i = end;
+// A pattern while it is written. What is put in as it stands goes between quotes; texts that touch
+// share theirs, since two quotes in a row would be an apostrophe.
+class Pattern {
+ public:
+  void PutLiteral(std::wstring_view text) {
+    SetQuoted(true);
+    for (const wchar_t c : text) written_.append(c == L'\'' ? 2 : 1, c);
   }
-  return result;
+  void PutField(wchar_t letter) {
+    SetQuoted(false);
+    written_ += letter;
+  }
+  [[nodiscard]] std::wstring Take() {
+    SetQuoted(false);
+    return std::move(written_);
+  }
+
+ private:
+  void SetQuoted(bool quoted) {
+    if (quoted != quoted_) written_ += L'\'';
+    quoted_ = quoted;
+  }
+
+  std::wstring written_;
+  bool quoted_ = false;
+};
+
+// The pattern with the year written out; what stands between quotes is left alone.
+std::wstring WithYear(std::wstring_view pattern, std::int32_t year) {
+  Pattern result;
+  bool quoted = false;
+  while (!pattern.empty()) {
+    std::size_t taken = 1;
+    if (quoted && pattern.starts_with(L"''")) {
+      taken = 2;
+      result.PutLiteral(L"'");
+    } else if (pattern.front() == L'\'') {
+      quoted = !quoted;
+    } else if (quoted) {
+      result.PutLiteral(pattern.substr(0, 1));
+    } else if (pattern.front() == L'y') {
+      taken = std::min(pattern.find_first_not_of(L'y'), pattern.size());
+      result.PutLiteral(YearDigits(year, taken));
+    } else {
+      result.PutField(pattern.front());
+    }
+    pattern.remove_prefix(taken);
+  }
+  return result.Take();
 }
 
 class SystemShortDate final : public ShortDate {

@@ -3,37 +3,16 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <cstring>
-#include <new>
 #include <string>
 
 #include "host/basAPI_api.h"
 #include "tests/support/code_pages.h"
+#include "tests/support/failing_memory.h"
 #include "tests/support/fake_advapi32_base.h"
 #include "tests/support/fake_kernel32_base.h"
 #include "tests/support/fake_registry.h"
 #include "tests/support/raises.h"
-
-namespace {
-
-int allocations_until_failure = 0;  // 0: none fails
-
-void* Allocate(std::size_t size) {
-  if (allocations_until_failure > 0 && --allocations_until_failure == 0) throw std::bad_alloc();
-  void* const memory = std::malloc(size > 0 ? size : 1);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) { return Allocate(size); }
-void* operator new[](std::size_t size) { return Allocate(size); }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete[](void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
 
 namespace quorvane::basAPI_api {
 namespace {
@@ -42,37 +21,13 @@ using testing::FakeRegistry;
 using testing::Page1252;
 using testing::Page932;
 
-constexpr int kMostAllocations = 200;
-
-// Runs `attempt` with its n-th allocation failing, n = 1, 2, 3 ..., until all of them are granted;
-// gives the count of runs that met a failure. `attempt` is called with a switch that arms the
-// failure.
+// Both pages are made before anything fails.
 template <class Attempt>
 int FailEachAllocation(Attempt attempt) {
-  static_cast<void>(Page1252());  // made at their first use
+  static_cast<void>(Page1252());
   static_cast<void>(Page932());
-  for (int n = 1; n < kMostAllocations; ++n) {
-    attempt([n] { allocations_until_failure = n; });
-    const bool struck = allocations_until_failure == 0;
-    allocations_until_failure = 0;
-    if (!struck) return n - 1;
-  }
-  ADD_FAILURE() << "no end after " << kMostAllocations;
-  return 0;
+  return testing::FailEachAllocation(attempt);
 }
-
-// Disarms before the results are looked at, which allocates, too; whether it had struck stays.
-class Disarmed {
- public:
-  Disarmed() : left_(allocations_until_failure) { allocations_until_failure = 0; }
-  Disarmed(const Disarmed&) = delete;
-  Disarmed& operator=(const Disarmed&) = delete;
-  ~Disarmed() { allocations_until_failure = left_; }
-  [[nodiscard]] bool Struck() const { return left_ == 0; }
-
- private:
-  int left_;
-};
 
 class FakeSystem final : public testing::FakeKernel32Base {
  public:
@@ -92,41 +47,41 @@ const Text kLong = Text(std::size_t{400}, u'\u00E9');
 
 TEST(ExhaustedMemory, GivesTheEmptySystemDirectory) {
   FakeSystem os;
-  const int failures = FailEachAllocation([&](auto arm) {
+  const int failures = FailEachAllocation([&](auto arm, auto disarm) {
     arm();
     const Text path = GetSystemDirectoryPath(os, Page1252());
-    const Disarmed disarmed;
-    EXPECT_EQ(path, disarmed.Struck() ? Text(u"") : Text(u"C:\\Windows\\System32"));
+    const bool failed = disarm();
+    EXPECT_EQ(path, failed ? Text(u"") : Text(u"C:\\Windows\\System32"));
   });
   EXPECT_GE(failures, 1);
 }
 
 TEST(ExhaustedMemory, GivesTheEmptyTextForARegistryValue) {
-  const int failures = FailEachAllocation([](auto arm) {
+  const int failures = FailEachAllocation([](auto arm, auto disarm) {
     FakeRegistry os;
     os.values["name"] = {1, std::string(400, '\xE9') + '\0'};
     Text path = kLong;
     Text name = u"name";
     arm();
     const TaggedValue value = ReadRegistryValue(1, path, name, os, Page1252());
-    const Disarmed disarmed;
-    EXPECT_EQ(value, TaggedValue(disarmed.Struck() ? Text(u"") : kLong));
-    EXPECT_LE(os.open.size(), disarmed.Struck() ? 1U : 0U);
+    const bool failed = disarm();
+    EXPECT_EQ(value, TaggedValue(failed ? Text(u"") : kLong));
+    EXPECT_LE(os.open.size(), failed ? 1U : 0U);
   });
   EXPECT_GE(failures, 6);
 }
 
 TEST(ExhaustedMemory, IsFalseForARegistryWrite) {
-  const int failures = FailEachAllocation([](auto arm) {
+  const int failures = FailEachAllocation([](auto arm, auto disarm) {
     FakeRegistry os;
     Text path = kLong;
     Text name = u"name";
     TaggedValue value = kLong;
     arm();
     const Boolean16 written = WriteRegistryValue(1, path, name, value, 1, os, Page1252());
-    const Disarmed disarmed;
-    EXPECT_EQ(written, disarmed.Struck() ? kFalse : kTrue);
-    EXPECT_LE(os.open.size(), disarmed.Struck() ? 1U : 0U);
+    const bool failed = disarm();
+    EXPECT_EQ(written, failed ? kFalse : kTrue);
+    EXPECT_LE(os.open.size(), failed ? 1U : 0U);
     EXPECT_EQ(value, TaggedValue(kLong));
   });
   EXPECT_GE(failures, 5);
@@ -134,20 +89,16 @@ TEST(ExhaustedMemory, IsFalseForARegistryWrite) {
 
 TEST(ExhaustedMemory, LeavesAProfileReadAsTheErrorItIs) {
   FakeSystem os;
-  const int failures = FailEachAllocation([&](auto arm) {
+  const int failures = FailEachAllocation([&](auto arm, auto disarm) {
     Text section = kLong;
     Text key = u"key";
     Text value;
-    bool raised = false;
     arm();
-    try {
-      value = ReadProfileValue(section, key, os, Page932());
-    } catch (...) {
-      raised = true;
-      EXPECT_EQ(CurrentRuntimeError().number, 7);
-    }
-    const Disarmed disarmed;
-    EXPECT_EQ(raised, disarmed.Struck());
+    const std::int32_t number =
+        testing::NumberRaised([&] { value = ReadProfileValue(section, key, os, Page932()); });
+    const bool raised = number != 0;
+    const bool failed = disarm();
+    EXPECT_EQ(number, failed ? 7 : 0);
     EXPECT_EQ(value, raised ? Text() : Text(u"a value of some length"));
   });
   EXPECT_GE(failures, 3);
@@ -193,18 +144,14 @@ class SidText final : public testing::FakeKernel32Base {
 TEST(ExhaustedMemory, LeavesAnAccountsTextAsTheErrorItIs) {
   LongAccount os;
   SidText memory;
-  const int failures = FailEachAllocation([&](auto arm) {
+  const int failures = FailEachAllocation([&](auto arm, auto disarm) {
     Text text;
-    bool raised = false;
     arm();
-    try {
-      text = GetCurrentAccountSidText(os, memory, Page1252());
-    } catch (...) {
-      raised = true;
-      EXPECT_EQ(CurrentRuntimeError().number, 7);
-    }
-    const Disarmed disarmed;
-    EXPECT_EQ(raised, disarmed.Struck());
+    const std::int32_t number =
+        testing::NumberRaised([&] { text = GetCurrentAccountSidText(os, memory, Page1252()); });
+    const bool raised = number != 0;
+    const bool failed = disarm();
+    EXPECT_EQ(number, failed ? 7 : 0);
     EXPECT_EQ(text, raised ? Text() : Text(u"S15211002003001000"));
   });
   EXPECT_GE(failures, 6);
@@ -223,14 +170,47 @@ class OneAdapter final : public Iphlpapi {
 TEST(ExhaustedMemory, GivesNoListOfAdapters) {
   OneAdapter os;
   testing::FakeKernel32Base memory;
-  const int failures = FailEachAllocation([&](auto arm) {
+  const int failures = FailEachAllocation([&](auto arm, auto disarm) {
     arm();
     const auto list = GetAdapterAddresses(os, memory);
-    const Disarmed disarmed;
-    EXPECT_EQ(list.has_value(), !disarmed.Struck());
+    const bool failed = disarm();
+    EXPECT_EQ(list.has_value(), !failed);
     EXPECT_EQ(list.value_or(TextList{u"000000000000"}), (TextList{u"000000000000"}));
   });
   EXPECT_GE(failures, 3);
+}
+
+// Over the platform's own libraries, the first use of each included.
+TEST(ExhaustedMemory, HoldsOverTheSystemsOwnLibraries) {
+  FailEachAllocation([](auto arm, auto disarm) {
+    arm();
+    const Text directory = GetSystemDirectoryPath();
+    const bool failed = disarm();
+    EXPECT_TRUE(failed || !directory.IsEmpty());
+  });
+  const Text directory = GetSystemDirectoryPath();
+  FailEachAllocation([&](auto arm, auto disarm) {
+    Text path = u"Software\\Quorvane\\a key that is not there";
+    Text name = u"a name that is not there";
+    Text section = u"a section that is not there";
+    TaggedValue value;
+    Text entry = u"untouched";
+    arm();
+    const Text again = GetSystemDirectoryPath();
+    value = ReadRegistryValue(-2147483647, path, name);
+    const auto addresses = GetAdapterAddresses();
+    const std::int32_t number =
+        testing::NumberRaised([&] { entry = ReadProfileValue(section, name); });
+    const std::int32_t account =
+        testing::NumberRaised([] { static_cast<void>(GetCurrentAccountSidText()); });
+    const bool failed = disarm();
+    EXPECT_TRUE(again == directory || (failed && again.IsEmpty()));
+    EXPECT_TRUE(value.IsEmpty() || (failed && value == TaggedValue(Text(u""))));
+    EXPECT_TRUE(failed || addresses);
+    EXPECT_TRUE(number == 0 || (failed && number == 7)) << number;
+    EXPECT_EQ(entry, number == 0 ? Text(u"") : Text(u"untouched"));
+    EXPECT_TRUE(account == 0 || (failed && account == 7)) << account;
+  });
 }
 
 }  // namespace

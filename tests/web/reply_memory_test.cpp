@@ -2,31 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <new>
 #include <string>
 
+#include "tests/support/failing_memory.h"
 #include "web/reply_text.h"
-
-namespace {
-
-std::size_t bytes_taken = 0;
-
-void* Take(std::size_t size) {
-  bytes_taken += size;
-  void* const memory = std::malloc(size > 0 ? size : 1);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) { return Take(size); }
-void* operator new[](std::size_t size) { return Take(size); }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete[](void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
 
 namespace quorvane {
 namespace {
@@ -40,7 +19,7 @@ std::size_t BytesTakenWithOthersEach(std::size_t blocks) {
   const std::string ascii(kBlock, 'a');
   const std::u16string other(kBlock, u'\u00E9');
   ReplyText text;
-  const std::size_t before = bytes_taken;
+  const std::size_t before = testing::FailingMemory::BytesTaken();
   for (std::size_t number = 0; number < kBlocks; ++number) {
     if (blocks != 0 && number % blocks == 0) {
       text.Append(other);
@@ -48,7 +27,7 @@ std::size_t BytesTakenWithOthersEach(std::size_t blocks) {
       text.AppendAscii(ascii);
     }
   }
-  return bytes_taken - before;
+  return testing::FailingMemory::BytesTaken() - before;
 }
 
 TEST(ReplyMemory, IsThatOfTheTextWhateverTheMixture) {
