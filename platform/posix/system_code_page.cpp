@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/posix/code_page.h"
+#include "runtime/runtime_error.h"
 
 namespace quorvane {
 namespace {
@@ -16,6 +17,7 @@ constexpr int kWesternEuropean = 1252;
 // fail.
 std::unique_ptr<CodePage>& Page() {
   static std::unique_ptr<CodePage> page = MakeCodePage(kWesternEuropean);
+  if (!page) Raise(ErrorNumber::kLibraryNotFound);
   return page;
 }
 

@@ -7,6 +7,7 @@
 #include <linux/magic.h>
 #include <sys/file.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 
@@ -17,7 +18,9 @@
 #include "platform/posix/profile_store.h"
 #include "platform/posix/registry.h"
 #include "platform/posix/system_errors.h"
+#include "platform/system_code_page.h"
 #include "runtime/runtime_error.h"
+#include "tests/platform/posix/processes.h"
 #include "tests/platform/posix/system_faults.h"
 #include "tests/support/raises.h"
 #include "tests/support/temporary_folder.h"
@@ -221,6 +224,25 @@ TEST_F(SystemFault, AnAccountMayHaveTheSignOfADomainInItsName) {
   sid.resize(68);
   EXPECT_EQ(account::SidText(reinterpret_cast<const unsigned char*>(sid.data())), "S-1-22-1-4711");
   EXPECT_FALSE(account::Find("EXAMPLE\\bert").has_value());
+}
+
+// In a program of its own, whose code page was not asked for yet.
+TEST_F(SystemFault, ASystemWithoutAConverterIsAnErrorOfTheCall) {
+  constexpr const char* kOwnProgram = "QUORVANE_TEST_WITHOUT_CONVERTERS";
+  if (std::getenv(kOwnProgram) == nullptr) {
+    const std::string file = fs::read_symlink("/proc/self/exe").native();
+    EXPECT_TRUE(testing::AllProcesses(1, [&](int /*number*/) {
+      ::setenv(kOwnProgram, "1", 1);
+      return ::execl(file.c_str(), file.c_str(), "--gtest_brief=1",
+                     "--gtest_filter=*WithoutAConverter*", nullptr) == 0;
+    }));
+    return;
+  }
+  other_system.lacks_converters = true;
+  for (int again = 0; again < 2; ++again) {
+    EXPECT_EQ(testing::ErrorNumberOf([] { static_cast<void>(systemCodePage().ToBytes(u"a")); }),
+              48);
+  }
 }
 
 TEST_F(SystemFault, AdaptersThatTheKernelDoesNotTellAreAnError) {

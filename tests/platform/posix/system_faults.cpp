@@ -4,6 +4,7 @@
 #include "tests/platform/posix/system_faults.h"
 
 #include <fcntl.h>
+#include <iconv.h>
 #include <ifaddrs.h>
 #include <pwd.h>
 #include <sys/stat.h>
@@ -50,6 +51,8 @@ int __real_getpwnam_r(const char* name, passwd* entry, char* room, std::size_t s
                       passwd** found);
 int __wrap_getpwnam_r(const char* name, passwd* entry, char* room, std::size_t size,
                       passwd** found);
+iconv_t __real_iconv_open(const char* to, const char* from);
+iconv_t __wrap_iconv_open(const char* to, const char* from);
 int __real_nanosleep(const timespec* pause, timespec* left);
 int __wrap_nanosleep(const timespec* pause, timespec* left);
 }
@@ -85,6 +88,12 @@ int __wrap_getpwnam_r(const char* name, passwd* entry, char* room, std::size_t s
   entry->pw_uid = 4711;
   *found = entry;
   return 0;
+}
+
+iconv_t __wrap_iconv_open(const char* to, const char* from) {
+  if (!other_system.lacks_converters) return __real_iconv_open(to, from);
+  errno = EINVAL;
+  return reinterpret_cast<iconv_t>(-1);
 }
 
 int __wrap_nanosleep(const timespec* pause, timespec* left) {

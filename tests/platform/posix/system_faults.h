@@ -39,6 +39,7 @@ struct OtherSystem {
   const char* joined_user = nullptr;  // an account name with a domain in front
   bool hides_adapters = false;
   bool skips_pauses = false;
+  bool lacks_converters = false;
 };
 inline OtherSystem other_system;
 
