@@ -13,7 +13,7 @@ struct Guid {
   std::uint32_t data1;
   std::uint16_t data2;
   std::uint16_t data3;
-  std::uint8_t data4[8];
+  std::uint8_t data4[8];  // NOLINT(*-avoid-c-arrays): the layout is the platform's
 
   friend constexpr bool operator==(const Guid&, const Guid&) = default;
 };

@@ -44,7 +44,7 @@ class NameTable {
  private:
   std::uint32_t Add(std::string_view name, std::uint32_t owner, std::uint8_t flags);
 
-  std::array<std::uint32_t, 128> buckets_;
+  std::array<std::uint32_t, 128> buckets_{};
   std::map<std::string, std::uint32_t, std::less<>> offsets_;
   std::uint32_t characters_ = 0;
   Bytes entries_;
@@ -62,7 +62,7 @@ class IdTable {
   Bytes HashTable() const;
 
  private:
-  std::array<std::uint32_t, 32> buckets_;
+  std::array<std::uint32_t, 32> buckets_{};
   Bytes entries_;
 };
 

@@ -51,7 +51,7 @@ bool ReadNumber(std::string_view digits, int base, Number& number) {
 std::optional<std::string> Unescaped(std::string_view text) {
   std::string bytes;
   while (!text.empty()) {
-    unsigned char byte = static_cast<unsigned char>(text.front());
+    auto byte = static_cast<unsigned char>(text.front());
     const bool is_escaped = byte == '%';
     if (is_escaped && (text.size() < 3 || !ReadNumber(text.substr(1, 2), 16, byte))) return {};
     bytes += static_cast<char>(byte);
