@@ -51,7 +51,7 @@ Text TextOf(Bytes bytes) {
   return characters;
 }
 
-// Nothing when the length does not fit the kind; the empty kind for a kind of a later day.
+// Nothing when the length does not fit the kind; the empty kind for one that is not known.
 std::optional<TaggedValue> ValueOf(std::uint16_t kind, Bytes data) {
   if (kind == kTextKind) {
     if (data.size() % 2 != 0) return std::nullopt;

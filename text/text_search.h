@@ -16,7 +16,7 @@ namespace quorvane {
 /// Which way it compares is settled once. Where both texts are plain ASCII, U+0020 to U+007E alone,
 /// and the collation folds that plainly, it compares by itself, in time linear in the text whatever
 /// the two hold. Anywhere else it asks the collation at each place: outside of plain ASCII
-/// characters are passed over, joined or equal to several others, and no shorter test foretells the
+/// characters are passed over, joined or equal to several others, and no shorter test tells the
 /// answer.
 class TextSearch {
  public:

@@ -15,8 +15,8 @@ class ModuleLock {
   ~ModuleLock() { UnlockModule(); }
 };
 
-/// Locks by the class object (IClassFactory::LockServer), which keep the module just so. An unlock
-/// too many does nothing.
+/// Locks by the class object (IClassFactory::LockServer), which keep the module, too. An unlock too
+/// many does nothing.
 void LockServer();
 void UnlockServer();
 

@@ -1,4 +1,4 @@
-// The doors of the module: the four exported functions and the loader's entry.
+// The entry points of the module: the four exported functions and that of the loader.
 
 #include "control/automation/com.h"
 #include "control/automation/error_to_hresult.h"

@@ -5,7 +5,8 @@
 namespace quorvane::server {
 
 /// The child window that shows the picture while the control is in-place active. Hosts put their
-/// own procedure on top of it, give it another parent or destroy it; all of that is borne.
+/// own procedure on top of it, give it another parent or destroy it; the control works on after
+/// each.
 ///
 /// Every operation that changes a window sends messages, to the window and to its parent, and so
 /// lets the host run: when it returns, the host may have called any other of these operations.

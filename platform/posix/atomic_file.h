@@ -22,8 +22,8 @@ using FileChange =
 /// Changes a file in one step: whoever reads it sees the old or the new bytes as a whole, which are
 /// on the disk before the file's name leads to them; and no change by this function, in any
 /// program, is lost to another. Gives 0, or the system's code, and then the file is as it was:
-/// EACCES and its kin without the right to write the file or its folder, EAGAIN when others held it
-/// for ten seconds, EBADMSG for a change that was given up.
+/// EACCES and the like without the right to write the file or its folder, EAGAIN when others held
+/// it for ten seconds, EBADMSG for a change that was given up.
 ///
 /// A symbolic link stays, its target is changed or made; the permissions stay, and the owner as far
 /// as the system lets it be given away. A new file has the permissions `mode` less the umask.

@@ -109,7 +109,7 @@ bool WebExchange::SetAddress() {
   const auto set = [this](CURLUPart part, const std::string& value, unsigned flags = 0) {
     return curl_url_set(address_.get(), part, value.c_str(), flags) == CURLUE_OK;
   };
-  // The library's own dress for a path: a "/" in front, and no blanks.
+  // A path as the library sends it: with a "/" in front, and without blanks.
   const bool rooted = request_.object_name.starts_with('/');
   const std::string path = (rooted ? "" : "/") + request_.object_name;
   const bool is_numeric_6 = request_.server.find(':') != std::string::npos;

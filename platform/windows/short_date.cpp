@@ -12,8 +12,8 @@ namespace quorvane {
 namespace {
 
 // GetDateFormatW knows no day before 1601. The Gregorian calendar repeats itself, weekdays
-// included, every 400 years, so an earlier day is written as its like in a later year, with the
-// year's own digits set into the pattern.
+// included, every 400 years, so an earlier day is written as the same day of a later cycle, with
+// the year's own digits put into the pattern.
 constexpr WORD kFirstYear = 1601;
 constexpr WORD kCycle = 400;
 

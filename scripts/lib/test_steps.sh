@@ -18,8 +18,8 @@ windows|build the module and the programs for 32-bit Windows; examine the module
 wine|scripts/wine itself: arguments, exit codes, bytes, windows, parallel runs|Try: scripts/wine --setup
 windows-tests|the same tests, and those of the loaded module, as Windows programs in Wine|Run one by hand: scripts/with-display scripts/wine build/windows-tests/tests/ROOM/ROOM_tests.exe
 coverage|the Linux tests once more, counting lines and branches of the portable rooms|The lines listed above are not reached by any test.
-run-native|the whole road on Linux: ./run --native|Run it by hand: ./run --native
-run|the whole road in Wine: ./run; what the pages show as output, against real runs|Run it by hand: ./run; scripts/check-shown tells how a page is compared
+run-native|the whole example on Linux: ./run --native|Run it by hand: ./run --native
+run|the whole example in Wine: ./run; what the pages show as output, against real runs|Run it by hand: ./run; scripts/check-shown tells how a page is compared
 help|what users read and run first: the help file, the reference, the manual, check-install, licences|Run it by hand: cd tests/help && /usr/bin/python3 -m unittest
 reproducible|two clones in different folders give the same module, bit for bit|Something of the folder or the time got into the file; compare the two with cmp -l.
 '
