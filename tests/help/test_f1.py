@@ -28,7 +28,8 @@ class F1(unittest.TestCase):
 
     def press(self):
         """What press_f1 tells; the form stays until it has."""
-        road = 'exec 3> >(exec "$1" "$2" --wait "$3" >"$5"); "$1" "$4"; code=$?; exec 3>&-; wait "$!"; exit $code'
+        # What the second program starts must not hold the first one's input open.
+        road = 'exec 3> >(exec "$1" "$2" --wait "$3" >"$5"); "$1" "$4" 3>&-; code=$?; exec 3>&-; wait "$!"; exit $code'
         done = subprocess.run(
             [str(TREE / "scripts/with-display"), "bash", "-c", road, "-", str(TREE / "scripts/wine"),
              str(MODULE.parent / "form_host.exe"), str(FORM), str(PRESS), str(self.folder / "form_host.out")],
