@@ -1,12 +1,10 @@
-"""What only Windows shows: the form in a window, the registration, the script clients."""
+"""What only Windows shows: the form in a window, the registration."""
 
 import subprocess
-import unittest
 
 import ramp
 from PIL import Image
-from programs import (MODULE, SAMPLE, SOURCES, Outcome, ProgramTest, command, crc, register_module,
-                      unregister_module, wine)
+from programs import MODULE, SAMPLE, SOURCES, Outcome, ProgramTest, command, crc, register_module, unregister_module
 
 
 class Form(ProgramTest):
@@ -70,34 +68,3 @@ class Panel(ProgramTest):
         told = self.run_program("quorvane", "gradient", self.WIDTH * 15, self.HEIGHT * 15, "--bands")
         self.assertEqual([[int(word) for word in line.split()] for line in told.lines],
                          ramp.bands(self.WIDTH * 15, self.HEIGHT * 15))
-
-
-class Scripts(unittest.TestCase):
-    """The script host tells of a failed script by its missing last line only."""
-
-    @classmethod
-    def setUpClass(cls):
-        register_module()
-        cls.addClassCleanup(unregister_module)
-
-    def client(self, script):
-        outcome = Outcome(wine("cscript", "//nologo", SOURCES / script, check=False))
-        self.assertEqual(outcome.lines[-1:], ["done"], outcome.out + outcome.err)
-        return outcome.lines
-
-    def check(self, lines):
-        for line in ("ServerAddress=reports.example.com", "ServerPort=8080", "UseProxy=-1", "UserName=clerk",
-                     "Password=******** (16 characters)"):
-            self.assertIn(line, lines)
-        self.assertEqual(lines.count("ServerPort=8080"), 2)
-        self.assertEqual(lines[-2], f"GetCRCValue={crc(MODULE.read_bytes())}")
-
-    def test_the_vbscript_client_runs_to_its_end(self):
-        lines = self.client("examples/vbscript/client.vbs")
-        self.check(lines)
-        self.assertIn("ServerPort=70000 gives error 6", lines)
-
-    def test_the_jscript_client_runs_to_its_end(self):
-        lines = self.client("examples/jscript/client.js")
-        self.check(lines)
-        self.assertIn("ServerPort=70000 is refused", lines)
