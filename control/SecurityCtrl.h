@@ -29,8 +29,8 @@ class SecurityCtrl {
 
   /// The control was made. Nothing to do.
   void Initialize();
-  /// A newly placed control: UseProxy to False, ProxyServer, UserName and Password to empty text.
-  /// ServerAddress, ServerPort and ServerFile keep what the thread holds.
+  /// A newly placed control: False or empty text for the settings whose row says so; the others
+  /// keep what the thread holds.
   void InitProperties();
   /// A control from a saved form: all seven, one at a time, each stored as soon as it is read and
   /// converted.

@@ -63,7 +63,7 @@ HRESULT DispatchFace::Invoke(DISPID id, REFIID reserved, LCID /*locale*/, WORD f
     ITypeInfo* const members = types_.OfMembers();
     if (members == nullptr) return TYPE_E_CANTLOADLIBRARY;
     ::SetErrorInfo(0, nullptr);
-    // Kept: arguments are converted by the rules of automation, so a late-bound UseProxy of the
+    // Kept: arguments are converted by the rules of automation, so a late-bound Boolean of the
     // integer 1 reads back as -1, and only one of type VT_BOOL keeps its 1. Pinned by
     // Dispatch.MakesAnIntegerABooleanAndLeavesABooleansBits.
     return members->Invoke(static_cast<ISecurityCtrl*>(this), id, flags, arguments, result,

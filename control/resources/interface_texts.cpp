@@ -69,9 +69,9 @@ constexpr const char* kInterfaceHeader =
 #pragma once
 
 @system@
-inline constexpr CLSID CLSID_SecurityCtrl =
+inline constexpr CLSID CLSID_SecurityCtrl = {
     @class_id@;
-inline constexpr IID IID_ISecurityCtrl =
+inline constexpr IID IID_ISecurityCtrl = {
     @interface_id@;
 
 /// The virtual table of @interface@.
@@ -123,7 +123,7 @@ std::string IdText(const Guid& id) {
 
 std::string IdInitializer(const Guid& id) {
   std::string text =
-      "{0x" + Hex(id.data1, 8) + ", 0x" + Hex(id.data2, 4) + ", 0x" + Hex(id.data3, 4) + ", {";
+      "0x" + Hex(id.data1, 8) + ", 0x" + Hex(id.data2, 4) + ", 0x" + Hex(id.data3, 4) + ", {";
   for (int i = 0; i < 8; ++i) text += (i == 0 ? "0x" : ", 0x") + Hex(id.data4[i], 2);
   return text + "}}";
 }
