@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "platform/picture.h"
+#include "programs/picture/picture.h"
 #include "tests/support/fake_gdi32.h"
 #include "ui/modDrawGradient.h"
 

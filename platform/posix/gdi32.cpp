@@ -1,6 +1,6 @@
 #include "platform/gdi32.h"
 
-#include "platform/posix/picture_in_memory.h"
+#include "platform/posix/pixels.h"
 
 namespace quorvane {
 namespace {
@@ -20,10 +20,10 @@ class PosixGdi32 final : public Gdi32 {
   }
 
   std::int32_t FillRect(DeviceContext hDC, const Rect& rectangle, Brush brush) override {
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): the handle is the picture's address
-    auto* const picture = reinterpret_cast<PictureInMemory*>(static_cast<std::intptr_t>(hDC));
-    if (picture == nullptr || !IsBrush(brush)) return 0;
-    picture->Fill(rectangle, static_cast<Colour>(static_cast<std::intptr_t>(brush)));
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the handle is the pixels' address
+    auto* const pixels = reinterpret_cast<Pixels*>(static_cast<std::intptr_t>(hDC));
+    if (pixels == nullptr || !IsBrush(brush)) return 0;
+    pixels->Fill(rectangle, static_cast<Colour>(static_cast<std::intptr_t>(brush)));
     return 1;
   }
 

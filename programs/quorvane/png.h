@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/picture.h"
+#include "programs/picture/picture.h"
 
 namespace quorvane::examples {
 

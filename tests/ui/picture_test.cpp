@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "platform/picture.h"
+#include "programs/picture/picture.h"
 #include "tests/support/fake_gdi32.h"
 #include "tests/support/raises.h"
 #include "ui/modDrawGradient.h"

@@ -1,4 +1,4 @@
-#include "platform/picture.h"
+#include "programs/picture/picture.h"
 
 #include "platform/windows/os_headers.h"
 #include "runtime/runtime_error.h"
