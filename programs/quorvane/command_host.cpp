@@ -1,20 +1,17 @@
-// quorvane platform, system-directory, registry, profile, sid, user, adapters: the host services.
+// quorvane platform, system-directory, profile, sid, user, adapters: the host services.
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <iterator>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "host/basAPI_api.h"
-#include "platform/conversions.h"
 #include "programs/common/program.h"
 #include "programs/quorvane/commands.h"
 #include "programs/quorvane/file_name.h"
 #include "programs/quorvane/json.h"
-#include "programs/quorvane/registry_watch.h"
 #include "programs/quorvane/system_reason.h"
 #include "runtime/utf8.h"
 
@@ -27,19 +24,6 @@ NT".)";
 
 constexpr const char* kSystemDirectoryDetails =
     R"(Prints the directory of the system's own libraries.)";
-
-constexpr const char* kRegistryDetails =
-    R"(HIVE is HKCR, HKCU, HKLM, HKU, HKCC, its long form, or the handle as a signed
-number. KEY is a path with \ between its parts. The name "" is the key's default
-value.)";
-
-constexpr const char* kRegistryReadDetails =
-    R"(Prints the kind of the result: empty, integer N, or string "..." (with \\, \",
-\n and \xHH for what would not show). Binary values show as integers.)";
-
-constexpr const char* kRegistryWriteDetails =
-    R"(Stores one value and makes the key where it is missing. Exits with 1, and says
-why, when nothing could be written.)";
 
 constexpr const char* kProfileDetails =
     R"(Reads or writes one value of a profile (INI) file: the system's own, or FILE. A
@@ -76,109 +60,6 @@ int PrintLine(Console& console, const Text& text) {
 int Fail(Console& console, const std::string& reason) {
   console.Complain(reason);
   return ExitCode::kFailure;
-}
-
-std::string UpperCase(std::string word) {
-  std::ranges::transform(word, word.begin(), [](unsigned char c) { return std::toupper(c); });
-  return word;
-}
-
-// --- the registry
-
-struct Hive {
-  const char* short_name;
-  const char* long_name;
-  std::uint32_t handle;
-};
-
-constexpr std::array kHives{
-    Hive{"HKCR", "HKEY_CLASSES_ROOT", 0x80000000}, Hive{"HKCU", "HKEY_CURRENT_USER", 0x80000001},
-    Hive{"HKLM", "HKEY_LOCAL_MACHINE", 0x80000002}, Hive{"HKU", "HKEY_USERS", 0x80000003},
-    Hive{"HKCC", "HKEY_CURRENT_CONFIG", 0x80000005}};
-
-std::string HiveNames() {
-  std::string names;
-  for (const Hive& hive : kHives)
-    names += (names.empty() ? "" : ", ") + std::string(hive.short_name);
-  return names;
-}
-
-RegistryHandle ParseHive(const std::string& word) {
-  const std::string name = UpperCase(word);
-  for (const Hive& hive : kHives) {
-    if (name == hive.short_name || name == hive.long_name) {
-      return static_cast<RegistryHandle>(hive.handle);
-    }
-  }
-  try {
-    return ParseInteger(word, "HIVE");
-  } catch (const UsageError& error) {
-    throw UsageError(error.what() + std::string("; the hives are ") + HiveNames());
-  }
-}
-
-std::int32_t ParseType(const std::string& word) {
-  if (word == "sz") return 1;
-  if (word == "binary") return 3;
-  if (word == "dword") return 4;
-  return ParseInteger(word, "TYPE");
-}
-
-std::string Quoted(const std::string& utf8) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string quoted = "\"";
-  for (const char c : utf8) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (c == '"' || c == '\\') quoted += '\\';
-    if (c == '\n') {
-      quoted += "\\n";
-    } else if (byte < 0x20 || byte == 0x7F) {
-      quoted.append("\\x").append(1, kDigits[byte >> 4]).append(1, kDigits[byte & 0xF]);
-    } else {
-      quoted += c;
-    }
-  }
-  return quoted + "\"";
-}
-
-std::string KindAndValue(const TaggedValue& value) {
-  if (value.IsEmpty()) return "empty";
-  if (const auto* integer = value.As<std::int32_t>()) return "integer " + std::to_string(*integer);
-  return "string " + Quoted(ToUtf8(ToText(value)));
-}
-
-std::string JsonOf(const TaggedValue& value) {
-  if (value.IsEmpty()) return JsonRecord({{"kind", JsonText("empty")}, {"value", "null"}});
-  if (const auto* integer = value.As<std::int32_t>())
-    return JsonRecord({{"kind", JsonText("integer")}, {"value", std::to_string(*integer)}});
-  return JsonRecord({{"kind", JsonText("string")}, {"value", JsonText(ToUtf8(ToText(value)))}});
-}
-
-int RegistryRead(const Arguments& arguments, Console& console) {
-  const auto& words = arguments.Operands();
-  Text key = FromUtf8(words[1]);
-  Text name = FromUtf8(words[2]);
-  const TaggedValue value = basAPI_api::ReadRegistryValue(ParseHive(words[0]), key, name);
-  console.Out((arguments.Has("--json") ? JsonOf(value) : KindAndValue(value)) + "\n");
-  return ExitCode::kSuccess;
-}
-
-int RegistryWrite(const Arguments& arguments, Console& console) {
-  const auto& words = arguments.Operands();
-  Text key = FromUtf8(words[1]);
-  Text name = FromUtf8(words[2]);
-  TaggedValue value;
-  if (words.size() == 4) value = FromUtf8(words[3]);
-  const std::int32_t type = ParseType(arguments.Value("--type").value_or("sz"));
-  RegistryWatch watch;
-  const Boolean16 written =
-      basAPI_api::WriteRegistryValue(ParseHive(words[0]), key, name, value, type, watch);
-  if (written.IsTrue()) return ExitCode::kSuccess;
-  // Where all calls went well it was the value that could not be handed to them.
-  return Fail(console,
-              "nothing was written: " +
-                  (watch.Failure() != 0 ? ReasonOf(watch.Failure())
-                                        : "VALUE is no integer from -2147483648 to 2147483647"));
 }
 
 // --- profiles
@@ -275,12 +156,6 @@ int Adapters(const Arguments& arguments, Console& console) {
 }
 
 constexpr std::array kJsonOptions{kJson};
-constexpr std::array kWriteOptions{
-    Option{"--type", "TYPE",
-           "sz (the default), dword, binary or a number; others than sz and "
-           "dword make the key and store nothing",
-           't'},
-};
 constexpr Option kFile{"--file", "FILE", "the file in the place of the system's own", 'f'};
 constexpr std::array kProfileReadOptions{kFile, kJson};
 constexpr std::array kProfileWriteOptions{kFile};
@@ -293,12 +168,6 @@ constexpr std::array kCommands{
             kSystemDirectoryDetails,
             {},
             SystemDirectory},
-    Command{
-        "registry", "OPERATION", "read or write registry values", kRegistryDetails, {}, nullptr},
-    Command{"registry read", "HIVE KEY NAME", "shows a value", kRegistryReadDetails, kJsonOptions,
-            RegistryRead},
-    Command{"registry write", "HIVE KEY NAME [VALUE]", "stores a value", kRegistryWriteDetails,
-            kWriteOptions, RegistryWrite},
     Command{"profile",
             "OPERATION",
             "read or write a profile (INI) value",

@@ -17,6 +17,7 @@ constexpr auto kFamilies = std::to_array<Family>({
     TextCommands,
     GradientCommands,
     HostCommands,
+    RegistryCommands,
 });
 
 constexpr std::array kProgramOptions{

@@ -34,6 +34,7 @@ struct Command {
 [[nodiscard]] std::span<const Command> TextCommands();
 [[nodiscard]] std::span<const Command> GradientCommands();
 [[nodiscard]] std::span<const Command> HostCommands();
+[[nodiscard]] std::span<const Command> RegistryCommands();
 
 /// All subcommands in the order of the help, each group before its operations.
 [[nodiscard]] std::span<const Command> AllCommands();

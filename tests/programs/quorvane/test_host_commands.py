@@ -150,6 +150,141 @@ class RegistryByItself(Stores):
         self.assertIn(b"nothing was written", done.stderr)
 
 
+class KeptRegistry(Stores):
+    """What the tests of list, delete, export and import share: the registry without the 8-bit calls."""
+
+    ALL_KINDS = (
+        "Windows Registry Editor Version 5.00\n\n"
+        "[HKEY_CURRENT_USER\\Software\\QuorvaneWitness]\n"
+        '@="the default \u20ac"\n'
+        '"a \\"b\\" \\\\c"="x\\\\y \\"z\\""\n'
+        '"bytes"=hex:00,ff,10\n'
+        '"expand"=hex(2):25,00,50,00,25,00,00,00\n'
+        '"list"=hex(7):61,00,00,00,62,00,00,00,00,00\n'
+        '"number"=dword:fffffffe\n'
+        "\n[HKEY_CURRENT_USER\\Software\\QuorvaneWitness\\Below]\n"
+        '"none"=hex(0):\n')
+
+    def setUp(self):
+        super().setUp()
+        run("registry", "delete", "HKCU", KEY, "--tree")  # what other tests have left
+        self.addCleanup(run, "registry", "delete", "HKCU", KEY, "--tree")
+
+    def own_name(self, file):
+        return "Z:" + str(file).replace("/", "\\") if IS_WINDOWS else str(file)
+
+    def import_bytes(self, data):
+        (self.folder / "in.reg").write_bytes(data)
+        return run("registry", "import", self.own_name(self.folder / "in.reg"))
+
+    def exported(self):
+        return output("registry", "export", "-", "HKCU", KEY)
+
+
+class RegistryAsItIsKept(KeptRegistry):
+    def test_what_is_imported_is_exported(self):
+        for data in (self.ALL_KINDS.encode(), b"\xef\xbb\xbf" + self.ALL_KINDS.replace("\n", "\r\n").encode(),
+                     b"\xff\xfe" + self.ALL_KINDS.replace("\n", "\r\n").encode("utf-16-le")):
+            done = self.import_bytes(data)
+            self.assertEqual((done.returncode, done.stdout, done.stderr), (0, b"", b""))
+            self.assertEqual(sorted(self.exported().splitlines()), sorted(self.ALL_KINDS.splitlines()))
+            output("registry", "delete", "HKCU", KEY, "--tree")
+
+    def test_a_file_is_written_as_windows_writes_it(self):
+        self.import_bytes(self.ALL_KINDS.encode())
+        file = self.folder / "out.reg"
+        output("registry", "export", self.own_name(file), "HKEY_CURRENT_USER", KEY)
+        data = file.read_bytes()
+        self.assertEqual(data[:2], b"\xff\xfe")
+        self.assertEqual(data[2:].decode("utf-16-le"), self.exported().replace("\n", "\r\n"))
+
+    def test_the_calls_see_what_is_imported(self):
+        self.import_bytes(self.ALL_KINDS.encode())
+        self.assertEqual([read(name) for name in ("", "number", "bytes", "expand")],
+                         ['string "the default \u20ac"', "integer -2", "integer 1113856", "empty"])
+
+    def test_an_old_file_and_long_lines_are_read(self):
+        old = (b'REGEDIT4\r\n\r\n; a comment\r\n[HKEY_CURRENT_USER\\' + KEY.encode() + b']\r\n"e"=hex(2):25,\\\r\n'
+               b'  80,00\r\n"t"="\x80"\r\n')
+        self.assertEqual(self.import_bytes(old).returncode, 0)
+        self.assertIn('"e"=hex(2):25,00,ac,20,00,00\n', self.exported())
+        self.assertEqual(read("t"), 'string "\u20ac"')
+
+    def test_a_file_takes_values_and_keys_away(self):
+        self.import_bytes(self.ALL_KINDS.encode())
+        head = "Windows Registry Editor Version 5.00\n"
+        self.import_bytes(f'{head}[HKCU\\{KEY}]\n"number"=-\n@=-\n[-HKCU\\{KEY}\\Below]\n'.encode())
+        listing = output("registry", "list", "HKCU", KEY)
+        for gone in ('"number"', '  "" ', "Below"):
+            self.assertNotIn(gone, listing)
+        self.assertIn('  "bytes" type 3 00 FF 10\n', listing)
+
+    def test_a_wrong_file_changes_nothing_and_names_the_line(self):
+        head = f"Windows Registry Editor Version 5.00\n[HKEY_CURRENT_USER\\{KEY}]\n\"good\"=\"x\"\n"
+        for wrong in ('"a"=hex:0z', '"a"=dword:100000000', '"a"', '"a=1', '"a"="x" y', "[HKXX\\a]", "[HKCU\\a",
+                      '"a"=octal:7', '"a"=hex(g):00', "[-HKEY_CURRENT_USER]"):
+            with self.subTest(wrong):
+                done = self.import_bytes((head + wrong + "\n").encode())
+                self.assertEqual((done.returncode, done.stdout), (1, b""))
+                self.assertIn(b"line 4: ", done.stderr)
+        self.assertEqual(run("registry", "list", "HKCU", KEY).returncode, 1)
+        for data in (b"", b"[HKCU\\x]\n", b"\x00\x01"):
+            done = self.import_bytes(data)
+            self.assertEqual(done.returncode, 1)
+            self.assertIn(b"line 1: this is no .reg file", done.stderr)
+
+    def test_list_shows_keys_and_values(self):
+        self.import_bytes(self.ALL_KINDS.encode())
+        lines = output("registry", "list", "hkcu", KEY.upper()).splitlines()
+        self.assertEqual([line.lower() for line in lines if not line.startswith(" ")],
+                         ["hkey_current_user\\software\\quorvanewitness",
+                          "hkey_current_user\\software\\quorvanewitness\\below"])
+        self.assertIn('  "number" integer -2', lines)
+        keys = json.loads(output("registry", "list", "HKCU", KEY, "--json"))
+        self.assertEqual({value["name"]: (value["type"], value["value"]) for value in keys[0]["values"]},
+                         {"": (1, "the default \u20ac"), 'a "b" \\c': (1, 'x\\y "z"'), "bytes": (3, "00 FF 10"),
+                          "expand": (2, "25 00 50 00 25 00 00 00"), "list": (7, "61 00 00 00 62 00 00 00 00 00"),
+                          "number": (4, -2)})
+        self.assertEqual(keys[1]["values"], [{"name": "none", "type": 0, "value": ""}])
+
+    def test_delete_takes_a_value_or_a_key_and_says_what_is_not_there(self):
+        write("a", "x")
+        write("b", "y")
+        output("registry", "delete", "HKCU", KEY, "A")
+        self.assertEqual([read("a"), read("b")], ["empty", 'string "y"'])
+        for words, reason in (((KEY, "a"), b"there is no such value: a"), ((KEY + "x", "a"), b"there is no such key"),
+                              ((KEY + "x", "--tree"), b"there is no such key")):
+            done = run("registry", "delete", "HKCU", *words)
+            self.assertEqual((done.returncode, done.stdout), (1, b""))
+            self.assertIn(reason, done.stderr)
+        output("registry", "delete", "HKCU", KEY, "--tree")
+        self.assertEqual(run("registry", "list", "HKCU", KEY).returncode, 1)
+
+    def test_values_read_as_json(self):
+        self.import_bytes(self.ALL_KINDS.encode())
+        for name, shown in (("number", {"kind": "integer", "value": -2}), ("nothing", {"kind": "empty", "value": None}),
+                            ('a "b" \\c', {"kind": "string", "value": 'x\\y "z"'})):
+            self.assertEqual(json.loads(output("registry", "read", "HKCU", KEY, name, "--json")), shown)
+
+
+if IS_WINDOWS:
+    class RegistryFilesBesideReg(KeptRegistry):
+        """For Windows, whose reg.exe reads and writes the same files."""
+
+        def test_reg_reads_our_file_and_we_read_its(self):
+            self.import_bytes(self.ALL_KINDS.encode())
+            ours, theirs = self.folder / "ours.reg", self.folder / "theirs.reg"
+            output("registry", "export", self.own_name(ours), "HKCU", KEY)
+            output("registry", "delete", "HKCU", KEY, "--tree")
+            witness(REG, "import", self.own_name(ours))
+            again = self.exported()
+            self.assertEqual(sorted(again.splitlines()), sorted(self.ALL_KINDS.splitlines()))
+            witness(REG, "export", rf"HKCU\{KEY}", self.own_name(theirs), "/y")
+            output("registry", "delete", "HKCU", KEY, "--tree")
+            output("registry", "import", self.own_name(theirs))
+            self.assertEqual(self.exported(), again)
+
+
 class Profiles(Stores):
     def setUp(self):
         super().setUp()

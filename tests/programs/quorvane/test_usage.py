@@ -108,6 +108,26 @@ WRONG = {
         ("HKCU", "k", "n", "v", "--type", "text"): "TYPE is no number: 'text'",
         ("HKCU", "k", "n", "v", "w"): "too many arguments, from 'w' on",
     },
+    "registry list": {
+        ("HKXX",): f"HIVE is no number: 'HKXX'; {HIVES}",
+        ("12345",): f"HIVE has no name; {HIVES}",
+        ("HKCU", "k", "n"): "too many arguments, from 'n' on",
+    },
+    "registry delete": {
+        ("HKCU",): "too few arguments: HIVE KEY [NAME] is wanted",
+        ("HKCU", "k"): "either NAME or --tree is wanted",
+        ("HKCU", "k", "n", "--tree"): "either NAME or --tree is wanted",
+        ("HKCU", "", "--tree"): "a whole hive cannot be deleted",
+        ("HKCU", "\\", "--tree"): "a whole hive cannot be deleted",
+    },
+    "registry export": {
+        (): "too few arguments: FILE [HIVE] [KEY] is wanted",
+        ("x.reg", "HKXX"): f"HIVE is no number: 'HKXX'; {HIVES}",
+    },
+    "registry import": {
+        (): "too few arguments: FILE is wanted",
+        ("a.reg", "b.reg"): "too many arguments, from 'b.reg' on",
+    },
     "profile": {
         (): "too few arguments: OPERATION is wanted",
         ("--file", "a.ini"): "unknown operation 'a.ini'",
