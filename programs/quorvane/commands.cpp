@@ -18,6 +18,7 @@ constexpr auto kFamilies = std::to_array<Family>({
     GradientCommands,
     HostCommands,
     RegistryCommands,
+    DoctorCommands,
 });
 
 constexpr std::array kProgramOptions{

@@ -35,6 +35,7 @@ struct Command {
 [[nodiscard]] std::span<const Command> GradientCommands();
 [[nodiscard]] std::span<const Command> HostCommands();
 [[nodiscard]] std::span<const Command> RegistryCommands();
+[[nodiscard]] std::span<const Command> DoctorCommands();
 
 /// All subcommands in the order of the help, each group before its operations.
 [[nodiscard]] std::span<const Command> AllCommands();

@@ -2,24 +2,31 @@
 
 #include <string>
 
+#include "programs/common/customs.h"
+
 namespace quorvane::examples {
 namespace {
 
 constexpr std::int64_t kLargeFile = 16LL * 1024 * 1024;
 constexpr std::size_t kBarWidth = 40;
-constexpr std::size_t kLineWidth = kBarWidth + 8;  // "[...] 100 %"
+// Blanks over "[...] 100 %" and a ^C behind it, as not every console understands the sequence that
+// clears a line.
+constexpr const char* kWipe = "\r                                                    \r";
+static_assert(std::char_traits<char>::length(kWipe) == kBarWidth + 14);
 
 }  // namespace
 
 Progress::~Progress() {
-  // Blanks, as not every console understands the sequence that clears a line.
-  if (next_draw_ != INT64_MAX) console_.Err("\r" + std::string(kLineWidth, ' ') + "\r");
+  if (next_draw_ == INT64_MAX) return;
+  console_.Err(kWipe);
+  SetFarewell(nullptr);
 }
 
 void Progress::Expect(std::int64_t length) {
   if (length < kLargeFile || !console_.ErrorIsTerminal()) return;
   length_ = length;
   next_draw_ = 0;
+  SetFarewell(kWipe);
 }
 
 void Progress::Advance(std::int64_t count) {

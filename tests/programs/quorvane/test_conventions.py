@@ -11,7 +11,9 @@ LIMIT = 2147475455
 
 class ConventionTest(ProgramTest):
     def quorvane(self, *arguments, stdin=b""):
-        return self.run_program("quorvane", *arguments, stdin=stdin)
+        # Not the user's own stores.
+        return self.run_program("quorvane", *arguments, stdin=stdin, XDG_DATA_HOME=str(self.folder / "data"),
+                                XDG_CONFIG_HOME=str(self.folder / "config"))
 
 
 class ShortForms(ConventionTest):
@@ -211,6 +213,30 @@ class Reasons(ConventionTest):
         outcome = self.quorvane("profile", "write", "s", "k", "v", "--file", "none/sub/x.ini")
         self.assert_fails(outcome, "quorvane: nothing was written: ")
         self.assertRegex(outcome.err, r"(?i)path|No such file or directory")
+
+
+class Doctor(ConventionTest):
+    def test_shows_what_the_program_stands_on_and_changes_nothing(self):
+        outcome = self.quorvane("doctor")
+        self.assertEqual((outcome.code, outcome.err), (0, ""))
+        shown = {finding["name"]: finding for finding in json.loads(self.quorvane("doctor", "--json").out)}
+        self.assertEqual([line[2:].split("  ")[0] for line in outcome.lines], list(shown))
+        self.assertLessEqual({"program", "system", "web client", "code page", "locale", "registry", "profile", "account",
+                              "adapters"}, set(shown))
+        self.assertEqual(shown["program"]["value"] + "\n", self.quorvane("--version").out)
+        self.assertFalse(any(finding["fault"] for finding in shown.values()))
+        self.assertEqual(list(self.folder.iterdir()), [])
+
+    def test_tells_a_store_that_cannot_be_used(self):
+        if ON_WINDOWS:
+            return  # the registry and the profile of Windows are not the program's to spoil
+        (self.folder / "data").write_bytes(b"")
+        (self.folder / "config/quorvane/profile.ini").mkdir(parents=True)
+        outcome = self.quorvane("doctor")
+        self.assertEqual(outcome.code, 1)
+        faults = [line for line in outcome.lines if line.startswith("! ")]
+        self.assertEqual([line.split()[1] for line in faults], ["registry", "profile"])
+        self.assertIn("profile.ini: is no file", faults[1])
 
 
 class WildCards(ConventionTest):

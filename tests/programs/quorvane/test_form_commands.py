@@ -4,8 +4,10 @@ The program to test is the words of the command line; runs beside the servers of
 """
 
 import os
+import socket
 import subprocess
 import sys
+import tempfile
 import unittest
 
 PROGRAM = sys.argv[1:]
@@ -79,6 +81,34 @@ class Post(unittest.TestCase):
         words = ("--proxy", "127.0.0.1:" + port("PROXY"), "--user", "anna", "--password", "secret")
         done = run("post", "127.0.0.1", port("PEER"), "/locked", "a=b", *words)
         self.check(done, b"open after 1: a=b", 0, 0)
+
+    def test_takes_the_password_from_a_file_or_standard_input(self):
+        words = ("post", "127.0.0.1", port("PEER"), "/locked", "a=b", "-p", "127.0.0.1:" + port("PROXY"), "-u", "anna")
+        with tempfile.TemporaryDirectory() as folder:
+            file = os.path.join(folder, "password")
+            with open(file, "wb") as written:
+                written.write(b"secret\r\nanother line\n")
+            name = "Z:" + file.replace("/", "\\") if IS_WINDOWS else file
+            self.check(run(*words, "--password-file", name), b"open after 1: a=b", 0, 0)
+        self.check(run(*words, "--password-file", "-", given=b"secret\n"), b"open after 1: a=b", 0, 0)
+        done = run(*words, "--password-file", "none")
+        self.assertEqual((done.returncode, done.stdout), (1, b""))
+        self.assertIn(b"'none' cannot be read", done.stderr)
+
+    def test_tells_failures_apart(self):
+        with socket.create_server(("127.0.0.1", 0)) as silent:
+            for words, reason in (
+                    (("127.0.0.1", port("NOBODY")), b"the connection is refused, or there is no way to the server"),
+                    (("no-such-host.invalid", "80"), b"the name of the server or the proxy is not known"),
+                    (("127.0.0.1", str(silent.getsockname()[1]), "-t", "1"), b"the time is up"),
+                    (("http://127.0.0.1", port("NGINX")), b"SERVER is a host's name, without http://"),
+                    (("https://127.0.0.1", port("NGINX")), b"SERVER is a host's name, without https://")):
+                with self.subTest(reason):
+                    done = run("post", *words[:2], "/", "a=b", *words[2:])
+                    self.check(done, b"Error : Unable to connect to the Internet", 1, 1)
+                    self.assertEqual(done.stderr.splitlines()[0].rstrip(), b"quorvane: no answer: " + reason)
+        done = run("post", "127.0.0.1", port("NGINX"), "/size-0", "a=b")
+        self.assertIn(b"quorvane: no answer: the answer is empty", done.stderr)
 
     def test_tells_a_failure(self):
         text = b"Error : Unable to connect to the Internet"

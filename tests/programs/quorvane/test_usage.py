@@ -154,6 +154,7 @@ WRONG = {
     },
     "sid": {("x",): "too many arguments, from 'x' on"},
     "user": {("x",): "too many arguments, from 'x' on"},
+    "doctor": {("x",): "too many arguments, from 'x' on"},
     "adapters": {("x",): "too many arguments, from 'x' on"},
 }
 
