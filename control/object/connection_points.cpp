@@ -109,7 +109,7 @@ HRESULT ConnectionPoint::EnumConnections(IEnumConnections** out) {
 }
 
 void* ConnectionPointsFace::Find(REFIID id) {
-  return FindInterface<IConnectionPointContainer>(*this, id);
+  return InterfaceMap<IConnectionPointContainer>::Find(*this, id);
 }
 
 ConnectionPoint& ConnectionPointsFace::PointOf(const GUID& id) {

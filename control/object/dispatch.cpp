@@ -26,7 +26,7 @@ constexpr GUID kNoId{};
 
 void* DispatchFace::Find(REFIID id) {
   if (IsMembersInterface(id)) return static_cast<ISecurityCtrl*>(this);
-  return FindInterface<ISupportErrorInfo, IProvideClassInfo, IProvideClassInfo2>(*this, id);
+  return InterfaceMap<ISupportErrorInfo, IProvideClassInfo, IProvideClassInfo2>::Find(*this, id);
 }
 
 HRESULT DispatchFace::GetTypeInfoCount(UINT* count) {

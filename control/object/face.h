@@ -32,14 +32,18 @@ class Face : public Interfaces... {
   IUnknown* outer_;
 };
 
-/// The first of the interfaces that bears the id, as the pointer that QueryInterface hands out, not
-/// yet counted; null when none does.
-template <class... Interfaces, class Object>
-[[nodiscard]] void* FindInterface(Object& object, REFIID id) {
-  void* found = nullptr;
-  IgnoreResult(
-      ((id == __uuidof(Interfaces) && (found = static_cast<Interfaces*>(&object), true)) || ...));
-  return found;
-}
+/// The interface map of a face: the interfaces that it answers for.
+template <class... Interfaces>
+struct InterfaceMap {
+  /// The first of them that bears the id, as the pointer that QueryInterface hands out, not yet
+  /// counted; null when none does.
+  template <class Object>
+  [[nodiscard]] static void* Find(Object& object, REFIID id) {
+    void* found = nullptr;
+    IgnoreResult(
+        ((id == __uuidof(Interfaces) && (found = static_cast<Interfaces*>(&object), true)) || ...));
+    return found;
+  }
+};
 
 }  // namespace quorvane::server

@@ -37,7 +37,7 @@ HWND ParentInSite(IOleInPlaceSite& site, HWND verb_parent) {
 
 void* InPlaceFace::Find(REFIID id) {
   if (id == __uuidof(IOleWindow)) return static_cast<IOleInPlaceObject*>(this);
-  return FindInterface<IOleInPlaceObject, IOleInPlaceActiveObject>(*this, id);
+  return InterfaceMap<IOleInPlaceObject, IOleInPlaceActiveObject>::Find(*this, id);
 }
 
 RECT InPlaceFace::Locked(const RECT& where) const {

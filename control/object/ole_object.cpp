@@ -7,7 +7,7 @@
 
 namespace quorvane::server {
 
-void* OleControlFace::Find(REFIID id) { return FindInterface<IOleControl>(*this, id); }
+void* OleControlFace::Find(REFIID id) { return InterfaceMap<IOleControl>::Find(*this, id); }
 
 HRESULT OleControlFace::GetControlInfo(CONTROLINFO* out) {
   if (out == nullptr) return E_POINTER;
@@ -23,7 +23,7 @@ HRESULT OleControlFace::OnAmbientPropertyChange(DISPID /*id*/) { return S_OK; }
 
 HRESULT OleControlFace::FreezeEvents(BOOL /*freeze*/) { return S_OK; }
 
-void* OleObjectFace::Find(REFIID id) { return FindInterface<IOleObject>(*this, id); }
+void* OleObjectFace::Find(REFIID id) { return InterfaceMap<IOleObject>::Find(*this, id); }
 
 HRESULT OleObjectFace::SetClientSite(IOleClientSite* site) {
   const auto alive = KeepAlive();

@@ -58,7 +58,7 @@ void ContainerBag::WriteProperty(const Text& name, const TaggedValue& value,
 
 void* PersistenceFace::Find(REFIID id) {
   if (id == __uuidof(IPersist)) return static_cast<IPersistStreamInit*>(this);
-  return FindInterface<IPersistStreamInit, IPersistPropertyBag>(*this, id);
+  return InterfaceMap<IPersistStreamInit, IPersistPropertyBag>::Find(*this, id);
 }
 
 HRESULT PersistenceFace::GetClassID(CLSID* out) {

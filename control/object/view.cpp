@@ -34,7 +34,7 @@ void DrawControlIcon(HDC dc, const RECT& where) {
   ::DestroyIcon(static_cast<HICON>(icon));
 }
 
-void* ViewFace::Find(REFIID id) { return FindInterface<IViewObject, IViewObject2>(*this, id); }
+void* ViewFace::Find(REFIID id) { return InterfaceMap<IViewObject, IViewObject2>::Find(*this, id); }
 
 HRESULT ViewFace::Draw(DWORD aspect, LONG /*index*/, void* /*aspect_data*/,
                        DVTARGETDEVICE* /*target*/, HDC /*target_dc*/, HDC dc, const RECTL* bounds,
