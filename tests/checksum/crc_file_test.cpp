@@ -161,6 +161,21 @@ TEST_F(GetFileCrc32OfFakeFiles, LeavesTheFileToTheStreamWhenAReadFails) {
   EXPECT_EQ(files_.OpenCount(), 0U);
 }
 
+// A stream that reports its end and keeps its file.
+class EndsWithoutClosing final : public cBinaryFileStream {
+ public:
+  using cBinaryFileStream::cBinaryFileStream;
+  std::int32_t Read(ByteArray& /*buffer*/, std::int32_t /*size*/) override { return 0; }
+};
+
+TEST_F(GetFileCrc32OfFakeFiles, LeavesClosingToRead) {
+  files_.contents[u"a.bin"].bytes = SampleBytes(100);
+  EndsWithoutClosing stream(files_, app_, kernel32_);
+  stream.PutFile(u"a.bin");
+  EXPECT_EQ(cCRC32().GetFileCrc32(stream), 0);
+  EXPECT_EQ(files_.OpenCount(), 1U);
+}
+
 TEST_F(GetFileCrc32OfFakeFiles, GoesOnFromWhereTheStreamStands) {
   const auto bytes = SampleBytes(20000);
   files_.contents[u"a.bin"].bytes = bytes;

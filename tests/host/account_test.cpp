@@ -112,6 +112,19 @@ class FakeMemory final : public testing::FakeKernel32Base {
   CallLog& log_;
 };
 
+// Hands out a text, of which nothing is copied.
+class MemoryThatCopiesNothing final : public testing::FakeKernel32Base {
+ public:
+  using FakeKernel32Base::RtlMoveMemory;
+  std::int32_t lstrlenA(Address32 /*address*/) override { return 12; }
+  void RtlMoveMemory(void* destination, Address32 /*source*/, std::uint32_t length) override {
+    before.assign(static_cast<const char*>(destination), length);
+  }
+  Address32 LocalFree(Address32 /*address*/) override { return kNoAddress; }
+
+  std::string before;
+};
+
 const std::string kSid28 = std::string(1, '\1') + std::string(27, 's');
 
 // The expected flow: sizes first, then the data.
@@ -268,6 +281,23 @@ TEST_F(LookupAccountSidBytes, GrowsAsOftenAsTheSystemAsks) {
   EXPECT_EQ(Lookup().UpperBound(), 28);
 }
 
+TEST_F(LookupAccountSidBytes, HoldsTheLongestIdentifier) {
+  const std::string sid = "\1\17" + std::string(66, 's');
+  accounts_.passes = {{0, 122, 68, 5, "", ""}, {1, 0, 68, 4, sid, "HOST"}};
+  const ByteArray bytes = Lookup();
+  EXPECT_EQ(bytes.LowerBound(), 1);
+  EXPECT_EQ(bytes.UpperBound(), 68);
+  EXPECT_EQ(bytes.At(68), 's');
+}
+
+TEST_F(LookupAccountSidBytes, GivesThePlaceholderByteAfterASinglePass) {
+  accounts_.passes = {{1, 0, 1, 4, "\7", "HOST"}};
+  const ByteArray bytes = Lookup();
+  EXPECT_EQ(bytes.LowerBound(), 1);
+  EXPECT_EQ(bytes.UpperBound(), 1);
+  EXPECT_EQ(bytes.At(1), 7);
+}
+
 TEST_F(LookupAccountSidBytes, KeepsTheIdentifierWithoutADomain) {
   accounts_.passes = {{0, 122, 12, 1, "", ""}, {1, 0, 12, 0, std::string(12, 's'), "X"}};
   EXPECT_EQ(Lookup().UpperBound(), 12);
@@ -337,6 +367,14 @@ TEST_F(SidBytesToText, RaisesSubscriptOutOfRangeWithoutAFirstElement) {
     EXPECT_EQ(ErrorNumberOf([&] { static_cast<void>(TextOf(sid)); }), 9);
   }
   EXPECT_TRUE(log_.empty()) << "before any call";
+}
+
+TEST_F(SidBytesToText, CopiesIntoAsManySpaces) {
+  MemoryThatCopiesNothing memory;
+  ByteArray sid(1, 28);
+  sid.At(1) = 1;
+  EXPECT_EQ(basAPI_api::SidBytesToText(sid, accounts_, memory, Page1252()), Text(u""));
+  EXPECT_EQ(memory.before, std::string(12, ' '));
 }
 
 }  // namespace

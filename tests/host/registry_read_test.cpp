@@ -103,6 +103,26 @@ TEST_F(ReadRegistryValue, GivesTheEmptyKindWhenAStringGrowsBetweenTheQueries) {
   EXPECT_TRUE(os_.open.empty());
 }
 
+TEST_F(ReadRegistryValue, PassesTheReportedSizeOfAnIntegerWhateverItIs) {
+  for (const std::int32_t type : {3, 4}) {
+    for (const std::size_t size : {0U, 1U, 2U, 3U, 4U, 7U}) {
+      static_cast<void>(ReadStored(type, std::string(size, '\1')));
+      EXPECT_EQ(os_.log[os_.log.size() - 2].substr(std::string("RegQueryValueExA(101, ").size()),
+                "\"name\", " + std::to_string(size) + ") with data");
+    }
+  }
+}
+
+TEST_F(ReadRegistryValue, PassesTheTypeOfTheFirstQueryToTheSecond) {
+  for (const std::int32_t type : {1, 3, 4}) {
+    os_.types_seen.clear();
+    static_cast<void>(ReadStored(type, std::string("abc\0", 4)));
+    ASSERT_EQ(os_.types_seen.size(), 2U);
+    EXPECT_EQ(os_.types_seen[0].second, 0);
+    EXPECT_EQ(os_.types_seen[1].second, type);
+  }
+}
+
 TEST_F(ReadRegistryValue, RaisesInsideForSizesThatNoBufferCanHave) {
   for (const std::int32_t type : {1, 3, 4}) {
     os_.values["name"] = {type, "x"};

@@ -60,5 +60,14 @@ TEST(SystemCodePage, GivesNothingForNothing) {
   EXPECT_EQ(FromBytes(""), u"");
 }
 
+TEST(SystemCodePage, GivesEveryCharacterTheCodeOfItsBytes) {
+  for (unsigned unit = 0; unit < 0x10000; ++unit) {
+    const auto character = static_cast<char16_t>(unit);
+    const std::string bytes = ToBytes({&character, 1});
+    ASSERT_EQ(bytes.size(), 1U) << unit;
+    ASSERT_EQ(systemCodePage().CodeOf(character), static_cast<unsigned char>(bytes[0])) << unit;
+  }
+}
+
 }  // namespace
 }  // namespace quorvane

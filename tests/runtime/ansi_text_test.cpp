@@ -153,5 +153,32 @@ TEST(CallWithAnsi, ReplacesNothingWhenTheCallRaises) {
   EXPECT_EQ(text, Text(u"a\u4E00b"));
 }
 
+// Two characters to a byte.
+class HalvingPage final : public CodePage {
+ public:
+  std::string ToBytes(std::u16string_view characters) const override {
+    return std::string((characters.size() + 1) / 2, '\xAA');
+  }
+  std::u16string FromBytes(std::string_view bytes) const override {
+    return std::u16string(bytes.size() * 2, u'\u00AA');
+  }
+};
+
+TEST(CallWithAnsi, FillsUpWithZerosWhereThePageMakesFewerBytesThanCharacters) {
+  const HalvingPage page;
+  for (const std::size_t length : {10U, 600U}) {
+    Text text(length, u'\u00AA');
+    CallWithAnsi(
+        page,
+        [&](const char* bytes) {
+          EXPECT_EQ(std::string(bytes, length + 1),
+                    std::string(length / 2, '\xAA') + std::string(length / 2 + 1, '\0'));
+          return 0;
+        },
+        text);
+    EXPECT_EQ(text, Text(length, u'\u00AA'));
+  }
+}
+
 }  // namespace
 }  // namespace quorvane

@@ -50,5 +50,30 @@ TEST(Utf8, ReplacesSingleSurrogates) {
             "a");
 }
 
+// RFC 3629, section 4, as a list: which second byte a sequence may go on with.
+bool MayFollow(int lead, int second) {
+  if (lead == 0xE0) return second >= 0xA0 && second <= 0xBF;
+  if (lead == 0xED) return second >= 0x80 && second <= 0x9F;
+  if (lead == 0xF0) return second >= 0x90 && second <= 0xBF;
+  if (lead == 0xF4) return second >= 0x80 && second <= 0x8F;
+  return lead >= 0xC2 && lead <= 0xF4 && second >= 0x80 && second <= 0xBF;
+}
+
+TEST(Utf8, TakesEveryPairOfBytesForWhatItIs) {
+  const auto alone = [](int byte) {
+    return std::u16string(1, byte < 0x80 ? static_cast<char16_t>(byte) : u'\uFFFD');
+  };
+  for (int first = 0; first < 256; ++first) {
+    for (int second = 0; second < 256; ++second) {
+      std::u16string expected = alone(first) + alone(second);
+      if (MayFollow(first, second)) expected = u"\uFFFD";  // begun, and cut off
+      if (MayFollow(first, second) && first < 0xE0)
+        expected = std::u16string(1, static_cast<char16_t>((first & 0x1F) << 6 | (second & 0x3F)));
+      const std::string bytes{static_cast<char>(first), static_cast<char>(second)};
+      ASSERT_EQ(FromUtf8(bytes), Text(expected)) << first << ' ' << second;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace quorvane

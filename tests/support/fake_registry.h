@@ -6,6 +6,8 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "tests/support/call_log.h"
 #include "tests/support/call_text.h"
@@ -52,6 +54,7 @@ class FakeRegistry final : public FakeAdvapi32Base {
                                 std::int32_t* type, void* data, std::int32_t* size) override {
     log.push_back(CallText("RegQueryValueExA", key, name, *size) + (data ? " with data" : ""));
     used_badly = used_badly || !open.contains(key) || reserved != nullptr;
+    types_seen.emplace_back(type, *type);
     if (before_query) before_query(data != nullptr);
     if (plan.NextCallFails()) return kFailure;
     const auto found = values.find(name == nullptr ? "" : name);
@@ -89,6 +92,8 @@ class FakeRegistry final : public FakeAdvapi32Base {
   std::map<std::string, Value> values;
   /// What queries report instead of the data's own size.
   std::optional<std::int32_t> reported_size;
+  /// The variables for the type that queries were given, and what they held then.
+  std::vector<std::pair<const std::int32_t*, std::int32_t>> types_seen;
   std::function<void(bool with_data)> before_query;
   std::set<RegistryHandle> open;
   bool used_badly = false;

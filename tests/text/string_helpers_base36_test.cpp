@@ -47,5 +47,11 @@ TEST(NumberToBase36, AgreesWithTheLibraryOverTheWholeRange) {
   }
 }
 
+TEST(NumberToBase36, GivesAPresentTextAlsoOutsideItsRange) {
+  for (const std::int32_t value : {0, -1, 32768, 2147483647}) {
+    EXPECT_FALSE(NumberToBase36(value).IsAbsent()) << value;
+  }
+}
+
 }  // namespace
 }  // namespace quorvane::testing

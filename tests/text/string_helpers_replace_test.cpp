@@ -186,5 +186,22 @@ TEST(ReplaceAll, AsksTheCollationForCharactersJustOutsideThePlainRange) {
   }
 }
 
+// The guard comes before the length is narrowed.
+TEST(ReplaceAll, GivesTheEmptyTextForALongFindThatTheCollationCallsEmpty) {
+  const FakeCollation collation;
+  EXPECT_EQ(ReplaceAll(u"abc", Text(40000, FakeCollation::kPassedOver), u"x", collation),
+            Text(u""));
+  EXPECT_EQ(ReplaceAll(Text(), Text(40000, u'a'), u"x"), Text(u""));
+}
+
+TEST(ReplaceAll, GivesTheTextBackForAMatchBehindPosition65536) {
+  for (const std::size_t position : {65535U, 65536U, 65537U, 65538U, 98305U, 131073U}) {
+    const Text text = BlanksWith(u"find", position);
+    EXPECT_EQ(ReplaceAll(text, u"find", u"x"), text) << position;
+    const Text other = BlanksWith(u"f\u00EFnd", position);
+    EXPECT_EQ(ReplaceAll(other, u"f\u00EFnd", u"x"), other) << position;
+  }
+}
+
 }  // namespace
 }  // namespace quorvane::testing

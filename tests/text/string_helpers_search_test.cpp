@@ -106,5 +106,12 @@ TEST(LastPosition, AgreesWithTheLongestFormAroundSixteenBits) {
   EXPECT_EQ(LastPosition(Text(32768, u'a'), u"a"), 32768);
 }
 
+TEST(IsEmptyText, NeedsNoCollationThatCanTell) {
+  const FakeCollation failing(FakeCollation::Plain::kYes, FaultPlan(1));
+  EXPECT_EQ(IsEmptyText(u"x", failing), kFalse);
+  const FakeCollation failing_again(FakeCollation::Plain::kYes, FaultPlan(1));
+  EXPECT_EQ(IsEmptyText(Text(), failing_again), kTrue);
+}
+
 }  // namespace
 }  // namespace quorvane::testing

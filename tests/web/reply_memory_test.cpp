@@ -37,5 +37,21 @@ TEST(ReplyMemory, IsThatOfTheTextWhateverTheMixture) {
 
 TEST(ReplyMemory, IsHalfOfItForAscii) { EXPECT_LT(BytesTakenWithOthersEach(0), kTextSize * 5 / 8); }
 
+TEST(ReplyMemory, TakesNoSecondRoomToJoinIt) {
+  for (const bool is_ascii : {true, false}) {
+    ReplyText text;
+    for (std::size_t number = 0; number < kBlocks; ++number) {
+      if (is_ascii) {
+        text.AppendAscii(std::string(kBlock, 'a'));
+      } else {
+        text.Append(std::u16string(kBlock, u'\u00E9'));
+      }
+    }
+    const std::size_t before = testing::FailingMemory::BytesTaken();
+    EXPECT_EQ(text.Take().size(), kBlocks * kBlock);
+    EXPECT_LT(testing::FailingMemory::BytesTaken() - before, kTextSize + 1024);
+  }
+}
+
 }  // namespace
 }  // namespace quorvane

@@ -19,5 +19,16 @@ TEST(WindowsCollation, PassesOverCharactersThatMakeNoMark) {
 
 TEST(WindowsCollation, TakesTheSharpSForTwo) { EXPECT_TRUE(AreEqual(u"Stra\u00DFe", u"strasse")); }
 
+// Case is all that is left aside: neither accents, nor the width of a character, nor its kind of
+// kana, nor signs.
+TEST(WindowsCollation, LeavesNothingButCaseAside) {
+  EXPECT_FALSE(AreEqual(u"e", u"\u00E9"));
+  EXPECT_FALSE(AreEqual(u"a", u"\uFF41"));
+  EXPECT_FALSE(AreEqual(u"\u3042", u"\u30A2"));
+  EXPECT_FALSE(AreEqual(u"a-b", u"ab"));
+  EXPECT_FALSE(AreEqual(u"a b", u"ab"));
+  EXPECT_TRUE(AreEqual(u"\uFF21", u"\uFF41"));
+}
+
 }  // namespace
 }  // namespace quorvane::testing
