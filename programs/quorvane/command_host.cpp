@@ -12,6 +12,7 @@
 #include "programs/quorvane/commands.h"
 #include "programs/quorvane/file_name.h"
 #include "programs/quorvane/json.h"
+#include "programs/quorvane/profile_calls.h"
 #include "programs/quorvane/system_reason.h"
 #include "runtime/utf8.h"
 
@@ -69,8 +70,9 @@ int ProfileRead(const Arguments& arguments, Console& console) {
   Text key = FromUtf8(arguments.Operands()[1]);
   const auto file = arguments.Value("--file");
   Text file_name = FileNameOf(file.value_or(""));
-  const Text value = file ? basAPI_api::ReadPrivateProfileValue(section, key, file_name)
-                          : basAPI_api::ReadProfileValue(section, key);
+  const Text value =
+      file ? basAPI_api::ReadPrivateProfileValue(section, key, file_name, ProfileCallsFor(*file))
+           : basAPI_api::ReadProfileValue(section, key);
   if (arguments.Has("--json")) {
     console.Out(JsonRecord({{"value", JsonText(ToUtf8(value))}}) + "\n");
     return ExitCode::kSuccess;
@@ -112,9 +114,9 @@ int ProfileWrite(const Arguments& arguments, Console& console) {
   if (words.size() == 3) value = FromUtf8(words[2]);
   const auto file = arguments.Value("--file");
   Text file_name = FileNameOf(file.value_or(""));
-  const Boolean16 written =
-      file ? basAPI_api::WritePrivateProfileValue(section, key, value, file_name)
-           : basAPI_api::WriteProfileValue(section, key, value);
+  const Boolean16 written = file ? basAPI_api::WritePrivateProfileValue(
+                                       section, key, value, file_name, ProfileCallsFor(*file))
+                                 : basAPI_api::WriteProfileValue(section, key, value);
   if (written.IsTrue()) return ExitCode::kSuccess;
   return Fail(console, "nothing was written: " + ReasonOfProfileFailure(file));
 }

@@ -8,8 +8,9 @@
 #include <cstring>
 #include <filesystem>
 
-#include "platform/posix/desktop_places.h"
+#include "platform/posix/profile_store.h"
 #include "platform/posix/system_errors.h"
+#include "programs/quorvane/posix/profile_path.h"
 
 namespace quorvane::examples {
 namespace {
@@ -37,10 +38,7 @@ std::string ReasonOf(std::int32_t code) {
 }
 
 std::string ReasonOfProfileFailure(const std::optional<std::string>& file) {
-  std::string name = file.value_or(ConfigFolder() / "profile.ini");
-  std::ranges::replace(name, '\\', '/');
-  std::filesystem::path path(name);
-  if (!path.has_parent_path()) path = ConfigFolder() / path;
+  const std::filesystem::path path = file ? ProfilePath(*file) : profile_store::SystemProfile();
   const std::filesystem::path folder = path.parent_path();
   // A file is replaced by a new one beside it, so both must be writable; other reasons, such as a
   // full disk, leave no trace.

@@ -148,6 +148,15 @@ class Names(ProgramTest):
         self.assertEqual(self.run_bytes("gradient", "900", "900", "--picture", self.NAME).returncode, 0)
         self.assertEqual(os.listdir(os.fsencode(self.folder)), [self.NAME])
 
+    def test_of_any_bytes_are_those_of_profiles_too(self):
+        for name in (self.NAME, "日本.ini".encode()):
+            with self.subTest(name):
+                written = self.run_bytes("profile", "write", "s", "k", "v", "--file", b"./" + name)
+                self.assertEqual((written.returncode, written.stderr), (0, b""))
+                self.assertEqual(os.listdir(os.fsencode(self.folder)), [name])
+                self.assertEqual(self.run_bytes("profile", "read", "s", "k", "-f", b"./" + name).stdout, b"v\n")
+                os.unlink(os.fsencode(self.folder) + b"/" + name)
+
     def test_with_a_line_end_stay_one_line_of_a_list(self):
         (self.folder / "a\nb\r").write_bytes(b"x")
         done = self.run_bytes("crc", "a\nb\r")

@@ -1,0 +1,7 @@
+#include "programs/quorvane/profile_calls.h"
+
+namespace quorvane::examples {
+
+Kernel32& ProfileCallsFor(const std::string& /*file*/) { return kernel32(); }
+
+}  // namespace quorvane::examples
