@@ -47,7 +47,7 @@ std::optional<Account> Find(std::string_view name) {
     return std::nullopt;
   };
   const std::size_t sign = name.find('\\');
-  const auto whole = in("", name);
+  auto whole = in("", name);
   if (whole || sign == std::string_view::npos) return whole;
   return in(name.substr(0, sign), name.substr(sign + 1));
 }

@@ -1,16 +1,15 @@
 #include "platform/posix/file_errors.h"
 
+#include <array>
 #include <cerrno>
+#include <utility>
 
 #include "runtime/runtime_error.h"
 
 namespace quorvane {
 
 std::int32_t FileErrorNumber(int system_code) {
-  constexpr struct {
-    int system_code;
-    std::int32_t number;
-  } kNumbers[] = {
+  constexpr auto kNumbers = std::to_array<std::pair<int, std::int32_t>>({
       {ENOENT, ErrorNumber::kFileNotFound},      {ENOTDIR, ErrorNumber::kPathNotFound},
       {EMFILE, ErrorNumber::kTooManyFiles},      {ENFILE, ErrorNumber::kTooManyFiles},
       {EAGAIN, ErrorNumber::kPermissionDenied},  {EBUSY, ErrorNumber::kPermissionDenied},
@@ -21,9 +20,9 @@ std::int32_t FileErrorNumber(int system_code) {
       {ENOSPC, ErrorNumber::kDiskFull},          {EDQUOT, ErrorNumber::kDiskFull},
       {ENODEV, ErrorNumber::kDeviceUnavailable}, {ENXIO, ErrorNumber::kDeviceUnavailable},
       {ENOMEDIUM, ErrorNumber::kDiskNotReady},
-  };
-  for (const auto& known : kNumbers) {
-    if (known.system_code == system_code) return known.number;
+  });
+  for (const auto& [code, number] : kNumbers) {
+    if (code == system_code) return number;
   }
   return ErrorNumber::kPathFileAccess;  // EACCES, EPERM, EISDIR and ELOOP among them
 }

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <memory>
@@ -124,8 +125,9 @@ OpenFile OpenRegularFile(const std::string& path) {
 
 // Elsewhere, over a network above all, a lease may be refused while nobody has the file open.
 bool TellsOfWriters(int descriptor) {
-  constexpr std::uint32_t kTold[] = {BTRFS_SUPER_MAGIC, EXT4_SUPER_MAGIC,      F2FS_SUPER_MAGIC,
-                                     TMPFS_MAGIC,       OVERLAYFS_SUPER_MAGIC, XFS_SUPER_MAGIC};
+  constexpr auto kTold =
+      std::to_array<std::uint32_t>({BTRFS_SUPER_MAGIC, EXT4_SUPER_MAGIC, F2FS_SUPER_MAGIC,
+                                    TMPFS_MAGIC, OVERLAYFS_SUPER_MAGIC, XFS_SUPER_MAGIC});
   struct statfs system {};
   return ::fstatfs(descriptor, &system) == 0 &&
          std::ranges::count(kTold, static_cast<std::uint32_t>(system.f_type)) > 0;

@@ -15,7 +15,7 @@ namespace {
 // not used of it costs nothing.
 constexpr std::size_t kRoom = std::size_t{1} << 21;
 
-auto MakeRoom() { return std::make_unique_for_overwrite<char[]>(kRoom); }
+auto MakeRoom() { return std::make_unique_for_overwrite<std::array<char, kRoom>>(); }
 
 std::optional<User> UserFrom(const passwd* found) {
   if (found == nullptr) return std::nullopt;
@@ -30,7 +30,7 @@ std::optional<User> CurrentUser() {
   passwd entry{};
   passwd* found = nullptr;
   const auto room = MakeRoom();
-  ::getpwuid_r(::geteuid(), &entry, room.get(), kRoom, &found);
+  ::getpwuid_r(::geteuid(), &entry, room->data(), kRoom, &found);
   return UserFrom(found);
 }
 
@@ -38,7 +38,7 @@ std::optional<User> FindUser(const std::string& name) {
   passwd entry{};
   passwd* found = nullptr;
   const auto room = MakeRoom();
-  ::getpwnam_r(name.c_str(), &entry, room.get(), kRoom, &found);
+  ::getpwnam_r(name.c_str(), &entry, room->data(), kRoom, &found);
   return UserFrom(found);
 }
 
@@ -46,7 +46,7 @@ std::optional<std::uint32_t> FindGroup(const std::string& name) {
   group entry{};
   group* found = nullptr;
   const auto room = MakeRoom();
-  ::getgrnam_r(name.c_str(), &entry, room.get(), kRoom, &found);
+  ::getgrnam_r(name.c_str(), &entry, room->data(), kRoom, &found);
   return found != nullptr ? std::optional(entry.gr_gid) : std::nullopt;
 }
 

@@ -1,6 +1,7 @@
 #include "platform/posix/web_exchange.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <utility>
 
@@ -67,19 +68,19 @@ bool WebExchange::Read(char* buffer, std::size_t size, std::size_t& count) {
 
 web_client::Reason WebExchange::Failure() const {
   using web_client::Reason;
-  constexpr std::pair<CURLcode, Reason> kReasons[] = {
-      {CURLE_OPERATION_TIMEDOUT, Reason::kTimeOut},
-      {CURLE_URL_MALFORMAT, Reason::kInvalidUrl},
-      {CURLE_UNSUPPORTED_PROTOCOL, Reason::kUnrecognizedScheme},
-      {CURLE_COULDNT_RESOLVE_HOST, Reason::kNameNotResolved},
-      {CURLE_COULDNT_RESOLVE_PROXY, Reason::kNameNotResolved},
-      {CURLE_COULDNT_CONNECT, Reason::kCannotConnect},
-      {CURLE_GOT_NOTHING, Reason::kConnectionAborted},
-      {CURLE_PARTIAL_FILE, Reason::kConnectionAborted},
-      {CURLE_SEND_ERROR, Reason::kConnectionReset},
-      {CURLE_RECV_ERROR, Reason::kConnectionReset},
-      {CURLE_WEIRD_SERVER_REPLY, Reason::kInvalidServerResponse},
-      {CURLE_TOO_MANY_REDIRECTS, Reason::kRedirectFailed}};
+  constexpr auto kReasons = std::to_array<std::pair<CURLcode, Reason>>(
+      {{CURLE_OPERATION_TIMEDOUT, Reason::kTimeOut},
+       {CURLE_URL_MALFORMAT, Reason::kInvalidUrl},
+       {CURLE_UNSUPPORTED_PROTOCOL, Reason::kUnrecognizedScheme},
+       {CURLE_COULDNT_RESOLVE_HOST, Reason::kNameNotResolved},
+       {CURLE_COULDNT_RESOLVE_PROXY, Reason::kNameNotResolved},
+       {CURLE_COULDNT_CONNECT, Reason::kCannotConnect},
+       {CURLE_GOT_NOTHING, Reason::kConnectionAborted},
+       {CURLE_PARTIAL_FILE, Reason::kConnectionAborted},
+       {CURLE_SEND_ERROR, Reason::kConnectionReset},
+       {CURLE_RECV_ERROR, Reason::kConnectionReset},
+       {CURLE_WEIRD_SERVER_REPLY, Reason::kInvalidServerResponse},
+       {CURLE_TOO_MANY_REDIRECTS, Reason::kRedirectFailed}});
   for (const auto& [outcome, reason] : kReasons) {
     if (outcome == outcome_) return reason;
   }
