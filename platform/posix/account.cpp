@@ -1,20 +1,25 @@
 #include "platform/posix/account.h"
 
+#include <grp.h>
+#include <limits.h>
+#include <pwd.h>
 #include <strings.h>
+#include <unistd.h>
+
+#include <array>
+#include <memory>
 
 #include "platform/posix/system_text.h"
-#include "platform/posix/user_database.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::account {
+namespace quorvane {
 namespace {
 
 constexpr std::string_view kUserDomain = "Unix User";
 constexpr std::string_view kGroupDomain = "Unix Group";
-constexpr std::uint32_t kUsers = 1;
-constexpr std::uint32_t kGroups = 2;
-constexpr std::int32_t kTypeUser = 1;
-constexpr std::int32_t kTypeGroup = 2;
+// A type of account, and a part of its identifier.
+constexpr std::int32_t kUsers = 1;
+constexpr std::int32_t kGroups = 2;
 constexpr unsigned char kUnixAuthority = 22;
 constexpr unsigned char kMostParts = 15;
 
@@ -26,14 +31,58 @@ void AppendLowByteFirst(std::string& bytes, std::uint32_t value) {
   for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(value >> shift & 0xFF);
 }
 
-std::string UnixSid(std::uint32_t kind, std::uint32_t id) {
+std::string UnixSid(std::int32_t kind, std::uint32_t id) {
   std::string bytes{1, 2, 0, 0, 0, 0, 0, static_cast<char>(kUnixAuthority)};
-  AppendLowByteFirst(bytes, kind);
+  AppendLowByteFirst(bytes, static_cast<std::uint32_t>(kind));
   AppendLowByteFirst(bytes, id);
   return bytes;
 }
 
+// Enough for the texts of any entry: those of a group of a hundred thousand members, say. What is
+// not used of it costs nothing.
+constexpr std::size_t kRoom = std::size_t{1} << 21;
+
+auto MakeRoom() { return std::make_unique_for_overwrite<std::array<char, kRoom>>(); }
+
+// Of a call that gives null where it fails.
+std::optional<User> UserFrom(const passwd* found) {
+  if (found == nullptr) return std::nullopt;
+  return User{found->pw_name, found->pw_dir, found->pw_uid};
+}
+
 }  // namespace
+
+std::optional<User> CurrentUser() {
+  passwd entry{};
+  passwd* found = nullptr;
+  const auto room = MakeRoom();
+  ::getpwuid_r(::geteuid(), &entry, room->data(), kRoom, &found);
+  return UserFrom(found);
+}
+
+std::optional<User> FindUser(const std::string& name) {
+  passwd entry{};
+  passwd* found = nullptr;
+  const auto room = MakeRoom();
+  ::getpwnam_r(name.c_str(), &entry, room->data(), kRoom, &found);
+  return UserFrom(found);
+}
+
+std::optional<std::uint32_t> FindGroup(const std::string& name) {
+  group entry{};
+  group* found = nullptr;
+  const auto room = MakeRoom();
+  ::getgrnam_r(name.c_str(), &entry, room->data(), kRoom, &found);
+  return found != nullptr ? std::optional(entry.gr_gid) : std::nullopt;
+}
+
+std::string HostName() {
+  std::array<char, HOST_NAME_MAX + 1> name{};
+  if (::gethostname(name.data(), name.size() - 1) != 0) return {};
+  return name.data();
+}
+
+namespace account {
 
 std::optional<Account> Find(std::string_view name) {
   // The name of a user whom a directory knows may hold the sign itself.
@@ -41,9 +90,9 @@ std::optional<Account> Find(std::string_view name) {
     const std::string known = ToUtf8(Text(FromSystemPage(plain)));
     const bool any = domain.empty() || IsThisMachine(domain);
     const auto user = any || SameWord(domain, kUserDomain) ? FindUser(known) : std::nullopt;
-    if (user) return Account{UnixSid(kUsers, user->id), std::string(kUserDomain), kTypeUser};
+    if (user) return Account{UnixSid(kUsers, user->id), std::string(kUserDomain), kUsers};
     const auto group = any || SameWord(domain, kGroupDomain) ? FindGroup(known) : std::nullopt;
-    if (group) return Account{UnixSid(kGroups, *group), std::string(kGroupDomain), kTypeGroup};
+    if (group) return Account{UnixSid(kGroups, *group), std::string(kGroupDomain), kGroups};
     return std::nullopt;
   };
   const std::size_t sign = name.find('\\');
@@ -71,4 +120,5 @@ bool IsThisMachine(std::string_view name) {
   return SameWord(name, "localhost") || SameWord(name, HostName());
 }
 
-}  // namespace quorvane::account
+}  // namespace account
+}  // namespace quorvane

@@ -5,7 +5,26 @@
 #include <string>
 #include <string_view>
 
-namespace quorvane::account {
+namespace quorvane {
+
+struct User {
+  std::string name;
+  std::string home;
+  std::uint32_t id = 0;
+};
+
+/// The user that the program runs as (its effective id), or nothing when the user database does not
+/// know it.
+[[nodiscard]] std::optional<User> CurrentUser();
+/// The user of a name, which is told exactly: case counts.
+[[nodiscard]] std::optional<User> FindUser(const std::string& name);
+/// The id of the group of a name.
+[[nodiscard]] std::optional<std::uint32_t> FindGroup(const std::string& name);
+
+/// The name of this machine.
+[[nodiscard]] std::string HostName();
+
+namespace account {
 
 // The accounts of this machine, as the user database has them. The identifier of a user is
 // S-1-22-1-(user id), that of a group S-1-22-2-(group id), as file servers that speak to Windows
@@ -27,4 +46,5 @@ struct Account {
 /// Whether the name, with or without leading backslashes, is this machine's.
 [[nodiscard]] bool IsThisMachine(std::string_view name);
 
-}  // namespace quorvane::account
+}  // namespace account
+}  // namespace quorvane

@@ -4,27 +4,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/address32.h"
 
 namespace quorvane {
-
-/// A network adapter of the kernel.
-struct Adapter {
-  std::uint32_t index = 0;
-  std::string name;
-  std::uint32_t type = 0;  // by the numbers of the record's Type field
-  std::vector<std::uint8_t> hardware_address;
-  std::string ip_address;  // the first IPv4 address and its mask, or empty
-  std::string ip_mask;
-};
-
-/// The adapters that the kernel knows, up or down, in its own order; the loop-back is none. Nothing
-/// where the kernel does not tell.
-[[nodiscard]] std::optional<std::vector<Adapter>> KernelAdapters();
 
 /// The published record IP_ADAPTER_INFO in the layout of the 32-bit platform, whatever the host.
 struct AdapterInfoRecord {
@@ -56,8 +40,11 @@ struct AdapterInfoRecord {
 static_assert(sizeof(AdapterInfoRecord) == 640);
 static_assert(offsetof(AdapterInfoRecord, address) == 404);
 
-/// The adapters as a chain of records, one behind the other, for a block that starts at an address.
-[[nodiscard]] std::vector<AdapterInfoRecord> MakeChain(const std::vector<Adapter>& adapters,
-                                                       Address32 start);
+/// The adapters that the kernel knows, up or down, in its own order; the loop-back is none. Each
+/// has its first IPv4 address, or 0.0.0.0, and no link. Nothing where the kernel does not tell.
+[[nodiscard]] std::optional<std::vector<AdapterInfoRecord>> KernelAdapters();
+
+/// Links each record to the one behind it, in a block that starts at an address.
+void MakeChain(std::vector<AdapterInfoRecord>& records, Address32 start);
 
 }  // namespace quorvane

@@ -8,7 +8,6 @@
 #include "platform/posix/registry.h"
 #include "platform/posix/system_errors.h"
 #include "platform/posix/system_text.h"
-#include "platform/posix/user_database.h"
 
 namespace quorvane {
 namespace {

@@ -1,7 +1,6 @@
 #include "platform/posix/atomic_file.h"
 
 #include <fcntl.h>
-#include <limits.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -24,11 +23,10 @@ constexpr int kMostLinks = 40;
 
 // The file that a name leads to, whether it is there or not.
 int FollowLinks(std::filesystem::path& file) {
-  std::array<char, PATH_MAX> room{};
   for (int links = 0; links < kMostLinks; ++links) {
-    const ssize_t length = ::readlink(file.c_str(), room.data(), room.size());
-    if (length < 0) return errno == EINVAL || errno == ENOENT ? 0 : errno;
-    const std::string_view target(room.data(), static_cast<std::size_t>(length));
+    std::error_code failed;
+    const auto target = std::filesystem::read_symlink(file, failed);
+    if (failed) return failed.value() == EINVAL || failed.value() == ENOENT ? 0 : failed.value();
     file = file.parent_path() / target;
   }
   return ELOOP;
@@ -78,9 +76,8 @@ class NextFile {
     const int descriptor = descriptor_.Number();
     if (status != nullptr) {
       // Only the superuser gives files away; everybody may give them to a group of his own.
-      constexpr auto kSameOwner = static_cast<uid_t>(-1);
       const bool given = ::fchown(descriptor, status->st_uid, status->st_gid) == 0 ||
-                         ::fchown(descriptor, kSameOwner, status->st_gid) == 0;
+                         ::fchown(descriptor, ::geteuid(), status->st_gid) == 0;
       const unsigned mode = status->st_mode & (given ? 07777U : 0777U);
       if (::fchmod(descriptor, mode) != 0) return errno;
     }

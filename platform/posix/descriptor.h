@@ -21,7 +21,6 @@ class Descriptor {
   ~Descriptor() {
     if (*this) ::close(number_);
   }
-
   explicit operator bool() const { return number_ >= 0; }
   [[nodiscard]] int Number() const { return number_; }
 

@@ -2,12 +2,10 @@
 
 #include <cstdlib>
 
-#include "platform/posix/user_database.h"
+#include "platform/posix/account.h"
 
 namespace quorvane {
 namespace {
-
-constexpr const char* kOwnFolder = "quorvane";
 
 // Nothing but an absolute path counts.
 std::filesystem::path Absolute(const char* place) {
@@ -25,7 +23,7 @@ std::filesystem::path Home() {
 std::filesystem::path FolderFor(const char* variable, const char* usual_place) {
   auto base = Absolute(std::getenv(variable));
   if (base.empty()) base = Home() / usual_place;
-  return base / kOwnFolder;
+  return base / "quorvane";
 }
 
 }  // namespace

@@ -7,48 +7,37 @@
 namespace quorvane::local_memory {
 namespace {
 
-struct Blocks {
-  std::mutex mutex;
-  std::map<Address32, std::string> by_address;
-  std::uint32_t next = 0x10000;
-};
-
-Blocks& blocks() {
-  static Blocks instance;
-  return instance;
-}
+// NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables): memory is the whole program's
+std::mutex mutex;
+std::map<Address32, std::string> blocks;
+std::uint32_t next = 0;
+// NOLINTEND(cppcoreguidelines-avoid-non-const-global-variables)
 
 }  // namespace
 
 Address32 HandOut(std::string text) {
-  Blocks& all = blocks();
-  const std::lock_guard lock(all.mutex);
-  while (Address32{all.next} == kNoAddress || all.by_address.contains(Address32{all.next})) {
-    all.next += 0x10000;
-  }
-  const Address32 address{all.next};
-  all.by_address.emplace(address, std::move(text) + '\0');
-  all.next += 0x10000;
-  return address;
+  const std::lock_guard lock(mutex);
+  do {
+    next += 0x10000;
+  } while (Address32{next} == kNoAddress || blocks.contains(Address32{next}));
+  blocks.emplace(Address32{next}, std::move(text) + '\0');
+  return Address32{next};
 }
 
 std::string From(Address32 address) {
-  Blocks& all = blocks();
-  const std::lock_guard lock(all.mutex);
-  const auto found = all.by_address.find(address);
-  return found == all.by_address.end() ? std::string() : found->second;
+  const std::lock_guard lock(mutex);
+  const auto found = blocks.find(address);
+  return found == blocks.end() ? std::string() : found->second;
 }
 
 bool GiveBack(Address32 address) {
-  Blocks& all = blocks();
-  const std::lock_guard lock(all.mutex);
-  return all.by_address.erase(address) > 0;
+  const std::lock_guard lock(mutex);
+  return blocks.erase(address) > 0;
 }
 
 std::size_t BlocksHandedOut() {
-  Blocks& all = blocks();
-  const std::lock_guard lock(all.mutex);
-  return all.by_address.size();
+  const std::lock_guard lock(mutex);
+  return blocks.size();
 }
 
 }  // namespace quorvane::local_memory

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/posix/case_fold.h"
 #include "platform/posix/system_text.h"
 #include "runtime/utf8.h"
 

@@ -36,12 +36,11 @@ std::u16string NameFrom(const char* bytes) {
 }
 
 bool HasTooLongName(std::u16string_view path) {
-  while (!path.empty()) {
-    const std::size_t end = std::min(path.find(u'\\'), path.size());
-    if (end > kLongestKeyName) return true;
-    path.remove_prefix(std::min(end + 1, path.size()));
-  }
-  return false;
+  std::size_t length = 0;
+  const auto goes_too_far = [&length](char16_t character) {
+    return (length = character == u'\\' ? 0 : length + 1) > kLongestKeyName;
+  };
+  return std::ranges::any_of(path, goes_too_far);
 }
 
 bool IsText(std::int32_t type) { return type == 1 || type == 2 || type == 7; }

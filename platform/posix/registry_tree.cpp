@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "platform/posix/case_fold.h"
+#include "platform/posix/system_text.h"
 #include "runtime/utf8.h"
 
 namespace quorvane {

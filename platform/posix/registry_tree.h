@@ -17,7 +17,7 @@ struct StoredValue {
 
 struct RegistryKey {
   std::u16string path;
-  std::map<std::u16string, StoredValue> values;  ///< by their folded names, see case_fold.h
+  std::map<std::u16string, StoredValue> values;  ///< by their folded names, see FoldCase()
 };
 
 /// What a registry holds. A key is named by its whole path, such as "HKEY_CURRENT_USER\Software",

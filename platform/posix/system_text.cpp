@@ -1,13 +1,36 @@
 #include "platform/posix/system_text.h"
 
+#include <locale.h>
+#include <wctype.h>
+
 #include <algorithm>
 
 #include "platform/system_code_page.h"
 #include "runtime/utf8.h"
 
 namespace quorvane {
+namespace {
 
 constexpr char16_t kByteMark = 0xDC00;
+
+// The C library's own rules for all of Unicode, whatever locale the program runs in.
+locale_t UnicodeLocale() {
+  static const locale_t kLocale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  return kLocale;
+}
+
+char16_t UpperCase(char16_t character) {
+  if (character < 0x80) {
+    const bool lower = character >= u'a' && character <= u'z';
+    return lower ? static_cast<char16_t>(character - u'a' + u'A') : character;
+  }
+  const locale_t locale = UnicodeLocale();
+  if (locale == nullptr) return character;
+  const wint_t upper = ::towupper_l(character, locale);
+  return upper <= 0xFFFF ? static_cast<char16_t>(upper) : character;
+}
+
+}  // namespace
 
 std::u16string FromSystemPage(std::string_view bytes) { return systemCodePage().FromBytes(bytes); }
 
@@ -17,6 +40,12 @@ std::string ToSystemPage(std::u16string_view characters) {
 
 std::string Utf8ToSystemPage(std::string_view utf8) {
   return ToSystemPage(FromUtf8(utf8).Characters());
+}
+
+std::u16string FoldCase(std::u16string_view name) {
+  std::u16string folded(name);
+  for (char16_t& character : folded) character = UpperCase(character);
+  return folded;
 }
 
 Text FileNameFrom(std::string_view bytes) {

@@ -14,6 +14,10 @@ namespace quorvane {
 [[nodiscard]] std::string ToSystemPage(std::u16string_view characters);
 [[nodiscard]] std::string Utf8ToSystemPage(std::string_view utf8);
 
+/// The form in which names are compared where the platform does not tell upper from lower case:
+/// each character in upper case by itself, so that the length stays (the sharp s is not SS).
+[[nodiscard]] std::u16string FoldCase(std::u16string_view name);
+
 /// The text of a file's name in UTF-8. In one that is none, each byte above 127 becomes the single
 /// half of a surrogate pair U+DC00 + byte, so that every name of the system has a text of its own.
 [[nodiscard]] Text FileNameFrom(std::string_view bytes);

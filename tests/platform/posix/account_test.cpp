@@ -10,7 +10,6 @@
 
 #include "platform/kernel32.h"
 #include "platform/posix/local_memory.h"
-#include "platform/posix/user_database.h"
 #include "tests/support/raises.h"
 
 namespace quorvane {

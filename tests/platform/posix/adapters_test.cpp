@@ -4,17 +4,18 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <set>
+#include <span>
 #include <string>
 
 namespace quorvane {
 namespace {
 
-std::string Colons(const std::vector<std::uint8_t>& address) {
+std::string Colons(std::span<const std::uint8_t> address) {
   std::string text;
   for (const std::uint8_t byte : address) {
     char digits[4];
@@ -37,38 +38,26 @@ TEST(KernelAdapters, AreThoseUnderSysClassNetButTheLoopBack) {
   std::set<std::string> found;
   const auto adapters = KernelAdapters();
   ASSERT_TRUE(adapters.has_value());
-  for (const Adapter& adapter : *adapters) {
-    found.insert(adapter.name + " " + Colons(adapter.hardware_address));
+  for (const AdapterInfoRecord& adapter : *adapters) {
+    const auto address = std::span(adapter.address).first(adapter.address_length);
+    found.insert(std::string(adapter.name.data()) + " " + Colons(address));
     EXPECT_NE(adapter.index, 0U);
+    EXPECT_EQ(adapter.next, 0U);
+    EXPECT_EQ(
+        std::count(adapter.ip_addresses.address.begin(), adapter.ip_addresses.address.end(), '.'),
+        3);
   }
   EXPECT_EQ(found, expected);
 }
 
 TEST(MakeChain, LinksOneRecordBehindTheOther) {
-  Adapter first;
-  first.index = 2;
-  first.name = "eth0";
-  first.type = 6;
-  first.hardware_address = {1, 2, 3, 4, 5, 6};
-  first.ip_address = "10.1.2.3";
-  first.ip_mask = "255.0.0.0";
-  Adapter second;
-  second.name = std::string(300, 'n');
-  second.hardware_address = std::vector<std::uint8_t>(20, 0xAB);
-  const auto chain = MakeChain({first, second}, Address32{0x1000});
-  ASSERT_EQ(chain.size(), 2U);
+  std::vector<AdapterInfoRecord> chain(3);
+  MakeChain(chain, Address32{0x1000});
   EXPECT_EQ(chain[0].next, 0x1000U + 640);
-  EXPECT_EQ(chain[1].next, 0U);
-  EXPECT_STREQ(chain[0].name.data(), "eth0");
-  EXPECT_EQ(chain[0].address_length, 6U);
-  EXPECT_EQ(chain[0].address[5], 6);
-  EXPECT_EQ(chain[0].address[6], 0);
-  EXPECT_STREQ(chain[0].ip_addresses.address.data(), "10.1.2.3");
-  EXPECT_STREQ(chain[0].ip_addresses.mask.data(), "255.0.0.0");
-  EXPECT_EQ(std::strlen(chain[1].name.data()), 259U);
-  EXPECT_EQ(chain[1].address_length, 8U) << "no more than the record has room for";
-  EXPECT_STREQ(chain[1].ip_addresses.address.data(), "0.0.0.0");
-  EXPECT_TRUE(MakeChain({}, Address32{0x1000}).empty());
+  EXPECT_EQ(chain[1].next, 0x1000U + 2 * 640);
+  EXPECT_EQ(chain[2].next, 0U);
+  chain.clear();
+  MakeChain(chain, Address32{0x1000});
 }
 
 }  // namespace

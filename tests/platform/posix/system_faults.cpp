@@ -31,7 +31,6 @@ FAULTY(ssize_t, write, (int file, const void* buffer, std::size_t size), (file, 
 FAULTY(int, stat, (const char* path, struct stat* status), (path, status))
 FAULTY(int, lstat, (const char* path, struct stat* status), (path, status))
 FAULTY(int, fstat, (int file, struct stat* status), (file, status))
-FAULTY(ssize_t, readlink, (const char* path, char* room, std::size_t size), (path, room, size))
 FAULTY(int, faccessat, (int at, const char* path, int right, int flags), (at, path, right, flags))
 FAULTY(int, flock, (int file, int operation), (file, operation))
 FAULTY(int, fchown, (int file, unsigned user, unsigned group), (file, user, group))
