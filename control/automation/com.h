@@ -15,7 +15,7 @@
 // references, never through an interface.
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// An id of the house as the component model sees it: the same 16 bytes.
 [[nodiscard]] inline const GUID& AsGuid(const identities::Guid& id) {
@@ -73,4 +73,4 @@ template <class Interface>
   return found;
 }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

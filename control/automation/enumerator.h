@@ -7,7 +7,7 @@
 #include "control/automation/error_to_hresult.h"
 #include "control/automation/module_lock.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// One of the component model's enumerators over a list that was fixed when it was made. `Item`
 /// holds an element, `Raw` is the form in which Item::CopyTo(Raw*) hands it out.
@@ -83,4 +83,4 @@ class Enumerator final : public EnumInterface {
   LONG references_ = 1;
 };
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -5,7 +5,7 @@
 #include "control/automation/strings.h"
 #include "control/interface/identities.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 namespace {
 
 constexpr DWORD kNumbersBase = 0x800A0000;
@@ -86,4 +86,4 @@ HRESULT CurrentMemberFailure() noexcept {
   }
 }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -6,7 +6,7 @@
 // The boundary between run-time errors, which are thrown, and the component model, which knows
 // results: no exception leaves a method of an interface.
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// A run-time error's number as a result: 1 to 65535 become 0x800A0000 + number, which is where
 /// hosts look for numbers of this kind; a number that is itself a failed result stays that result.
@@ -53,4 +53,4 @@ template <class Body>
   }
 }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

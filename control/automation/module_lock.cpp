@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-namespace quorvane::server {
+namespace quorvane::component {
 namespace {
 
 // Kept: atomic, though a control stays on its thread; those of several threads share the counts,
@@ -27,4 +27,4 @@ void UnlockServer() {
 
 bool ModuleIsLocked() { return objects > 0 || server_locks > 0; }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -1,6 +1,6 @@
 #pragma once
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// The module lock count: how many objects must keep the module in memory. On any thread.
 void LockModule();
@@ -23,4 +23,4 @@ void UnlockServer();
 /// Whether either count keeps the module in memory.
 [[nodiscard]] bool ModuleIsLocked();
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace quorvane::server {
+namespace quorvane::component {
 namespace {
 
 constexpr std::size_t kStep = 4096;
@@ -36,4 +36,4 @@ HRESULT WriteWholly(ISequentialStream& stream, std::span<const std::uint8_t> byt
   return S_OK;
 }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -6,7 +6,7 @@
 
 #include "control/automation/com.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// Reads `size` bytes from where the stream stands, going on after short reads. S_OK, the stream's
 /// own failure, or E_FAIL when the stream ends before. Room is taken as the bytes come, so that a
@@ -18,4 +18,4 @@ namespace quorvane::server {
 /// STG_E_MEDIUMFULL when it takes no more.
 [[nodiscard]] HRESULT WriteWholly(ISequentialStream& stream, std::span<const std::uint8_t> bytes);
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

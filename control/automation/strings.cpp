@@ -3,7 +3,7 @@
 #include <new>
 #include <string>
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 static_assert(sizeof(wchar_t) == sizeof(char16_t));
 
@@ -35,4 +35,4 @@ const wchar_t* Wide(const Text& text) {
 
 wchar_t* MutableWide(const Text& text) { return const_cast<wchar_t*>(Wide(text)); }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -5,7 +5,7 @@
 #include "control/automation/com.h"
 #include "runtime/text.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// The text of a BSTR, zeros inside it included. A null BSTR gives an absent text.
 [[nodiscard]] Text FromBstr(BSTR string);
@@ -25,4 +25,4 @@ namespace quorvane::server {
 /// The same for calls that only read, yet ask for a pointer to writable characters.
 [[nodiscard]] wchar_t* MutableWide(const Text& text);
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -4,7 +4,7 @@
 #include "control/interface/identities.h"
 #include "platform/windows/module_file.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 HRESULT TypeInformation::Find(const GUID& id, ITypeInfo** out) {
   *out = nullptr;
@@ -23,4 +23,4 @@ ITypeInfo* TypeInformation::OfMembers() {
   return members_.Get();
 }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

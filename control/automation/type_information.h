@@ -2,7 +2,7 @@
 
 #include "control/automation/com.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// The module's own type library, read from its resource at the first request and given back with
 /// the object: neither a registration nor a place in the registry is asked for.
@@ -20,4 +20,4 @@ class TypeInformation {
   ComPtr<ITypeInfo> members_;
 };
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

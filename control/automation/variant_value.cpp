@@ -5,7 +5,7 @@
 #include "control/automation/error_to_hresult.h"
 #include "control/automation/strings.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 namespace {
 
 std::optional<TaggedValue> TakeAsItIs(const VARIANT& value) {
@@ -77,4 +77,4 @@ TaggedValue ToTaggedValue(const VARIANT& value, VARTYPE wanted) {
   return *taken;
 }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

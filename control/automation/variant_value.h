@@ -3,7 +3,7 @@
 #include "control/automation/com.h"
 #include "runtime/tagged_value.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// A VARIANT that is cleared at its end.
 class Variant {
@@ -37,4 +37,4 @@ class Variant {
 /// ...) is first converted to `wanted` by the system. Raises type mismatch (13), overflow (6).
 [[nodiscard]] TaggedValue ToTaggedValue(const VARIANT& value, VARTYPE wanted);
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -167,7 +167,7 @@ extern "C" void* __emutls_get_address(Variable* variable) {
   return copy->Bytes();
 }
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 void EmulatedTlsOnLoaderNotice(unsigned long reason, const void* process_ends) {
   if (reason == DLL_THREAD_DETACH) EndThread();
@@ -175,4 +175,4 @@ void EmulatedTlsOnLoaderNotice(unsigned long reason, const void* process_ends) {
   if (reason == DLL_PROCESS_DETACH && process_ends == nullptr) EndModule();
 }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -4,7 +4,7 @@
 #include "control/automation/module_lock.h"
 #include "control/object/control_object.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 ClassObject& ClassObject::Instance() {
   static constinit ClassObject instance;
@@ -40,10 +40,10 @@ HRESULT ClassObject::CreateInstance(IUnknown* outer, REFIID id, void** out) {
 
 HRESULT ClassObject::LockServer(BOOL lock) {
   if (lock != FALSE)
-    server::LockServer();
+    component::LockServer();
   else
-    server::UnlockServer();
+    component::UnlockServer();
   return S_OK;
 }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

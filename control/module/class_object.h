@@ -4,7 +4,7 @@
 
 #include "control/automation/com.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// The class object of SecurityCtrl. There is one, never destroyed; each reference to it holds the
 /// module.
@@ -24,4 +24,4 @@ class ClassObject final : public IClassFactory {
   std::atomic<ULONG> references_{0};
 };
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

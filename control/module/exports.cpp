@@ -9,24 +9,24 @@
 #include "control/module/registration.h"
 #include "platform/windows/loader_notice.h"
 
-using quorvane::server::AsGuid;
-using quorvane::server::Guarded;
+using quorvane::component::AsGuid;
+using quorvane::component::Guarded;
 
-STDAPI DllCanUnloadNow() { return quorvane::server::ModuleIsLocked() ? S_FALSE : S_OK; }
+STDAPI DllCanUnloadNow() { return quorvane::component::ModuleIsLocked() ? S_FALSE : S_OK; }
 
 STDAPI DllGetClassObject(REFCLSID class_id, REFIID id, void** out) {
   if (out == nullptr) return E_POINTER;
   *out = nullptr;
   if (class_id != AsGuid(quorvane::identities::kClassId)) return CLASS_E_CLASSNOTAVAILABLE;
-  return quorvane::server::ClassObject::Instance().QueryInterface(id, out);
+  return quorvane::component::ClassObject::Instance().QueryInterface(id, out);
 }
 
 STDAPI DllRegisterServer() {
-  return Guarded([] { return quorvane::server::Register(); });
+  return Guarded([] { return quorvane::component::Register(); });
 }
 
 STDAPI DllUnregisterServer() {
-  return Guarded([] { return quorvane::server::Unregister(); });
+  return Guarded([] { return quorvane::component::Unregister(); });
 }
 
 // Kept: the entry function has no work but to pass the notice on, without which each load would
@@ -36,6 +36,6 @@ STDAPI DllUnregisterServer() {
 // The per-thread records come first, since their end may still use what the other gives back.
 extern "C" BOOL WINAPI DllMain(HINSTANCE /*module*/, DWORD reason, void* process_ends) {
   quorvane::OnLoaderNotice(reason, process_ends);
-  quorvane::server::EmulatedTlsOnLoaderNotice(reason, process_ends);
+  quorvane::component::EmulatedTlsOnLoaderNotice(reason, process_ends);
   return TRUE;
 }

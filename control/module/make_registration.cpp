@@ -16,7 +16,7 @@
 #include "control/module/registration_entries.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 namespace {
 
 void PrintRows(const std::vector<RegistrationEntry>& entries) {
@@ -103,6 +103,6 @@ int Main(int count, char** words) {
 }
 
 }  // namespace
-}  // namespace quorvane::server
+}  // namespace quorvane::component
 
-int main(int count, char** words) { return quorvane::server::Main(count, words); }
+int main(int count, char** words) { return quorvane::component::Main(count, words); }

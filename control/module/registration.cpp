@@ -7,7 +7,7 @@
 #include "control/module/registration_entries.h"
 #include "platform/windows/module_file.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 namespace {
 
 // --- Keys and values under HKEY_CLASSES_ROOT, of texts only; an absent value name is the key's
@@ -113,4 +113,4 @@ HRESULT Unregister() {
   return is_removed ? library_result : SELFREG_E_CLASS;
 }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

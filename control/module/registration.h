@@ -2,7 +2,7 @@
 
 #include "control/automation/com.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// Registers the type library from the module's own resource, then the control class under the
 /// standard component keys, at the module's present place. May be repeated. SELFREG_E_TYPELIB or
@@ -14,4 +14,4 @@ namespace quorvane::server {
 /// SELFREG_E_TYPELIB when one cannot be removed.
 [[nodiscard]] HRESULT Unregister();
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

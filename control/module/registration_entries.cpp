@@ -4,7 +4,7 @@
 
 #include "control/interface/identities.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 namespace {
 
 Text Number(std::uint32_t number, std::uint32_t base) {
@@ -81,4 +81,4 @@ Text TypeLibraryVersionKey() {
   return Text(u"TypeLib\\") + IdText(identities::kLibraryId) + u"\\" + LibraryVersion(16);
 }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -8,7 +8,7 @@
 // What registers the component, as plain data: the module's own registration writes it, and on the
 // building machine it goes into the installer.
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// The system's own marshallers of a dual interface and of an event interface.
 inline constexpr identities::Guid kInterfaceMarshaller =
@@ -39,4 +39,4 @@ struct RegistrationEntry {
 /// An id in the form of the registry: capitals in braces.
 [[nodiscard]] Text IdText(const identities::Guid& id);
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

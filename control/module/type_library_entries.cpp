@@ -4,7 +4,7 @@
 #include "control/module/registration_entries.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 namespace {
 
 // The version as the last part of its key has it.
@@ -45,4 +45,4 @@ std::vector<RegistrationEntry> TypeLibraryEntries(const Text& module_file, const
   return entries;
 }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

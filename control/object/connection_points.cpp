@@ -10,7 +10,7 @@
 #include "control/automation/error_to_hresult.h"
 #include "control/interface/identities.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 namespace {
 
 // One sequence for the whole module, so that a cookie given to the wrong point is unknown there.
@@ -152,4 +152,4 @@ HRESULT ConnectionPointsFace::FindConnectionPoint(REFIID id, IConnectionPoint** 
   });
 }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -6,7 +6,7 @@
 #include "control/automation/com.h"
 #include "control/object/face.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// A sink and the cookie by which its owner may take it off again.
 struct Connection {
@@ -80,4 +80,4 @@ class ConnectionPointsFace final : public Face<IConnectionPointContainer> {
   std::list<ConnectionPoint> points_;  // made as they are asked for
 };
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -1,6 +1,6 @@
 #include "control/object/control_object.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 namespace {
 
 // The count while the object is destroyed: whatever is called back then may take and give back
@@ -71,4 +71,4 @@ void ControlObject::PropertyChanged(const identities::Property& property) {
   connection_points_.NotifyChanged(property.dispatch_id);
 }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

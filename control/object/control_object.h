@@ -11,7 +11,7 @@
 #include "control/object/persistence.h"
 #include "control/object/view.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// The control as a component: the logic, and a face for each group of interfaces. This class is
 /// only their sum: its own IUnknown (the one that does not delegate to an outer object) with the
@@ -56,4 +56,4 @@ class ControlObject final : public IUnknown, private ControlSite {
   OleControlFace ole_control_;
 };
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -4,7 +4,7 @@
 
 #include "control/interface/identities.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 namespace {
 
 bool IsMembersInterface(REFIID id) {
@@ -95,4 +95,4 @@ HRESULT DispatchFace::GetGUID(DWORD kind, GUID* out) {
   return S_OK;
 }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -9,7 +9,7 @@
 #include "control/object/face.h"
 #include "control/object/security_ctrl_members.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// The members of the control, early bound (_SecurityCtrl) and late bound (IDispatch, over the
 /// module's own type library), and what tells about them.
@@ -73,4 +73,4 @@ class DispatchFace final
   TypeInformation types_;
 };
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -1,6 +1,6 @@
 #include "control/object/extent.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 namespace {
 
 constexpr LONG kUnitsPerInch = 2540;
@@ -23,4 +23,4 @@ SIZE Extent::Pixels() const {
   return pixels;
 }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

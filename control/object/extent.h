@@ -2,7 +2,7 @@
 
 #include "control/automation/com.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// The control's size as containers count it: in units of 1/100 millimetre (HIMETRIC).
 ///
@@ -23,4 +23,4 @@ class Extent {
   SIZEL size_{};
 };
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -3,7 +3,7 @@
 #include "control/automation/com.h"
 #include "runtime/ignored_result.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// A face of the control: the part that answers one group of interfaces. It has no life of its own:
 /// its IUnknown is the outer object's, which is the control itself or the container's object that
@@ -46,4 +46,4 @@ struct InterfaceMap {
   }
 };
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

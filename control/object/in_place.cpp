@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace quorvane::server {
+namespace quorvane::component {
 namespace {
 
 // The place that the site assigns; the verb's own where it does not.
@@ -142,4 +142,4 @@ HRESULT InPlaceFace::ResizeBorder(const RECT* /*border*/, IOleInPlaceUIWindow* /
 
 HRESULT InPlaceFace::EnableModeless(BOOL /*enable*/) { return S_OK; }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

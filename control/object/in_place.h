@@ -5,7 +5,7 @@
 #include "control/object/face.h"
 #include "control/object/window.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// In-place activation: the window on the container's form. There is no user interface beyond it,
 /// so every verb that shows the control ends in the same state.
@@ -66,4 +66,4 @@ class InPlaceFace final : public Face<IOleInPlaceObject, IOleInPlaceActiveObject
   ControlWindow window_;
 };
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -5,7 +5,7 @@
 #include "control/automation/strings.h"
 #include "control/interface/identities.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 void* OleControlFace::Find(REFIID id) { return InterfaceMap<IOleControl>::Find(*this, id); }
 
@@ -169,4 +169,4 @@ HRESULT OleObjectFace::GetClipboardData(DWORD /*reserved*/, IDataObject** out) {
 
 HRESULT OleObjectFace::SetColorScheme(LOGPALETTE* /*palette*/) { return E_NOTIMPL; }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

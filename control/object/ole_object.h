@@ -7,7 +7,7 @@
 #include "control/object/persistence.h"
 #include "control/object/view.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// The control as an embedded object: its site, its verbs, its size, its end. Containers call these
 /// in any order, before and after the initialisation, with and without a site.
@@ -92,4 +92,4 @@ class OleControlFace final : public Face<IOleControl> {
   HRESULT STDMETHODCALLTYPE FreezeEvents(BOOL freeze) override;
 };
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

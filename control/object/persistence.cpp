@@ -10,7 +10,7 @@
 #include "control/automation/variant_value.h"
 #include "control/interface/identities.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 namespace {
 
 /// The container's IPropertyBag as the control's logic sees it. Holds nothing beyond the call that
@@ -158,4 +158,4 @@ HRESULT PersistenceFace::Save(IPropertyBag* bag, BOOL clear_dirty, BOOL /*save_a
   return S_OK;
 }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -4,7 +4,7 @@
 #include "control/object/face.h"
 #include "control/stream_bag.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// Saving and loading: by the container's property bag, or by a stream that holds a StreamBag. Both
 /// raise the same events of the logic, which drop their errors; so a bag that fails is no failed
@@ -55,4 +55,4 @@ class PersistenceFace final : public Face<IPersistStreamInit, IPersistPropertyBa
   bool was_loaded_ = false;
 };
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -3,7 +3,7 @@
 #include "control/interface/identities.h"
 #include "platform/windows/module_file.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 namespace {
 
 // A container may have turned its axes; the picture stays upright. A metafile knows no device
@@ -87,4 +87,4 @@ HRESULT ViewFace::GetExtent(DWORD aspect, LONG /*index*/, DVTARGETDEVICE* /*targ
   return S_OK;
 }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

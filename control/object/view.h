@@ -4,7 +4,7 @@
 #include "control/object/extent.h"
 #include "control/object/face.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// Draws the design-time picture, the module's icon, into the rectangle, over the colour of
 /// dialogs. What the system cannot draw is left out.
@@ -46,4 +46,4 @@ class ViewFace final : public Face<IViewObject2> {
   DWORD flags_ = 0;
 };
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

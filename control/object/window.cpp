@@ -6,7 +6,7 @@
 #include "control/object/view.h"
 #include "platform/windows/module_file.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 namespace {
 
 constexpr const wchar_t* kClassName = L"QuorvaneSecurity.SecurityCtrl";
@@ -119,4 +119,4 @@ void ControlWindow::Place(const RECT& where, const RECT* clip) {
                  where.bottom - where.top, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -2,7 +2,7 @@
 
 #include "control/automation/com.h"
 
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// The child window that shows the picture while the control is in-place active. Hosts put their
 /// own procedure on top of it, give it another parent or destroy it; the control works on after
@@ -37,4 +37,4 @@ class ControlWindow {
   HWND handle_ = nullptr;
 };
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component

@@ -84,7 +84,7 @@ constexpr const char* kMembersHeader =
 #pragma once
 
 @own@
-namespace quorvane::server {
+namespace quorvane::component {
 
 /// The slots of the properties, each one led to its row: `Object`, which derives from this, has
 /// Get(setting, out) and Put(setting, value).
@@ -96,7 +96,7 @@ class SecurityCtrlMembers : public ISecurityCtrl {
   ~SecurityCtrlMembers() = default;
 };
 
-}  // namespace quorvane::server
+}  // namespace quorvane::component
 )";
 
 // The text with each word replaced. A word that is not in the list is a mistake of this file.

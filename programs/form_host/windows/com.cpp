@@ -12,7 +12,7 @@ constexpr std::int32_t kNoSuchMember = 438;
 
 std::int32_t NumberOf(HRESULT result) {
   const bool is_absent = result == DISP_E_UNKNOWNNAME || result == DISP_E_MEMBERNOTFOUND;
-  return is_absent ? kNoSuchMember : server::NumberOf(result);
+  return is_absent ? kNoSuchMember : component::NumberOf(result);
 }
 
 }  // namespace

@@ -10,11 +10,11 @@
 
 namespace quorvane::examples {
 
-using server::ComPtr;
-using server::FromBstr;
-using server::Query;
-using server::Variant;
-using server::Wide;
+using component::ComPtr;
+using component::FromBstr;
+using component::Query;
+using component::Variant;
+using component::Wide;
 
 /// A new object of the container, with its one reference.
 template <class Object, class... Arguments>

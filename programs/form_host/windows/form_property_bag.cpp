@@ -17,7 +17,7 @@ HRESULT FormPropertyBag::Read(LPCOLESTR name, VARIANT* value, IErrorLog* /*log*/
 HRESULT FormPropertyBag::Write(LPCOLESTR name, VARIANT* value) {
   if (name == nullptr || value == nullptr) return E_POINTER;
   try {
-    bag_.Put(FromWide(name), server::ToTaggedValue(*value, VT_BSTR));
+    bag_.Put(FromWide(name), component::ToTaggedValue(*value, VT_BSTR));
     return S_OK;
   } catch (...) {
     return E_FAIL;

@@ -23,7 +23,7 @@ namespace {
 ComPtr<IOleObject> CreateControl() {
   ComPtr<IOleObject> control;
   const HRESULT result =
-      ::CoCreateInstance(server::AsGuid(identities::kClassId), nullptr, CLSCTX_INPROC_SERVER,
+      ::CoCreateInstance(component::AsGuid(identities::kClassId), nullptr, CLSCTX_INPROC_SERVER,
                          __uuidof(IOleObject), reinterpret_cast<void**>(control.Receive()));
   if (result == REGDB_E_CLASSNOTREG) {
     throw RuntimeError{result, u"CoCreateInstance",

@@ -44,7 +44,7 @@ TaggedValue LateBound::Invoke(const Text& member, WORD kind, DISPPARAMS paramete
                                           result.Get(), &exception, nullptr);
   if (outcome == DISP_E_EXCEPTION) exception.Raise();
   Check(outcome, member);
-  return server::ToTaggedValue(*result.Get(), VT_BSTR);
+  return component::ToTaggedValue(*result.Get(), VT_BSTR);
 }
 
 TaggedValue LateBound::Get(const Text& property) const {
