@@ -2,6 +2,7 @@
 
 import json
 import os
+import signal
 import subprocess
 
 from programs import ON_WINDOWS, ProgramTest, command, crc
@@ -192,6 +193,18 @@ class CoProcess(ConventionTest):
 
     def test_a_last_line_needs_no_end(self):
         self.assertEqual(self.quorvane("text", "base36", "--batch", stdin=b"36\r\n\n35").lines[0::2], ["10", "Z"])
+
+
+class Interrupt(ConventionTest):
+    def test_ends_the_program_with_its_code(self):
+        with subprocess.Popen(command("quorvane", "text", "empty", "--batch"), stdin=subprocess.PIPE,
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE) as program:
+            program.stdin.write(b"\n")
+            program.stdin.flush()
+            self.assertEqual(program.stdout.readline(), b"True\n")
+            program.send_signal(signal.SIGINT)  # Wine makes the interrupt key of it
+            self.assertEqual(program.wait(timeout=60), 130)
+            self.assertEqual(program.stderr.read(), b"")
 
 
 class Picture(ConventionTest):

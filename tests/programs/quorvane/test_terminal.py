@@ -69,16 +69,6 @@ class Interrupt(TerminalTest):
         self.assertEqual(program.wait(timeout=60), 130)
         self.assertRegex(self.read_rest(other_side), rb"\r {52}\r$")
 
-    def test_into_files_it_ends_without_a_word(self):
-        program, _ = self.start("text", "empty", "--batch", stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                stderr=subprocess.PIPE)
-        program.stdin.write(b"\n")
-        program.stdin.flush()
-        self.assertEqual(program.stdout.readline(), b"True\n")
-        program.send_signal(signal.SIGINT)
-        self.assertEqual(program.wait(timeout=60), 130)
-        self.assertEqual(program.stderr.read(), b"")
-
     def test_stays_ignored_where_it_was(self):
         program, _ = self.start("text", "empty", "--batch", stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                 preexec_fn=lambda: signal.signal(signal.SIGINT, signal.SIG_IGN))
