@@ -1,9 +1,10 @@
 // Everything about the module that a host may have stored or compiled in: ids, versions, names,
 // numbers.
 //
-// This is the only list of them. The server, its registration, the type library, the two id tables
-// and the numbers in QuorvaneSecurity.rc are all made from it, and no value here may change: forms
-// saved by hosts and programs built against any earlier interface rely on each.
+// This is the only list of them. The component, its registration, the type library, the two id
+// tables, the numbers in QuorvaneSecurity.rc, the C++ headers of the interface and its IDL are all
+// made from it, and no value here may change: forms saved by hosts and programs built against any
+// earlier interface rely on each.
 #pragma once
 
 #include <array>
