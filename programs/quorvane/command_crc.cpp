@@ -37,7 +37,9 @@ constexpr std::array kOptions{
     Option{"--unsigned", nullptr, "prints unsigned numbers", 'u'},
     Option{"--hex", nullptr, "prints hexadecimal numbers, 0x and eight digits"},
     Option{"--json", nullptr,
-           "prints a list of {\"file\", \"crc\", \"hex\"}, or \"error\" for a crc", 'j'},
+           R"(prints a list of {"file", "crc", "hex"}, with "error" in the place of a crc that is )"
+           "not there",
+           'j'},
     Option{"--check", "LIST",
            "reads the lines of an earlier output from LIST, - for standard "
            "input, and says OK or FAILED for each of its files; the exit "

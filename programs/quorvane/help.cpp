@@ -71,10 +71,11 @@ std::string Columns(std::span<const Row> rows) {
 std::string OptionsBlock(std::span<const Option> options) {
   std::vector<Row> rows;
   for (const Option& option : WithHelp(options)) {
-    const std::string letter =
-        option.letter == '\0' ? "    " : std::string("-") + option.letter + ", ";
-    const std::string value = option.value == nullptr ? "" : std::string(" ") + option.value;
-    rows.push_back({letter + option.name + value, option.help});
+    std::string names = "    ";
+    if (option.letter != '\0') names = {'-', option.letter, ',', ' '};
+    names += option.name;
+    if (option.value != nullptr) names.append(" ").append(option.value);
+    rows.push_back({names, option.help});
   }
   return Columns(rows);
 }

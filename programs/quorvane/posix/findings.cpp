@@ -54,7 +54,7 @@ Finding Place(const std::string& name, const std::filesystem::path& file) {
 }
 
 Finding RegistryPlace() {
-  const Finding place = Place("registry", DataFolder() / "registry.txt");
+  Finding place = Place("registry", DataFolder() / "registry.txt");
   if (place.is_fault) return place;
   try {
     const std::size_t keys = UserRegistry().Read().KeysFrom(u"").size();
