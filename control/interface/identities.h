@@ -18,6 +18,7 @@ namespace quorvane::identities {
 
 // --- Names ---------------------------------------------------------------------------------------
 
+// NOLINTBEGIN(*-avoid-c-arrays): literals whose sizes count
 inline constexpr char kModuleName[] = "QuorvaneSecurity";  // also library name and help string
 inline constexpr char kModuleFileName[] = "QuorvaneSecurity.ocx";
 inline constexpr char kHelpFile[] = "SecurityOCX.chm";
@@ -25,6 +26,7 @@ inline constexpr char kClassName[] = "SecurityCtrl";
 inline constexpr char kProgId[] = "QuorvaneSecurity.SecurityCtrl";
 inline constexpr char kInterfaceName[] = "_SecurityCtrl";
 inline constexpr char kSourceInterfaceName[] = "__SecurityCtrl";
+// NOLINTEND(*-avoid-c-arrays)
 
 // --- Library and class ---------------------------------------------------------------------------
 
@@ -183,9 +185,11 @@ inline constexpr auto kMembers = details::Members();
 
 // --- Resources -----------------------------------------------------------------------------------
 
-inline constexpr std::uint16_t kTypeLibraryResource = 1;          ///< of type TYPELIB
+inline constexpr std::uint16_t kTypeLibraryResource = 1;  ///< of type TYPELIB
+// NOLINTBEGIN(*-avoid-c-arrays): as above
 inline constexpr char kInterfaceIdsType[] = "_IID_SECURITYCTRL";  // resource type, id 1
 inline constexpr char kSourceIdsType[] = "_SRCIID_SECURITYCTRL";  // resource type, id 1
+// NOLINTEND(*-avoid-c-arrays)
 inline constexpr std::uint16_t kIdTableResource = 1;
 inline constexpr std::uint16_t kToolboxBitmapResource = 30000;  ///< 16 by 15 pixels, 24 bits
 inline constexpr std::uint16_t kControlIconResource = 30001;    ///< 32 by 32 pixels, 16 colours
