@@ -21,6 +21,7 @@ coverage|the Linux tests once more, counting lines and branches of the portable 
 run-native|the whole example on Linux: ./run --native|Run it by hand: ./run --native
 run|the whole example in Wine: ./run; what the pages show as output, against real runs|Run it by hand: ./run; scripts/check-shown tells how a page is compared
 help|what users read and run first: the help file, the reference, the manual, check-install, licences|Run it by hand: cd tests/help && /usr/bin/python3 -m unittest
+release|./release twice, from two folders: the same bytes, and each package does what it is for|Make it by hand: ./release; then cd tests/packaging && /usr/bin/python3 -m unittest test_NAME
 reproducible|two clones in different folders give the same module, bit for bit|Something of the folder or the time got into the file; compare the two with cmp -l.
 '
 
@@ -130,6 +131,28 @@ step_help() {
   case_of public-checks yamllint -s .github .yamllint .clangd
   case_of licence cmp LICENSE LICENSES/MIT.txt
   case_of licences reuse lint
+}
+step_release() {
+  local again beside code=0
+  scripts/setup --release
+  scripts/wine --setup
+  cmake --preset native >/dev/null
+  cmake --build --preset native -j"$jobs" --target make_registration
+  ./release
+  # The second run is that of a stranger: no clone, another folder, one with blanks and umlauts in its name.
+  again=$(mktemp -d)
+  mkdir "$again/zum Prüfen"
+  tar -C "$again/zum Prüfen" --strip-components=1 -xf build/release/quorvane-[0-9]*.tar.gz
+  "$again/zum Prüfen/release"
+  export QUORVANE_RELEASE=$tree/build/release QUORVANE_RELEASE_AGAIN="$again/zum Prüfen/build/release"
+  # What waits for Wine and what compiles go side by side.
+  local tests=(env -C tests/packaging "$python" -B -m unittest)
+  case_of packages scripts/with-display "${tests[@]}" test_installer test_portable &
+  beside=$!
+  case_of library "${tests[@]}" test_folder test_signing test_debian test_library || code=1
+  wait "$beside" || code=1
+  rm -rf "$again"
+  return "$code"
 }
 step_reproducible() {
   scripts/setup

@@ -8,6 +8,8 @@ from pathlib import Path
 
 TREE = Path(__file__).resolve().parents[2]
 FOLDER = Path(os.environ.get("QUORVANE_RELEASE", TREE / "build/release"))
+if not FOLDER.is_dir():
+    raise SystemExit(f"there is no release in {FOLDER}: make it by ./release")
 VERSION = re.search(r"project\(QuorvaneSecurity VERSION ([0-9.]+)", (TREE / "CMakeLists.txt").read_text()).group(1)
 MODULE = FOLDER / "QuorvaneSecurity.ocx"
 INSTALLER = FOLDER / f"QuorvaneSecurity-{VERSION}.msi"

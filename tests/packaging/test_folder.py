@@ -169,11 +169,12 @@ class BadInput(unittest.TestCase):
         import tempfile
         with tempfile.TemporaryDirectory() as folder:
             done = run("unshare", "--mount", "sh", "-c",
-                       'mount -t tmpfs -o size=300k tmpfs "$1" && { "$2" "$1/release"; code=$?; ls -A "$1"; exit $code; }',
+                       'mount -t tmpfs -o size=300k tmpfs "$1" && { "$2" "$1/release"; code=$?; echo LEFT:; ls -A "$1"; exit $code; }',
                        "sh", folder, TREE / "release")
         self.assertEqual(done.returncode, 1, done.stdout)
         self.assertIn("No space left on device", done.stderr)
-        self.assertNotIn("part", done.stdout.splitlines()[-1])
+        self.assertIn("LEFT:\n", done.stdout)
+        self.assertNotIn("part", done.stdout.split("LEFT:")[1])
 
 
 if __name__ == "__main__":
