@@ -8,6 +8,7 @@
 // registration; FILE is the module's path as seen from the program's folder, its mere name if not
 // given. assembly: prints the same as the manifest of an assembly of its own, for programs that
 // name it as a dependency. Runs on the building machine.
+#include <array>
 #include <cstdio>
 #include <stdexcept>
 #include <string>
@@ -34,10 +35,11 @@ std::string StatusWords(std::uint32_t status) {
     std::uint32_t bit;
     const char* text;
   };
-  constexpr Word kWords[] = {{0x00001, "recomposeonresize"},  {0x00010, "cantlinkinside"},
-                             {0x00080, "insideout"},          {0x00100, "activatewhenvisible"},
-                             {0x00400, "invisibleatruntime"}, {0x04000, "nouiactivate"},
-                             {0x20000, "setclientsitefirst"}};
+  constexpr std::array kWords{
+      Word{0x00001, "recomposeonresize"},  Word{0x00010, "cantlinkinside"},
+      Word{0x00080, "insideout"},          Word{0x00100, "activatewhenvisible"},
+      Word{0x00400, "invisibleatruntime"}, Word{0x04000, "nouiactivate"},
+      Word{0x20000, "setclientsitefirst"}};
   std::string words;
   for (const Word& word : kWords) {
     if ((status & word.bit) == 0) continue;
@@ -82,8 +84,9 @@ void PrintManifest(const char* own_identity, const char* file) {
 }
 
 std::string AssemblyIdentity() {
-  return std::string("  <assemblyIdentity type=\"win32\" name=\"") + identities::kModuleName +
-         "\" version=\"" QUORVANE_VERSION ".0\" processorArchitecture=\"x86\"/>\n";
+  return std::string(R"(  <assemblyIdentity type="win32" name=")") + identities::kModuleName +
+         R"(" version=")" QUORVANE_VERSION R"(.0" processorArchitecture="x86"/>)"
+         "\n";
 }
 
 int Main(int count, char** words) {

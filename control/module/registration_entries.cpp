@@ -1,5 +1,7 @@
 #include "control/module/registration_entries.h"
 
+#include <array>
+#include <string>
 #include <string_view>
 
 #include "control/interface/identities.h"
@@ -31,8 +33,8 @@ Text LibraryVersion(std::uint32_t base) {
 }
 
 struct ClassEntry {
-  const char16_t* key;  // below that of the class
-  const char16_t* value;
+  const char16_t* key = nullptr;  // below that of the class
+  const char16_t* value = nullptr;
   Text data;
 };
 
@@ -41,7 +43,7 @@ struct ClassEntry {
 std::vector<RegistrationEntry> ClassEntries(const Text& module_file) {
   const Text class_id = IdText(identities::kClassId);
   const Text name = Ascii(identities::kProgId);
-  const ClassEntry of_class[] = {
+  const auto of_class = std::to_array<ClassEntry>({
       {u"", nullptr, name},
       {u"\\InprocServer32", nullptr, module_file},
       {u"\\InprocServer32", u"ThreadingModel", u"Apartment"},
@@ -54,7 +56,7 @@ std::vector<RegistrationEntry> ClassEntries(const Text& module_file) {
       {u"\\TypeLib", nullptr, IdText(identities::kLibraryId)},
       {u"\\Version", nullptr, LibraryVersion(10)},
       {u"\\ProgID", nullptr, name},
-  };
+  });
   std::vector<RegistrationEntry> entries{{name, {}, name}, {name + u"\\CLSID", {}, class_id}};
   for (const ClassEntry& entry : of_class) {
     entries.push_back({Text(u"CLSID\\") + class_id + entry.key,
@@ -65,9 +67,9 @@ std::vector<RegistrationEntry> ClassEntries(const Text& module_file) {
 
 Text IdText(const identities::Guid& id) {
   // The 32 digits in the order of the text, as nibbles of these words; a dash is no digit.
-  const std::uint32_t words[] = {id.data1, std::uint32_t{id.data2} << 16 | id.data3,
-                                 LastWord(id, 0), LastWord(id, 4)};
-  char16_t text[] = u"{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}";
+  const std::array words{id.data1, std::uint32_t{id.data2} << 16 | id.data3, LastWord(id, 0),
+                         LastWord(id, 4)};
+  std::u16string text = u"{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}";
   std::uint32_t digit = 0;
   for (char16_t& place : text) {
     if (place != u'X') continue;

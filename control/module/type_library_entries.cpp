@@ -1,3 +1,4 @@
+#include <array>
 #include <cstdio>
 
 #include "control/interface/identities.h"
@@ -14,9 +15,9 @@ Text VersionInHex() {
 }
 
 Text LocaleInHex() {
-  char digits[9];
-  std::snprintf(digits, sizeof digits, "%x", identities::kLocale);
-  return FromUtf8(digits);
+  std::array<char, 9> digits{};
+  std::snprintf(digits.data(), digits.size(), "%x", identities::kLocale);
+  return FromUtf8(digits.data());
 }
 
 void AppendInterface(const identities::Guid& id, const char* name,
