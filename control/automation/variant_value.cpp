@@ -4,6 +4,8 @@
 
 #include "control/automation/error_to_hresult.h"
 #include "control/automation/strings.h"
+#include "platform/oleaut32.h"
+#include "platform/windows/floating_point_unit.h"
 
 namespace quorvane::component {
 namespace {
@@ -68,9 +70,11 @@ bool IsMissing(const VARIANT& answer) {
 TaggedValue ToTaggedValue(const VARIANT& value, VARTYPE wanted) {
   if (const std::optional<TaggedValue> taken = TakeAsItIs(value)) return *taken;
   Variant converted;
+  const FloatingPointUnit unit;
   // The call only reads what it converts.
-  const HRESULT result =
-      ::VariantChangeType(converted.Get(), const_cast<VARIANT*>(&value), 0, wanted);
+  const HRESULT result = ::VariantChangeTypeEx(converted.Get(), const_cast<VARIANT*>(&value),
+                                               Oleaut32::kEnglishUnitedStates,
+                                               VARIANT_NOUSEROVERRIDE | VARIANT_ALPHABOOL, wanted);
   if (FAILED(result)) RaiseConversionFailure(result);
   const std::optional<TaggedValue> taken = TakeAsItIs(*converted.Get());
   if (!taken) RaiseConversionFailure(DISP_E_TYPEMISMATCH);

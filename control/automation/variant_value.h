@@ -34,7 +34,8 @@ class Variant {
 /// The value of a VARIANT of any type. Types that a tagged value knows, and integers that fit in 32
 /// bits, are taken as they are; any other (dates, currency, objects with a default value,
 /// references
-/// ...) is first converted to `wanted` by the system. Raises type mismatch (13), overflow (6).
+/// ...) is first converted to `wanted` by the system, by the conventions of
+/// platform/conversions.h. Raises type mismatch (13), overflow (6).
 [[nodiscard]] TaggedValue ToTaggedValue(const VARIANT& value, VARTYPE wanted);
 
 }  // namespace quorvane::component

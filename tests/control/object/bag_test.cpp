@@ -4,6 +4,7 @@
 #include "tests/support/component/fake_bags.h"
 #include "tests/support/component/module_under_test.h"
 #include "tests/support/component/values.h"
+#include "tests/support/host_setting_windows.h"
 
 namespace quorvane::component {
 namespace {
@@ -70,6 +71,26 @@ TEST(BagLoad, ConvertsWhateverTypeComes) {
     bag.entries[L"ServerFile"].Get()->dblVal = 2.5;
     EXPECT_EQ(persistence->Load(&bag, nullptr), S_OK);
     EXPECT_EQ(ValuesOf(control), (Values{L"5", 81, L"2.5", VARIANT_TRUE, L"", L"True", L""}));
+  });
+}
+
+TEST(BagLoad, ConvertsTheSameInEveryHost) {
+  testing::UnderEveryHostSetting([] {
+    WithControl([](auto& control, auto& persistence) {
+      FakeBag bag;
+      bag.entries = {{L"ServerAddress", Variant(L"")}, {L"ServerPort", Variant(L"12345.5")}};
+      VARIANT* const money = bag.entries[L"ServerAddress"].Get();
+      ::VariantClear(money);
+      money->vt = VT_CY;
+      money->cyVal.int64 = 1234567891234;
+      bag.entries[L"ServerFile"].Get()->vt = VT_R8;
+      bag.entries[L"ServerFile"].Get()->dblVal = 1e22;
+      bag.entries[L"ProxyServer"].Get()->vt = VT_R8;
+      bag.entries[L"ProxyServer"].Get()->dblVal = 123456789;
+      EXPECT_EQ(persistence->Load(&bag, nullptr), S_OK);
+      EXPECT_EQ(ValuesOf(control), (Values{L"123456789.1234", 12346, L"1E+22", VARIANT_FALSE,
+                                           L"123456789", L"", L""}));
+    });
   });
 }
 
