@@ -32,6 +32,9 @@ if(WIN32)
       # Exceptions come out of calls only, so what calls nothing needs no unwinding; only the compiler's own way of
       # writing the tables leaves it out.
       -fno-asynchronous-unwind-tables -fno-dwarf2-cfi-asm
+      # Arguments are pushed, which is shorter. The compiler does it only where it need not touch a stack page by page,
+      # so no frame may be as large as a page.
+      -mno-stack-arg-probe -mno-accumulate-outgoing-args -Wframe-larger-than=3500
       # Nothing in the module asks for a type at run time; the framework of the tests does.
       -fno-rtti)
   endif()
@@ -39,6 +42,15 @@ if(WIN32)
   set(quorvane_definitions WINVER=0x0501 _WIN32_WINNT=0x0501 _WIN32_IE=0x0600 UNICODE _UNICODE)
   target_compile_definitions(quorvane_options INTERFACE ${quorvane_definitions})
   target_link_options(quorvane_options INTERFACE -static -Wl,--gc-sections -Wl,--no-insert-timestamp)
+endif()
+
+if(NOT WIN32)
+  # An overrun buffer ends the program before its function returns; and the C library tests what it copies where the
+  # room is known, which needs the optimiser.
+  target_compile_options(quorvane_options INTERFACE
+    -fstack-protector-strong $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
+  # All addresses of other libraries are known at the start, and read-only from then on.
+  target_link_options(quorvane_options INTERFACE -Wl,-z,relro -Wl,-z,now)
 endif()
 
 if(QUORVANE_SANITIZE)

@@ -22,10 +22,10 @@ void AppendTo(Pieces& pieces, Characters characters) {
   pieces.back().append(characters);
 }
 
-// In steps that stay in the processor's nearest cache.
+// In steps that stay in the processor's nearest cache, and below a page of the stack.
 template <class Take>
 void Widen(std::string_view ascii, Take take) {
-  std::array<char16_t, 2048> step;  // NOLINT(cppcoreguidelines-pro-type-member-init)
+  std::array<char16_t, 1024> step;  // NOLINT(cppcoreguidelines-pro-type-member-init)
   while (!ascii.empty()) {
     const std::string_view now = ascii.substr(0, step.size());
     WidenAscii(now, step.data());

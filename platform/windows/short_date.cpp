@@ -54,9 +54,10 @@ std::wstring ShortPattern() {
 // What one run of y stands for: the year in full for yyyy and more, its last two digits with and
 // without a leading zero for yy and y.
 std::wstring YearDigits(std::int32_t year, std::size_t run) {
-  if (run > 2) return std::to_wstring(year);
-  const std::wstring digits = std::to_wstring(year % 100);
-  return run == 2 && digits.size() == 1 ? L"0" + digits : digits;
+  // By way of std::to_string: to_wstring prints through a formatter as large as this whole room.
+  const std::string digits = std::to_string(run > 2 ? year : year % 100);
+  std::wstring wide(run == 2 && digits.size() == 1 ? 1 : 0, L'0');
+  return wide.append(digits.begin(), digits.end());
 }
 
 // A pattern while it is written. What is put in as it stands goes between quotes; texts that touch

@@ -2,6 +2,7 @@
 
 import functools
 import os
+import re
 from pathlib import Path
 
 import pefile
@@ -20,6 +21,15 @@ def data():
 @functools.cache
 def image():
     return pefile.PE(data=data())
+
+
+@functools.cache
+def symbols():
+    """[(address, symbol)] of what the linker put into the image, by the map beside it."""
+    lines = PATH.with_suffix(".map").read_text(encoding="utf-8").splitlines()
+    found = [re.fullmatch(r" +0x([0-9a-f]{8,16}) +(\S.*)", line) for line in lines]
+    placed = [(int(match[1], 16), match[2]) for match in found if match]
+    return [(address, symbol) for address, symbol in placed if address >= image().OPTIONAL_HEADER.ImageBase]
 
 
 @functools.cache

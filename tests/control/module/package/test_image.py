@@ -3,11 +3,16 @@
 import unittest
 from pathlib import Path
 
-from module_under_test import PATH, SOURCES, data, image
+from module_under_test import PATH, SOURCES, data, image, symbols
 
 I386 = 0x14C
 DLL = 0x2000
-DYNAMIC_BASE, NX_COMPATIBLE = 0x40, 0x100
+DYNAMIC_BASE, NX_COMPATIBLE, NO_SEH = 0x40, 0x100, 0x400
+
+# Writable is what is written to: data, the table of imports at load, per-thread data. The linker knows no other
+# rights for resources.
+RIGHTS = {".text": "RX", ".data": "RW", ".rdata": "R", ".eh_fram": "R", ".bss": "RW", ".edata": "R", ".idata": "RW",
+          ".CRT": "R", ".tls": "RW", ".rsrc": "RW", ".reloc": "R"}
 LOADED_ON_FIRST_USE = {"wininet.dll", "iphlpapi.dll"}
 
 
@@ -46,6 +51,24 @@ class Format(unittest.TestCase):
         for section in image().sections:
             self.assertFalse(section.IMAGE_SCN_MEM_WRITE and section.IMAGE_SCN_MEM_EXECUTE, section.Name)
 
+    def test_only_what_is_written_to_is_writable(self):
+        rights = {}
+        for section in image().sections:
+            name = section.Name.rstrip(b"\0").decode()
+            rights[name] = ("R" * section.IMAGE_SCN_MEM_READ + "W" * section.IMAGE_SCN_MEM_WRITE
+                            + "X" * section.IMAGE_SCN_MEM_EXECUTE)
+        self.assertEqual(rights, RIGHTS)
+
+    def test_virtual_tables_and_constants_are_read_only(self):
+        tables = [address for address, symbol in symbols() if symbol.startswith("vtable for quorvane::")]
+        self.assertTrue(tables)
+        for address in tables:
+            section = image().get_section_by_rva(address - image().OPTIONAL_HEADER.ImageBase)
+            self.assertEqual(section.Name.rstrip(b"\0"), b".rdata")
+
+    def test_no_handler_of_structured_exceptions_is_called(self):
+        self.assertTrue(image().OPTIONAL_HEADER.DllCharacteristics & NO_SEH)
+
     def test_bears_no_time_and_no_path_of_the_building_machine(self):
         self.assertEqual(image().FILE_HEADER.TimeDateStamp, 0)
         self.assertEqual(image().DIRECTORY_ENTRY_EXPORT.struct.TimeDateStamp, 0)
@@ -58,7 +81,7 @@ class Format(unittest.TestCase):
     def test_is_stripped_and_small(self):
         self.assertEqual(image().FILE_HEADER.NumberOfSymbols, 0)
         self.assertFalse([s.Name for s in image().sections if s.Name.startswith((b".debug", b"/"))])
-        self.assertLessEqual(len(data()), 150 * 1024)
+        self.assertLessEqual(len(data()), 180 * 1024)
 
     def test_its_checksum_is_right(self):
         self.assertTrue(image().verify_checksum())
