@@ -94,6 +94,7 @@ int Main(int count, char** words) {
   if (what == "rows" && count == 2) {
     PrintRows(ClassEntries(u"[MODULE]"));
     PrintRows(TypeLibraryEntries(u"[MODULE]", u"[FOLDER]"));
+    PrintRows(NeutralLibraryEntries(u"[MODULE]"));
   } else if (what == "manifest" && count <= 3) {
     PrintManifest("", count == 3 ? words[2] : identities::kModuleFileName);
   } else if (what == "assembly" && count == 2) {

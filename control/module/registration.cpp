@@ -1,5 +1,6 @@
 #include "control/module/registration.h"
 
+#include <utility>
 #include <vector>
 
 #include "control/automation/strings.h"
@@ -93,18 +94,27 @@ HRESULT UnregisterTypeLibrary() {
   return SUCCEEDED(result) || is_gone ? S_OK : SELFREG_E_TYPELIB;
 }
 
+// What the module writes itself.
+std::vector<RegistrationEntry> OwnEntries() {
+  const Text file = ModuleFileName();
+  std::vector<RegistrationEntry> entries = ClassEntries(file);
+  for (RegistrationEntry& entry : NeutralLibraryEntries(file)) entries.push_back(std::move(entry));
+  return entries;
+}
+
 }  // namespace
 
 HRESULT Register() {
   if (const HRESULT result = RegisterTypeLibrary(); FAILED(result)) return result;
-  for (const RegistrationEntry& entry : ClassEntries(ModuleFileName())) {
+  for (const RegistrationEntry& entry : OwnEntries()) {
     if (!WriteValue(entry.key, entry.value, entry.data)) return SELFREG_E_CLASS;
   }
   return S_OK;
 }
 
+// The library last: its removal by the system takes the key of the version along.
 HRESULT Unregister() {
-  const std::vector<RegistrationEntry> entries = ClassEntries(ModuleFileName());
+  const std::vector<RegistrationEntry> entries = OwnEntries();
   bool is_removed = true;
   for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
     if (!RemoveValue(entry->key, entry->value)) is_removed = false;

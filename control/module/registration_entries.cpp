@@ -65,6 +65,11 @@ std::vector<RegistrationEntry> ClassEntries(const Text& module_file) {
   return entries;
 }
 
+std::vector<RegistrationEntry> NeutralLibraryEntries(const Text& module_file) {
+  const Text neutral = TypeLibraryVersionKey() + u"\\0";
+  return {{neutral, {}, u""}, {neutral + u"\\win32", {}, module_file}};
+}
+
 Text IdText(const identities::Guid& id) {
   // The 32 digits in the order of the text, as nibbles of these words; a dash is no digit.
   const std::array words{id.data1, std::uint32_t{id.data2} << 16 | id.data3, LastWord(id, 0),

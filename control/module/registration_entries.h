@@ -27,6 +27,10 @@ struct RegistrationEntry {
 /// it.
 [[nodiscard]] std::vector<RegistrationEntry> ClassEntries(const Text& module_file);
 
+/// What registers the type library for hosts, and for the system's marshaller, that name no locale
+/// or another than its own; beside what the system's registration of it writes.
+[[nodiscard]] std::vector<RegistrationEntry> NeutralLibraryEntries(const Text& module_file);
+
 /// What the system's registration of the type library writes for the module in `module_file`, whose
 /// folder is `folder`. The module leaves that to the system; an installer has to write it itself.
 /// Not in the module.

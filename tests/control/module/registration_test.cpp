@@ -111,6 +111,92 @@ TEST_F(Registration, LetsHostsFindTheTypeLibrary) {
   EXPECT_TRUE(library);
 }
 
+TEST_F(Registration, LetsHostsFindTheTypeLibraryWhateverLocaleTheyName) {
+  ASSERT_EQ(module_.Register(), S_OK);
+  for (const LCID locale : {0UL, 9UL, 1033UL, 1031UL, 127UL}) {
+    Com<ITypeLib> library;
+    EXPECT_EQ(::LoadRegTypeLib(ToGuid(identities::kLibraryId), 443, 16, locale, library.Out()),
+              S_OK)
+        << locale;
+  }
+}
+
+// Hands the control to another apartment under the id, and back again; the other one calls it there
+// by the virtual table.
+void CallFromAnotherApartment(const Module& module, const GUID& id) {
+  OnApartmentThread([&] {
+    const auto control = module.CreateControl();
+    EXPECT_EQ(control.As<ISecurityCtrl>(id)->put_ServerPort(8081), S_OK);
+    Com<IStream> there;
+    ASSERT_EQ(::CoMarshalInterThreadInterfaceInStream(id, control.Get(), there.Out()), S_OK);
+    const DWORD owner = ::GetCurrentThreadId();
+    Com<IStream> back;
+    std::thread other([&] {
+      ASSERT_TRUE(SUCCEEDED(::OleInitialize(nullptr)));
+      {
+        Com<ISecurityCtrl> proxy;
+        const HRESULT result = ::CoUnmarshalInterface(there.Get(), id, proxy.OutVoid());
+        EXPECT_EQ(result, S_OK) << std::hex << result;
+        if (proxy) {
+          EXPECT_NE(static_cast<IUnknown*>(proxy.Get()), control.Get());
+          SHORT port = 0;
+          EXPECT_EQ(proxy->get_ServerPort(&port), S_OK);
+          EXPECT_EQ(port, 8081);
+          EXPECT_EQ(proxy->put_UserName(Bstr(L"user").Get()), S_OK);
+          EXPECT_EQ(::CoMarshalInterThreadInterfaceInStream(id, proxy.Get(), back.Out()), S_OK);
+        }
+      }
+      ::OleUninitialize();
+      ::PostThreadMessageW(owner, WM_QUIT, 0, 0);
+    });
+    MSG message;
+    while (::GetMessageW(&message, nullptr, 0, 0) > 0) ::DispatchMessageW(&message);
+    other.join();
+    Com<ISecurityCtrl> own;
+    ASSERT_TRUE(back);
+    EXPECT_EQ(::CoUnmarshalInterface(back.Get(), id, own.OutVoid()), S_OK);
+    ASSERT_TRUE(own);
+    EXPECT_EQ(own.As<IUnknown>(IID_IUnknown).Get(), control.Get()) << "at home it is itself again";
+    Bstr user;
+    EXPECT_EQ(own->get_UserName(user.Out()), S_OK);
+    EXPECT_EQ(user.Text(), L"user");
+  });
+}
+
+TEST_F(Registration, LetsAnotherApartmentCallTheVirtualTable) {
+  ASSERT_EQ(module_.Register(), S_OK);
+  CallFromAnotherApartment(module_, kSecurityCtrlId);
+}
+
+LSTATUS SetText(const std::wstring& path, const wchar_t* name, const std::wstring& text) {
+  HKEY key = nullptr;
+  const LSTATUS opened = ::RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_SET_VALUE, &key);
+  if (opened != ERROR_SUCCESS) return opened;
+  const LSTATUS set =
+      ::RegSetValueExW(key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
+                       static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+  ::RegCloseKey(key);
+  return set;
+}
+
+TEST_F(Registration, LeavesValuesOfOthersUnderItsKeys) {
+  ASSERT_EQ(module_.Register(), S_OK);
+  const std::wstring keys[] = {L"QuorvaneSecurity.SecurityCtrl\\CLSID",
+                               kClassKey + L"\\MiscStatus"};
+  for (const std::wstring& key : keys) {
+    EXPECT_EQ(SetText(key, L"Foreign", L"x"), ERROR_SUCCESS);
+  }
+  EXPECT_EQ(module_.Unregister(), S_OK);
+  Tree left = OwnKeys();
+  for (const std::wstring& key : keys) {
+    EXPECT_EQ(left[key + L"|Foreign"], L"x");
+    ::RegDeleteKeyW(HKEY_CLASSES_ROOT, key.c_str());
+  }
+  ::RegDeleteKeyW(HKEY_CLASSES_ROOT, kClassKey.c_str());
+  ::RegDeleteKeyW(HKEY_CLASSES_ROOT, L"QuorvaneSecurity.SecurityCtrl");
+  EXPECT_TRUE(OwnKeys().empty()) << "nothing else stayed";
+}
+
 TEST_F(Registration, LetsHostsCreateTheControlByClassAndByName) {
   ASSERT_EQ(module_.Register(), S_OK);
   OnApartmentThread([] {
