@@ -5,7 +5,7 @@
 #include "programs/common/customs.h"
 #include "runtime/ignored_result.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr std::size_t kPieceSize = 65536;
@@ -86,4 +86,4 @@ std::optional<std::string> Console::ReadLine() {
   return line;
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

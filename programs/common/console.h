@@ -8,7 +8,7 @@
 
 #include "programs/common/standard_streams.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// Output that did not reach its reader, or input that could not be read. what() is the reason.
 class StreamError : public std::runtime_error {
@@ -67,4 +67,4 @@ class Console {
   bool said_that_it_waits_ = false;
 };
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -6,7 +6,7 @@
 
 /// What people expect of a program on one system and not on the other. Answered once in posix/ and
 /// once in windows/; the build list picks. Texts are UTF-8 on this side.
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// Whether a word among the options asks for the help: --help, -h, and on Windows /?.
 [[nodiscard]] bool IsHelpWord(std::string_view word);
@@ -32,4 +32,4 @@ void EndOnInterrupt();
 /// behind the ^C that the terminal itself shows. The text must live for ever; null for the default.
 void SetFarewell(const char* text);
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

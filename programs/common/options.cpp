@@ -8,7 +8,7 @@
 
 #include "programs/common/suggestion.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 bool IsNegativeNumber(std::string_view word) {
@@ -156,4 +156,4 @@ std::int32_t ParseInteger(const std::string& word, const std::string& what, std:
   return static_cast<std::int32_t>(value);
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

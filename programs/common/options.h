@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// The words on the command line make no sense. what() says why, in one line; Topic() is the
 /// subcommand whose help the hint should name, or empty.
@@ -82,4 +82,4 @@ inline constexpr std::size_t kAnyNumber = SIZE_MAX;
                                         std::int32_t lowest = INT32_MIN,
                                         std::int32_t highest = INT32_MAX);
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

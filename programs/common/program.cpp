@@ -3,7 +3,7 @@
 #include "programs/common/options.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 std::string DescribeError(const RuntimeError& error) {
   std::string line = "error " + std::to_string(error.number) + ": " + ToUtf8(error.description);
@@ -46,4 +46,4 @@ int ExitCodeOf(Console& console, const std::function<int()>& body) {
   }
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -7,7 +7,7 @@
 #include "programs/common/console.h"
 #include "runtime/runtime_error.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// How a program ends: what a script that called it tests.
 struct ExitCode {
@@ -30,4 +30,4 @@ struct ExitCode {
 /// UTF-8; on Windows a single half of a surrogate pair arrives as U+FFFD.
 [[nodiscard]] int ProgramMain(std::span<const std::string> words);
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

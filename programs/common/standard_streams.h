@@ -7,7 +7,7 @@
 /// What a program asks of the system about its own process. Answered once in posix/ and once in
 /// windows/; the build list picks. Texts are UTF-8 on this side; on Windows a console receives
 /// them as 16-bit characters, while files and pipes receive the bytes as they are.
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 enum class StandardStream { kInput, kOutput, kError };
 
@@ -22,4 +22,4 @@ enum class StandardStream { kInput, kOutput, kError };
 /// into the buffer: 0 at the end of the input, nothing when reading failed.
 [[nodiscard]] std::optional<std::size_t> ReadStandardInput(char* buffer, std::size_t size);
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -4,7 +4,7 @@
 #include <numeric>
 #include <vector>
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 // The count of single changes that lead from one word to the other; two letters that changed places
@@ -42,4 +42,4 @@ std::string Suggestion(std::string_view word, std::span<const std::string> names
   return "; did you mean '" + *nearest + "'?";
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 FormBag::FormBag(const std::vector<FormEntry>& entries) {
   for (const FormEntry& entry : entries) Put(entry.name, entry.value);
@@ -30,4 +30,4 @@ std::vector<Text> FormBag::Unread() const {
   return names;
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

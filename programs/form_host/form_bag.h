@@ -6,7 +6,7 @@
 #include "runtime/tagged_value.h"
 #include "runtime/text.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// One named value of a saved form.
 struct FormEntry {
@@ -40,4 +40,4 @@ class FormBag {
   std::set<std::u16string> asked_;
 };
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -22,7 +22,7 @@
 //   \uXXXX (four hexadecimal digits) is any 16-bit character, halves of surrogate pairs and zero
 //   too. Control characters stand in no other form.
 // - Empty lines and lines that start with ' or ; are comments; saving does not keep them.
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// A form file that cannot be read, understood or written. what() tells where and why, in one line.
 class FormFileError : public std::runtime_error {
@@ -49,4 +49,4 @@ class FormFileError : public std::runtime_error {
 /// Raises FormFileError and leaves the old file as it was.
 void SaveForm(const std::string& file, const std::vector<FormEntry>& entries);
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -8,7 +8,7 @@
 #include "programs/form_host/form_file.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
@@ -201,4 +201,4 @@ std::string FormatForm(const std::vector<FormEntry>& entries) {
   return bytes;
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

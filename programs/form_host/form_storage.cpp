@@ -6,7 +6,7 @@
 
 #include "programs/form_host/form_file.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 namespace fs = std::filesystem;
@@ -94,4 +94,4 @@ void SaveForm(const std::string& file, const std::vector<FormEntry>& entries) {
   });
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

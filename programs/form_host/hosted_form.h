@@ -10,7 +10,7 @@
 // What the flow of the form host asks of a container. Answered once in windows/, by a real one that
 // gets the control from the registered module, and once in posix/, over the stand-ins; the build
 // list picks.
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 struct SizeInTwips {
   long width = 0;
@@ -61,4 +61,4 @@ using ChangeListener = std::function<void(const Text& property)>;
 /// without a trace of what another has held.
 void OnFreshThread(const std::function<void()>& body);
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -12,7 +12,7 @@
 #include "programs/form_host/settings.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr const char* kHelp =
@@ -192,4 +192,4 @@ int ProgramMain(std::span<const std::string> words) {
   return ExitCodeOf(console, [&] { return Run(words, console); });
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -7,7 +7,7 @@
 #include "programs/form_host/form_file.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 std::string AllNames() {
@@ -38,4 +38,4 @@ Change ParseChange(std::string_view word) {
   return change;
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

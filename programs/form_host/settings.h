@@ -7,7 +7,7 @@
 #include "runtime/tagged_value.h"
 #include "runtime/text.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// The seven settings, in the order in which they are saved; here each goes by its member's name.
 inline constexpr const auto& kSettings = identities::kProperties;
@@ -25,4 +25,4 @@ struct Change {
 /// Splits at the first "="; the name must be one of kSettings, in its spelling. Raises UsageError.
 [[nodiscard]] Change ParseChange(std::string_view word);
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -20,7 +20,7 @@
 #include "runtime/integers.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr const char* kDetails =
@@ -274,4 +274,4 @@ constexpr std::array kCommands{
 
 std::span<const Command> CrcCommands() { return kCommands; }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -13,7 +13,7 @@
 #include "programs/quorvane/json.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr const char* kDetails =
@@ -73,4 +73,4 @@ constexpr std::array kCommands{
 
 std::span<const Command> DoctorCommands() { return kCommands; }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

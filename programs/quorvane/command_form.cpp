@@ -17,7 +17,7 @@
 #include "text/form_encoding.h"
 #include "web/form_post.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr const char* kEncodeDetails =
@@ -164,4 +164,4 @@ constexpr std::array kCommands{
 
 std::span<const Command> FormCommands() { return kCommands; }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

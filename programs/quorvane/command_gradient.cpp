@@ -11,7 +11,7 @@
 #include "programs/quorvane/png.h"
 #include "ui/modDrawGradient.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr const char* kDetails =
@@ -148,4 +148,4 @@ constexpr std::array kCommands{
 
 std::span<const Command> GradientCommands() { return kCommands; }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

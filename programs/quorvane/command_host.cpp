@@ -16,7 +16,7 @@
 #include "programs/quorvane/system_reason.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr const char* kPlatformDetails =
@@ -190,4 +190,4 @@ constexpr std::array kCommands{
 
 std::span<const Command> HostCommands() { return kCommands; }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -23,7 +23,7 @@
 #include "runtime/ignored_result.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr const char* kDetails =
@@ -320,4 +320,4 @@ constexpr std::array kCommands{
 
 std::span<const Command> RegistryCommands() { return kCommands; }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -15,7 +15,7 @@
 #include "runtime/utf8.h"
 #include "text/string_helpers.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr std::array kOptions{
@@ -173,4 +173,4 @@ static_assert(kCommands.size() == 1 + kOperations.size());
 
 std::span<const Command> TextCommands() { return kCommands; }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

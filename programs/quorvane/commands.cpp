@@ -6,7 +6,7 @@
 
 #include "programs/common/suggestion.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 // The table of subcommands: one line for each family, see commands.h.
@@ -103,4 +103,4 @@ const Command& TakeCommand(std::vector<std::string>& words, bool group_will_do) 
   return command.IsGroup() ? TakeOperation(command, words, group_will_do) : command;
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -7,7 +7,7 @@
 #include "programs/common/console.h"
 #include "programs/common/options.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// One subcommand of the program: all that the help, the hints, the manual and the completions tell
 /// of it comes from here, see help.h.
@@ -49,4 +49,4 @@ struct Command {
 /// is returned itself when `group_will_do`.
 [[nodiscard]] const Command& TakeCommand(std::vector<std::string>& words, bool group_will_do);
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -7,7 +7,7 @@
 
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 struct Letter {
@@ -111,4 +111,4 @@ std::string Escaped(const Text& text) {
   return written;
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -5,7 +5,7 @@
 
 #include "runtime/text.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// A backslash that starts no known escape. what() says which.
 class EscapeError : public std::runtime_error {
@@ -22,4 +22,4 @@ class EscapeError : public std::runtime_error {
 /// pairs are escaped. Unescaped() gives the text back.
 [[nodiscard]] std::string Escaped(const Text& text);
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -5,7 +5,7 @@
 
 #include "runtime/text.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// The name of a file on the command line as the library's operations take it. On Linux every name
 /// has one, also where its bytes are no UTF-8.
@@ -16,4 +16,4 @@ namespace quorvane::examples {
   return std::u8string(word.begin(), word.end());
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// A line of what `quorvane doctor` tells.
 struct Finding {
@@ -17,4 +17,4 @@ struct Finding {
 /// changes nothing.
 [[nodiscard]] std::vector<Finding> SystemFindings();
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

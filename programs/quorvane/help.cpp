@@ -8,7 +8,7 @@
 
 #include "programs/quorvane/json.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 // The version block of the module bears the same text.
@@ -169,4 +169,4 @@ std::string Description() {
          "\n";
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -5,7 +5,7 @@
 
 #include "programs/quorvane/commands.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// "quorvane 3.09.0001"
 [[nodiscard]] std::string VersionLine();
@@ -30,4 +30,4 @@ namespace quorvane::examples {
 /// behind it.
 [[nodiscard]] std::string Description();
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -6,7 +6,7 @@
 
 #include "programs/quorvane/file_name.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr std::size_t kMost = std::size_t{64} * 1024 * 1024;
@@ -44,4 +44,4 @@ std::vector<std::string> LinesOf(const std::string& name, Console& console) {
   return lines;
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

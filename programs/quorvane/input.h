@@ -5,7 +5,7 @@
 
 #include "programs/common/console.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 // What a command reads whole: a file that is named on the command line, or "-" for standard input.
 // Raises StreamError when it cannot be read, and above 64 MB, of which no more is read.
@@ -14,4 +14,4 @@ namespace quorvane::examples {
 /// Its lines without their ends, line feed or carriage return and line feed.
 [[nodiscard]] std::vector<std::string> LinesOf(const std::string& name, Console& console);
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -2,7 +2,7 @@
 
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 std::string JsonText(std::string_view utf8) {
   constexpr std::string_view kDigits = "0123456789abcdef";
@@ -37,4 +37,4 @@ std::string JsonRecord(std::initializer_list<std::pair<const char*, std::string>
   return "{" + record + "}";
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 // JSON (RFC 8259) on one line; what goes in as a value is JSON already.
 
@@ -17,4 +17,4 @@ namespace quorvane::examples {
 [[nodiscard]] std::string JsonRecord(
     std::initializer_list<std::pair<const char*, std::string>> members);
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -8,7 +8,7 @@
 #include "programs/common/program.h"
 #include "programs/quorvane/help.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 using Words = std::vector<std::string>;
@@ -77,4 +77,4 @@ int ProgramMain(std::span<const std::string> words) {
   return ExitCodeOf(console, [&] { return Run(Words(words.begin(), words.end()), console); });
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -7,7 +7,7 @@
 #include "checksum/cCRC32.h"
 #include "runtime/byte_array.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 // A chunk's bytes go through the house's own CRC, which takes 32767 at most.
@@ -89,4 +89,4 @@ std::string PngOf(Picture& picture) {
   return file + Chunk("IEND", "");
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -4,7 +4,7 @@
 
 #include "programs/common/customs.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr std::int64_t kLargeFile = 16LL * 1024 * 1024;
@@ -43,4 +43,4 @@ void Progress::Draw() const {
   console_.Err("\r[" + bar + "] " + std::to_string(percent) + " %");
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -4,7 +4,7 @@
 
 #include "programs/common/console.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// A bar on standard error while a large file is read; it wipes itself away in the end. Nothing is
 /// shown for a file below 16 MB, nor when standard error is no terminal. It is drawn once for each
@@ -31,4 +31,4 @@ class Progress {
   std::int64_t next_draw_ = INT64_MAX;
 };
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

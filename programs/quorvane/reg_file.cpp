@@ -10,7 +10,7 @@
 #include "programs/quorvane/utf16_bytes.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr std::string_view kHead = "Windows Registry Editor Version 5.00";
@@ -268,4 +268,4 @@ std::string RegFileBytes(std::string_view text) {
 
 std::vector<RegistryChange> ParseRegFile(std::string_view bytes) { return Parser(bytes).Run(); }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -8,7 +8,7 @@
 
 #include "programs/quorvane/stored_registry.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 // The .reg files of Windows: "Windows Registry Editor Version 5.00", and the older REGEDIT4.
 
@@ -27,4 +27,4 @@ class RegFileError : public std::runtime_error {
 /// FF FE, else UTF-8 with or without a mark, else the system's code page. Raises RegFileError.
 [[nodiscard]] std::vector<RegistryChange> ParseRegFile(std::string_view bytes);
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

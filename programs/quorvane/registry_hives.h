@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// A predefined key of the registry.
 struct Hive {
@@ -41,4 +41,4 @@ inline constexpr std::array kHives{
   return names;
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

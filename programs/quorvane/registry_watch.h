@@ -2,7 +2,7 @@
 
 #include "platform/advapi32.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// The registry's calls, with a note of the first that failed: the operation itself tells only that
 /// nothing was written. The account calls go on as well.
@@ -58,4 +58,4 @@ class RegistryWatch final : public Advapi32 {
   std::int32_t failure_ = 0;
 };
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

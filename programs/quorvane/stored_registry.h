@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 // The registry as it is kept, for looking into it and carrying it elsewhere: all keys and all kinds
 // of values, where the library's operations reach single values of some kinds. Answered once in
@@ -42,4 +42,4 @@ struct RegistryChange {
 /// On Linux all of them or none, on Windows up to the one that fails.
 void ApplyChanges(std::span<const RegistryChange> changes);
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 // Why the system has refused something, in UTF-8, for a message. The library's operations keep no
 // reasons, so that these ask the system again. Answered once in posix/ and once in windows/.
@@ -16,4 +16,4 @@ namespace quorvane::examples {
 /// called right behind it.
 [[nodiscard]] std::string ReasonOfProfileFailure(const std::optional<std::string>& file);
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// The characters as bytes, the low one first.
 [[nodiscard]] inline std::string Utf16Bytes(std::u16string_view characters) {
@@ -26,4 +26,4 @@ namespace quorvane::examples {
   return characters;
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

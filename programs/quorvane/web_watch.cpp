@@ -5,7 +5,7 @@
 
 #include "runtime/ignored_result.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 struct Meaning {
@@ -49,4 +49,4 @@ std::int32_t WebWatch::Noted(std::int32_t result) {
   return result;
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

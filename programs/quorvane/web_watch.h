@@ -6,7 +6,7 @@
 
 #include "platform/wininet.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// The calls of the web client library, with a note of why the first of them failed, which the post
 /// does not tell, and with time-outs of the user's own.
@@ -75,4 +75,4 @@ class WebWatch final : public WinInet {
 /// Sets the time-outs of a handle, and of all that is opened from it.
 void SetTimeOut(InternetHandle handle, std::chrono::seconds time_out);
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

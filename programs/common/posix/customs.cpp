@@ -10,7 +10,7 @@
 #include "programs/common/program.h"
 #include "runtime/ignored_result.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr const char* kLineEnd = "\n";
@@ -55,4 +55,4 @@ void EndOnInterrupt() {
 
 void SetFarewell(const char* text) { farewell = text == nullptr ? kLineEnd : text; }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

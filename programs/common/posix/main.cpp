@@ -8,7 +8,7 @@
 #include "runtime/ignored_result.h"
 
 int main(int count, char** words) {
-  using namespace quorvane::examples;
+  using namespace quorvane::programs;
   // A reader that went away shall be a failing write, which is reported, and not a silent death.
   quorvane::IgnoreResult(std::signal(SIGPIPE, SIG_IGN));
   EndOnInterrupt();

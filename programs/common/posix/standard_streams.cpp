@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <cstring>
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 int Descriptor(StandardStream stream) {
@@ -35,4 +35,4 @@ std::optional<std::size_t> ReadStandardInput(char* buffer, std::size_t size) {
   }
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -9,7 +9,7 @@
 #include "programs/common/program.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr const char* kLineEnd = "\n";
@@ -70,4 +70,4 @@ void EndOnInterrupt() { ::SetConsoleCtrlHandler(&End, TRUE); }
 
 void SetFarewell(const char* text) { farewell = text == nullptr ? kLineEnd : text; }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -27,7 +27,7 @@ std::vector<std::string> Words() {
 }  // namespace
 
 int main() {
-  quorvane::examples::EndOnInterrupt();
+  quorvane::programs::EndOnInterrupt();
   const std::vector<std::string> words = Words();
-  return quorvane::examples::ProgramMain(words);
+  return quorvane::programs::ProgramMain(words);
 }

@@ -5,7 +5,7 @@
 #include "programs/common/windows/system_message.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 // The system's handles and no C streams: those would turn newlines into pairs and end an input at
@@ -65,4 +65,4 @@ std::optional<std::size_t> ReadStandardInput(char* buffer, std::size_t size) {
   return ::GetLastError() == ERROR_BROKEN_PIPE ? std::optional<std::size_t>(0) : std::nullopt;
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -7,7 +7,7 @@
 
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 std::string CodeOnly(unsigned long code) {
@@ -28,4 +28,4 @@ std::string SystemMessage(unsigned long code) {
   return message.empty() ? CodeOnly(code) : ToUtf8(Text(message));
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -11,7 +11,7 @@
 #include "runtime/runtime_error.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 // The form's bag in the manner of the control's own container interface.
@@ -115,4 +115,4 @@ void OnFreshThread(const std::function<void()>& body) {
   std::async(std::launch::async, body).get();
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -5,7 +5,7 @@
 #include "runtime/runtime_error.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr std::int32_t kNoSuchMember = 438;
@@ -27,4 +27,4 @@ void RaiseResult(HRESULT result, const Text& source) {
   throw RuntimeError{number, source, FromUtf8(SystemMessage(static_cast<unsigned long>(result)))};
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

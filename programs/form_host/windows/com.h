@@ -8,7 +8,7 @@
 #include "control/automation/variant_value.h"
 #include "runtime/text.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 using component::ComPtr;
 using component::FromBstr;
@@ -75,4 +75,4 @@ void Check(HRESULT result, const Text& source);
 /// The run-time error for a failing result: see Check().
 [[noreturn]] void RaiseResult(HRESULT result, const Text& source);
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

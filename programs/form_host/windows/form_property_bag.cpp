@@ -1,6 +1,6 @@
 #include "programs/form_host/windows/form_property_bag.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 HRESULT FormPropertyBag::Read(LPCOLESTR name, VARIANT* value, IErrorLog* /*log*/) {
   if (name == nullptr || value == nullptr) return E_POINTER;
@@ -24,4 +24,4 @@ HRESULT FormPropertyBag::Write(LPCOLESTR name, VARIANT* value) {
   }
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -3,7 +3,7 @@
 #include "programs/form_host/form_bag.h"
 #include "programs/form_host/windows/com.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// The form's bag as the control sees it. A value is handed out in the kind in which it is stored,
 /// whatever kind the control hints at: converting is the control's affair. A missing name is
@@ -20,4 +20,4 @@ class FormPropertyBag final : public Counted<IPropertyBag> {
   FormBag& bag_;
 };
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -2,7 +2,7 @@
 
 #include "programs/common/windows/system_message.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr const wchar_t* kClassName = L"QuorvaneFormHost";
@@ -107,4 +107,4 @@ LRESULT CALLBACK FormWindow::OnMessage(HWND window, UINT message, WPARAM word, L
   }
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

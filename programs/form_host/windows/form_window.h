@@ -8,7 +8,7 @@
 #include "programs/form_host/windows/com.h"
 #include "programs/form_host/windows/panel.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// The form's window, with a painted panel on it. Without a display there is none: Handle() is null
 /// then, and Reason() tells why.
@@ -49,4 +49,4 @@ class FormWindow {
   std::string reason_;
 };
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -2,7 +2,7 @@
 
 #include "programs/form_host/windows/com.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// The frame around the form: a window without tool bars and menus, which therefore has nothing to
 /// share with an active control.
@@ -52,4 +52,4 @@ class Frame final : public Counted<IOleInPlaceFrame> {
   HWND window_;
 };
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

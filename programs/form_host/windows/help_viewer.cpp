@@ -4,7 +4,7 @@
 
 #include "runtime/runtime_error.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 // Commands of the viewer, under their names in its documentation.
@@ -65,4 +65,4 @@ void HelpViewer::Open(const ComPtr<IDispatch>& control, HWND owner) {
     Raise(ErrorNumber::kPathFileAccess, FromWide(file.c_str()));
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -2,7 +2,7 @@
 
 #include "programs/form_host/windows/com.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// The system's help viewer, open on a control's help file: the one that its type library names, in
 /// the folder of the module that the control's code lies in.
@@ -24,4 +24,4 @@ class HelpViewer {
   HtmlHelp html_help_ = nullptr;  // looked up at the first Open()
 };
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -17,7 +17,7 @@
 #include "runtime/runtime_error.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 ComPtr<IOleObject> CreateControl() {
@@ -221,4 +221,4 @@ void OnFreshThread(const std::function<void()>& body) {
   if (work.failure) std::rethrow_exception(work.failure);
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

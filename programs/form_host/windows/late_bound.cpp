@@ -3,7 +3,7 @@
 #include "runtime/ignored_result.h"
 #include "runtime/runtime_error.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr LCID kLocale = 0x0409;
@@ -61,4 +61,4 @@ void LateBound::Put(const Text& property, const TaggedValue& value) const {
   IgnoreResult(Invoke(property, DISPATCH_PROPERTYPUT, {argument.Get(), &put, 1, 1}));
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -3,7 +3,7 @@
 #include "programs/form_host/windows/com.h"
 #include "runtime/tagged_value.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// A control's members by their names, through IDispatch, as a script calls them. A failing call
 /// raises the run-time error that the control has raised: number, source and description.
@@ -23,4 +23,4 @@ class LateBound {
   ComPtr<IDispatch> object_;
 };
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

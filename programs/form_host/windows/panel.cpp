@@ -2,7 +2,7 @@
 
 #include "ui/modDrawGradient.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 constexpr const wchar_t* kClassName = L"QuorvaneFormPanel";
@@ -73,4 +73,4 @@ LRESULT CALLBACK Panel::OnMessage(HWND window, UINT message, WPARAM word, LPARAM
   return 0;
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

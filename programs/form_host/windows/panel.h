@@ -5,7 +5,7 @@
 #include "platform/surface.h"
 #include "programs/form_host/windows/com.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// A picture panel on a form: a child window with its own device context, which tells its size in
 /// twips. It shows the painter's ramp in the house's colours.
@@ -41,4 +41,4 @@ class Panel final : public Surface {
   std::exception_ptr failure_;
 };
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -4,7 +4,7 @@
 
 #include "programs/form_host/windows/com.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// Hears which properties of the control change, and remembers them until they are taken.
 class PropertySink final : public Counted<IPropertyNotifySink> {
@@ -26,4 +26,4 @@ class PropertySink final : public Counted<IPropertyNotifySink> {
   std::vector<DISPID> changed_;
 };
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

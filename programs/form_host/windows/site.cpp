@@ -1,6 +1,6 @@
 #include "programs/form_host/windows/site.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 HRESULT Site::GetMoniker(DWORD /*assign*/, DWORD /*which*/, IMoniker** moniker) {
   *moniker = nullptr;
@@ -38,4 +38,4 @@ HRESULT Site::GetExtendedControl(IDispatch** control) {
   return E_NOTIMPL;
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

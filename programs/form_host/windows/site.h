@@ -3,7 +3,7 @@
 #include "programs/form_host/windows/com.h"
 #include "programs/form_host/windows/frame.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 /// The control's place on the form: what it asks of its container. Control and site hold each
 /// other; the form parts them with SetClientSite(NULL).
@@ -64,4 +64,4 @@ class Site final : public Counted<IOleClientSite, IOleInPlaceSite, IOleControlSi
   ComPtr<Frame> frame_;
 };
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

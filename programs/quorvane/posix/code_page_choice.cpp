@@ -5,7 +5,7 @@
 #include "platform/posix/code_page.h"
 #include "programs/common/options.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 void ChooseCodePage(const std::string& number) {
   int value = 0;
@@ -15,4 +15,4 @@ void ChooseCodePage(const std::string& number) {
     throw UsageError("unknown code page '" + number + "'");
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -2,8 +2,8 @@
 
 #include "platform/posix/system_text.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 Text FileNameOf(const std::string& word) { return FileNameFrom(word); }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -14,7 +14,7 @@
 #include "platform/posix/registry_store.h"
 #include "platform/posix/system_locale.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 std::string System() {
@@ -77,4 +77,4 @@ std::vector<Finding> SystemFindings() {
   };
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

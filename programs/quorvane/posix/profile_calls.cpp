@@ -7,7 +7,7 @@
 #include "platform/posix/system_text.h"
 #include "programs/quorvane/posix/profile_path.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 // The system's calls, but for the two that are given a file's name: that name is not looked at.
@@ -66,4 +66,4 @@ Kernel32& ProfileCallsFor(const std::string& file) {
   return calls;
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

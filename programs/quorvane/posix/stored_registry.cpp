@@ -5,7 +5,7 @@
 #include "programs/common/console.h"
 #include "programs/quorvane/utf16_bytes.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 // The store keeps the bytes of the 8-bit calls.
@@ -61,4 +61,4 @@ void ApplyChanges(std::span<const RegistryChange> changes) {
   }
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

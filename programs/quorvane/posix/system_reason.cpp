@@ -12,7 +12,7 @@
 #include "platform/posix/system_errors.h"
 #include "programs/quorvane/posix/profile_path.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 struct Reason {
@@ -52,4 +52,4 @@ std::string ReasonOfProfileFailure(const std::optional<std::string>& file) {
   return path.string() + " cannot be replaced";
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

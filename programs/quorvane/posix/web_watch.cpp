@@ -2,7 +2,7 @@
 
 #include "platform/posix/web_client.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 std::int32_t LastWebFailure() { return static_cast<std::int32_t>(web_client::LastFailure()); }
 
@@ -10,4 +10,4 @@ void SetTimeOut(InternetHandle /*handle*/, std::chrono::seconds time_out) {
   web_client::SetTimeOuts({time_out, time_out});
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -2,10 +2,10 @@
 
 #include "programs/common/options.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 void ChooseCodePage(const std::string& /*number*/) {
   throw UsageError("--code-page is for the Linux program; Windows has a code page of its own");
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

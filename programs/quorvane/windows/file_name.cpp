@@ -2,8 +2,8 @@
 
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 Text FileNameOf(const std::string& word) { return FromUtf8(word); }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

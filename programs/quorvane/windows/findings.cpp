@@ -8,7 +8,7 @@
 #include "programs/quorvane/stored_registry.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 std::string Utf8(const wchar_t* text) {
@@ -78,4 +78,4 @@ std::vector<Finding> SystemFindings() {
   };
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

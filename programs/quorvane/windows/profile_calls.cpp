@@ -1,7 +1,7 @@
 #include "programs/quorvane/profile_calls.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 Kernel32& ProfileCallsFor(const std::string& /*file*/) { return kernel32(); }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -9,7 +9,7 @@
 #include "programs/quorvane/registry_hives.h"
 #include "runtime/utf8.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 const wchar_t* Wide(const std::u16string& text) {
@@ -162,4 +162,4 @@ void ApplyChanges(std::span<const RegistryChange> changes) {
   for (const RegistryChange& change : changes) Apply(change);
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -4,7 +4,7 @@
 
 #include "programs/common/windows/system_message.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 std::string ReasonOf(std::int32_t code) { return SystemMessage(static_cast<unsigned long>(code)); }
 
@@ -12,4 +12,4 @@ std::string ReasonOfProfileFailure(const std::optional<std::string>& /*file*/) {
   return SystemMessage(::GetLastError());
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

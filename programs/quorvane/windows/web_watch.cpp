@@ -4,7 +4,7 @@
 // Behind windows.h, which it needs.
 #include <wininet.h>
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 std::int32_t LastWebFailure() { return static_cast<std::int32_t>(::GetLastError()); }
 
@@ -22,4 +22,4 @@ void SetTimeOut(InternetHandle handle, std::chrono::seconds time_out) {
   }
 }
 
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

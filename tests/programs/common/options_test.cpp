@@ -9,7 +9,7 @@
 
 #include "programs/common/suggestion.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 using Words = std::vector<std::string>;
@@ -154,4 +154,4 @@ TEST(ParseInteger, RefusesWhatLiesOutsideTheLimits) {
 }
 
 }  // namespace
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -8,7 +8,7 @@
 
 #include "programs/common/options.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 
 namespace {
 
@@ -83,4 +83,4 @@ TEST(Console, WritesLargeOutputWhole) {
 }
 
 }  // namespace
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -4,7 +4,7 @@
 
 #include "tests/support/raises.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 TEST(FormBag, FindsAValueByItsExactName) {
@@ -32,4 +32,4 @@ TEST(FormBag, TellsWhatNobodyHasAskedFor) {
 }
 
 }  // namespace
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -6,7 +6,7 @@
 #include "programs/form_host/form_file.h"
 #include "tests/support/raises.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 using namespace std::string_literals;
@@ -152,4 +152,4 @@ TEST(FormatForm, IsReadable) {
 }
 
 }  // namespace
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

@@ -7,7 +7,7 @@
 #include "tests/support/raises.h"
 #include "tests/support/temporary_folder.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 namespace fs = std::filesystem;
@@ -102,4 +102,4 @@ TEST_F(FormStorage, RefusesAnEmptyName) {
 }
 
 }  // namespace
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs

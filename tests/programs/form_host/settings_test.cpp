@@ -5,7 +5,7 @@
 #include "programs/common/options.h"
 #include "tests/support/raises.h"
 
-namespace quorvane::examples {
+namespace quorvane::programs {
 namespace {
 
 TEST(Display, ShowsAPasswordAsAsterisksWhateverItsLength) {
@@ -37,4 +37,4 @@ TEST(ParseChange, KnowsTheSevenSettingsInTheirSpelling) {
 }
 
 }  // namespace
-}  // namespace quorvane::examples
+}  // namespace quorvane::programs
