@@ -22,7 +22,7 @@ run-native|the whole example on Linux: ./run --native|Run it by hand: ./run --na
 run|the whole example in Wine: ./run; what the pages show as output, against real runs|Run it by hand: ./run; scripts/check-shown tells how a page is compared
 help|what users read and run first: the help file, the reference, the manual, check-install, licences|Run it by hand: cd tests/help && /usr/bin/python3 -m unittest
 release|./release twice, from two folders: the same bytes, and each package does what it is for|Make it by hand: ./release; then cd tests/packaging && /usr/bin/python3 -m unittest test_NAME
-reproducible|two clones in different folders give the same module, bit for bit|Something of the folder or the time got into the file; compare the two with cmp -l.
+reproducible|two folders give the same module, bit for bit|Something of the folder or the time got into the file; compare the two with cmp -l.
 '
 
 step_field() { awk -F'|' -v step="$1" -v field="$2" '$1 == step { print $field }' <<<"$steps"; }
@@ -30,6 +30,11 @@ step_title() { step_field "$1" 2; }
 step_advice() { step_field "$1" 3; }
 step_names() { awk -F'|' 'NF { print $1 }' <<<"$steps"; }
 list_steps() { awk -F'|' 'NF { printf "%-14s %s\n", $1, $2 }' <<<"$steps"; }
+# The steps that wait for Wine most of the time, in an order in which each finds built what it needs; the others are for
+# Linux and run beside them.
+windows_steps() { printf '%s\n' windows windows-tests wine reproducible run help release; }
+# Steps that build or read build/native.
+uses_native_build() { [[ " native tidy run-native run help release " = *" $1 "* ]]; }
 is_step() { [ -n "$1" ] && step_names | grep -qxF -- "$1"; }
 
 # case_of NAME COMMAND: runs it and notes output and exit code as a test case (or as many as it reports itself).
