@@ -13,11 +13,10 @@ rooms|the arrows between the rooms, and that each kept oddity is pinned by a tes
 format|the format of all C++ files|scripts/check-format --fix mends it.
 shell|shellcheck over all scripts|Each finding above has a number; shellcheck.net/wiki/NUMBER explains it.
 tidy|clang-tidy over the portable rooms and the programs|.clang-tidy says how to mark a finding that is wrong.
-asan|the Linux tests again, under the address and undefined-behaviour sanitizers|The first report above is the one to read.
+asan|the Linux tests again, under the address and undefined-behaviour sanitizers, counting lines and branches of the portable rooms|The first report above is the one to read; or the lines listed are not reached by any test.
 windows|build the module and the programs for 32-bit Windows; examine the module as a file|Look for the first error above.
 wine|scripts/wine itself: arguments, exit codes, bytes, windows, parallel runs|Try: scripts/wine --setup
 windows-tests|the same tests, and those of the loaded module, as Windows programs in Wine|Run one by hand: scripts/with-display scripts/wine build/windows-tests/tests/ROOM/ROOM_tests.exe
-coverage|the Linux tests once more, counting lines and branches of the portable rooms|The lines listed above are not reached by any test.
 run-native|the whole example on Linux: ./run --native|Run it by hand: ./run --native
 run|the whole example in Wine: ./run; what the pages show as output, against real runs|Run it by hand: ./run; scripts/check-shown tells how a page is compared
 help|what users read and run first: the help file, the reference, the manual, check-install, licences|Run it by hand: cd tests/help && /usr/bin/python3 -m unittest
@@ -89,8 +88,12 @@ step_tidy() {
 }
 step_asan() {
   scripts/setup --native
-  build asan
+  # Counts of an earlier run must not add to this one's.
+  find build/asan -name '*.gcda' -delete 2>/dev/null || true
+  # The counts name their sources by whole paths, or gcovr does not find all of them.
+  CCACHE_BASEDIR='' build asan
   UBSAN_OPTIONS=print_stacktrace=1 tests_of asan
+  case_of check-coverage scripts/check-coverage
 }
 step_windows() {
   scripts/setup
@@ -108,15 +111,6 @@ step_windows_tests() {
   build windows
   build windows-tests
   tests_of windows-tests "${in_test_prefix[@]}"
-}
-step_coverage() {
-  scripts/setup --native
-  # Counts of an earlier run must not add to this one's.
-  find build/coverage -name '*.gcda' -delete 2>/dev/null || true
-  # The counts name their sources by whole paths, or gcovr does not find all of them.
-  CCACHE_BASEDIR='' build coverage
-  tests_of coverage
-  case_of check-coverage scripts/check-coverage
 }
 step_run_native() { case_of run ./run --native; }
 step_run() {

@@ -1,5 +1,6 @@
 """The marks of the files for Linux: what the loader makes read-only, and the tests that the compiler put in."""
 
+import re
 import subprocess
 import unittest
 
@@ -26,9 +27,8 @@ class Hardening(unittest.TestCase):
                 self.assertIn("__stack_chk_fail@", readelf("--symbols", name))
 
     def test_copies_into_a_known_room_are_tested(self):
-        for name in ("QuorvaneSecurity.ocx",):
-            with self.subTest(name):
-                self.assertRegex(readelf("--symbols", name), r"__\w+_chk@GLIBC")
+        tested = re.findall(r"__\w+_chk@GLIBC", readelf("--symbols", "QuorvaneSecurity.ocx"))
+        self.assertTrue(tested, "the module for Linux calls none of the C library's tested copies")
 
     def test_the_stack_is_not_executable(self):
         for name in FILES:
