@@ -4,8 +4,8 @@
 string(REGEX REPLACE "^0*(..)$" "\\1" quorvane_minor "0${PROJECT_VERSION_MINOR}")
 string(REGEX REPLACE "^0*(....)$" "\\1" quorvane_revision "000${PROJECT_VERSION_PATCH}")
 set(QUORVANE_VERSION_TEXT "${PROJECT_VERSION_MAJOR}.${quorvane_minor}.${quorvane_revision}")
-# None of it reaches a program that takes the rooms as a library: see quorvane_room.
 
+# The options of the house. None of them reaches a program that takes the rooms as a library: see quorvane_room.
 add_library(quorvane_options INTERFACE)
 target_include_directories(quorvane_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(quorvane_options INTERFACE
