@@ -81,8 +81,14 @@ ProfileDocument::ProfileDocument(std::string_view bytes) {
 std::optional<std::string> ProfileDocument::Bytes() const {
   if (!is_whole_) return std::nullopt;
   std::string bytes = mark_;
+  std::u16string_view end_before;
   for (const Section& section : sections_) {
-    for (const Line& line : section.lines) bytes += Encode(line.content + line.end);
+    for (const Line& line : section.lines) {
+      // Behind a CR the LF of an empty line would be the other half of one line end.
+      const bool joins = end_before == u"\r" && line.content.empty() && line.end == u"\n";
+      end_before = joins ? u"\r\n" : std::u16string_view(line.end);
+      bytes += Encode(line.content + std::u16string(end_before));
+    }
   }
   return bytes;
 }

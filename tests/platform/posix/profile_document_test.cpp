@@ -119,6 +119,12 @@ TEST(ProfileDocument, FoldsLettersOfEveryScript) {
   EXPECT_EQ(document.Value(u"\u0436\u00C9", u"STRASSE"), std::nullopt);
 }
 
+TEST(ProfileDocument, KeepsAnEmptyLineApartFromACarriageReturnThatComesToStandBeforeIt) {
+  EXPECT_EQ(After("[x]\rb=1\n\n[y]\n", [](ProfileDocument& d) { d.RemoveKey(u"x", u"b"); }),
+            "[x]\r\r\n[y]\n");
+  EXPECT_EQ(After("[x]\rb=1\n\n[y]\n", AddC), "[x]\rb=1\nc=3\r\r\n[y]\n");
+}
+
 TEST(ProfileDocument, RemovesAKeyOrAWholeSectionWithItsComments) {
   EXPECT_EQ(After("[x]\nb=1\nb=2\n", [](ProfileDocument& d) { d.RemoveKey(u"X", u"B"); }),
             "[x]\nb=2\n");
