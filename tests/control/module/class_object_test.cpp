@@ -90,6 +90,27 @@ TEST(ClassObject, KeepsTheModuleInMemoryWhileItIsHeldOrLocked) {
   });
 }
 
+TEST(ClassObject, AnUnlockTooManyTakesNoLaterLockAway) {
+  OnApartmentThread([] {
+    const Module module;
+    {
+      const auto factory = module.ClassObject();
+      EXPECT_EQ(factory->LockServer(FALSE), S_OK);
+      EXPECT_EQ(factory->LockServer(FALSE), S_OK);
+    }
+    EXPECT_EQ(module.CanUnloadNow(), S_OK);
+    {
+      const auto control = module.CreateControl();
+      EXPECT_EQ(module.ClassObject()->LockServer(FALSE), S_OK);
+      EXPECT_EQ(module.CanUnloadNow(), S_FALSE) << "a control is no lock";
+    }
+    EXPECT_EQ(module.ClassObject()->LockServer(TRUE), S_OK);
+    EXPECT_EQ(module.CanUnloadNow(), S_FALSE) << "the lock counts from none, not from below";
+    EXPECT_EQ(module.ClassObject()->LockServer(FALSE), S_OK);
+    EXPECT_EQ(module.CanUnloadNow(), S_OK);
+  });
+}
+
 TEST(ClassObject, KeepsTheModuleInMemoryWhileAControlLives) {
   OnApartmentThread([] {
     const Module module;
@@ -97,6 +118,32 @@ TEST(ClassObject, KeepsTheModuleInMemoryWhileAControlLives) {
       const auto control = module.CreateControl();
       EXPECT_EQ(module.CanUnloadNow(), S_FALSE);
     }
+    EXPECT_EQ(module.CanUnloadNow(), S_OK);
+  });
+}
+
+TEST(ClassObject, KeepsTheModuleInMemoryWhileAnEnumeratorLives) {
+  OnApartmentThread([] {
+    const Module module;
+    Com<IEnumConnectionPoints> points;
+    Com<IEnumConnections> connections;
+    {
+      const auto container = module.CreateControl().As<IConnectionPointContainer>();
+      EXPECT_EQ(container->EnumConnectionPoints(points.Out()), S_OK);
+      Com<IConnectionPoint> point;
+      EXPECT_EQ(container->FindConnectionPoint(IID_IPropertyNotifySink, point.Out()), S_OK);
+      EXPECT_EQ(point->EnumConnections(connections.Out()), S_OK);
+    }
+    points.Reset();
+    EXPECT_EQ(module.CanUnloadNow(), S_FALSE) << "the list of connections holds no control";
+    ULONG fetched = 1;
+    CONNECTDATA none{};
+    EXPECT_EQ(connections->Next(1, &none, &fetched), S_FALSE);
+    Com<IEnumConnections> copy;
+    EXPECT_EQ(connections->Clone(copy.Out()), S_OK);
+    connections.Reset();
+    EXPECT_EQ(module.CanUnloadNow(), S_FALSE) << "its copy lives";
+    copy.Reset();
     EXPECT_EQ(module.CanUnloadNow(), S_OK);
   });
 }

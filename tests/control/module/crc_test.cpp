@@ -1,14 +1,18 @@
 // Proves GetCRCValue of the running module: read afresh from disk, by path and name and ".ocx",
 // with errors that tell what failed.
 
-#include <fstream>
+#include <algorithm>
 #include <iterator>
 #include <vector>
 
 #include "tests/support/component/module_under_test.h"
+// Behind windows.h:
+#include <psapi.h>
 
 namespace quorvane::component {
 namespace {
+
+using testing::ReplacedImport;
 
 std::vector<unsigned char> Bytes(const std::wstring& file) {
   const HANDLE handle = ::CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
@@ -90,6 +94,51 @@ TEST(GetCRCValue, ReadsTheFileAfreshAtEachCall) {
     ::CloseHandle(file);
     EXPECT_EQ(CrcValue(control), -873187034);
     EXPECT_NE(before, -873187034);
+  });
+}
+
+// The names under which the module opens files, as it passes them on.
+std::vector<std::wstring> opened_names;
+HANDLE WINAPI OpenAndNote(LPCWSTR name, DWORD access, DWORD share, SECURITY_ATTRIBUTES* rights,
+                          DWORD how, DWORD flags, HANDLE like) {
+  opened_names.emplace_back(name);
+  return ::CreateFileW(name, access, share, rights, how, flags, like);
+}
+
+TEST(GetCRCValue, OfAModuleInTheRootOfADriveAsksForTwoBackslashes) {
+  OnApartmentThread([] {
+    const std::wstring name = L"quorvane-" + std::to_wstring(::GetCurrentProcessId()) + L".ocx";
+    const std::wstring copy = L"C:\\" + name;
+    ASSERT_TRUE(::CopyFileW(QUORVANE_MODULE_FILE, copy.c_str(), TRUE));
+    {
+      const Module module(copy);
+      const ReplacedImport noted(module.Handle(), "CreateFileW", OpenAndNote);
+      ASSERT_TRUE(noted.Took());
+      opened_names.clear();
+      EXPECT_EQ(CrcValue(module.CreateSecurityCtrl()), Crc32(Bytes(copy)));
+      EXPECT_EQ(opened_names, (std::vector<std::wstring>{L"C:\\\\" + name}));
+    }
+    EXPECT_TRUE(::DeleteFileW(copy.c_str()));
+  });
+}
+
+// The table of a cCRC32 is the object's own: nothing of it stands in the module's image, neither as
+// a constant nor in an object that outlives the call.
+TEST(GetCRCValue, LeavesNoTableBehind) {
+  OnApartmentThread([] {
+    const Module module;
+    const auto control = module.CreateSecurityCtrl();
+    CrcValue(control);
+    const std::uint32_t entries[] = {0x77073096, 0xEE0E612C, 0x990951BA, 0x076DC419};
+    const auto* const image = reinterpret_cast<const BYTE*>(module.Handle());
+    MODULEINFO whole{};
+    ASSERT_TRUE(
+        ::GetModuleInformation(::GetCurrentProcess(), module.Handle(), &whole, sizeof whole));
+    ASSERT_GT(whole.SizeOfImage, 0x10000U);
+    const auto* const end = image + whole.SizeOfImage;
+    EXPECT_EQ(std::search(image, end, reinterpret_cast<const BYTE*>(entries),
+                          reinterpret_cast<const BYTE*>(entries + std::size(entries))),
+              end);
   });
 }
 
@@ -178,6 +227,43 @@ TEST(GetCRCValue, TellsLateBoundCallersByExcepInfo) {
               DISP_E_EXCEPTION)
         << "EXCEPINFO may be null";
   });
+}
+
+constexpr DISPID kCrcMember = 0x6003005E;
+constexpr DISPID kPortMember = 0x68030053;
+
+// A running module's file cannot be deleted, but moved away.
+TEST(GetCRCValue, FailsWith53ForLateBoundCallersWhenTheFileIsGone) {
+  for (const bool was_called_before : {true, false}) {
+    OnApartmentThread([was_called_before] {
+      const TemporaryFolder folder;
+      const std::wstring copy = folder.File(L"gone.ocx");
+      ASSERT_TRUE(::CopyFileW(QUORVANE_MODULE_FILE, copy.c_str(), TRUE));
+      const Module module(copy);
+      const auto control = module.CreateControl().As<IDispatch>();
+      DISPPARAMS none{};
+      Variant result;
+      if (was_called_before) {
+        EXPECT_EQ(control->Invoke(kCrcMember, IID_NULL, 0, DISPATCH_METHOD, &none, result.Get(),
+                                  nullptr, nullptr),
+                  S_OK);
+      }
+      ASSERT_TRUE(::MoveFileW(copy.c_str(), folder.File(L"parked.bin").c_str()));
+      EXCEPINFO info{};
+      EXPECT_EQ(control->Invoke(kCrcMember, IID_NULL, 0, DISPATCH_METHOD, &none, result.Get(),
+                                &info, nullptr),
+                DISP_E_EXCEPTION)
+          << was_called_before;
+      EXPECT_EQ(info.scode, static_cast<HRESULT>(0x800A0035));
+      ::SysFreeString(info.bstrSource);
+      ::SysFreeString(info.bstrDescription);
+      ::SysFreeString(info.bstrHelpFile);
+      EXPECT_EQ(control->Invoke(kPortMember, IID_NULL, 0, DISPATCH_PROPERTYGET, &none, result.Get(),
+                                nullptr, nullptr),
+                S_OK);
+      EXPECT_EQ(result->vt, VT_I2);
+    });
+  }
 }
 
 TEST(GetCRCValue, LeavesNoFileOpen) {

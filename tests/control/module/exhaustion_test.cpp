@@ -97,18 +97,95 @@ void FailFromEachAllocationOn(std::function<HRESULT(const Com<ISecurityCtrl>&)> 
 }
 
 TEST(Exhaustion, EveryMemberSaysSo) {
+  for (const auto get : {&ISecurityCtrl::get_ServerAddress, &ISecurityCtrl::get_ServerFile,
+                         &ISecurityCtrl::get_ProxyServer, &ISecurityCtrl::get_UserName,
+                         &ISecurityCtrl::get_Password}) {
+    FailFromEachAllocationOn(
+        [get](const auto& control) {
+          Bstr text;
+          const HRESULT result = (control.Get()->*get)(text.Out());
+          EXPECT_EQ(result == S_OK, text.Get() != nullptr);
+          return result;
+        },
+        {kOutOfMemoryNumber});
+  }
+  const Bstr text(std::wstring(1000, L'x'));
+  for (const auto put : {&ISecurityCtrl::put_ServerAddress, &ISecurityCtrl::put_ServerFile,
+                         &ISecurityCtrl::put_ProxyServer, &ISecurityCtrl::put_UserName,
+                         &ISecurityCtrl::put_Password}) {
+    FailFromEachAllocationOn(
+        [&text, put](const auto& control) { return (control.Get()->*put)(text.Get()); },
+        {kOutOfMemoryNumber});
+  }
   FailFromEachAllocationOn(
       [](const auto& control) {
-        Bstr text;
-        const HRESULT result = control->get_ServerAddress(text.Out());
-        EXPECT_EQ(result == S_OK, text.Get() != nullptr);
+        LONG crc = 77;
+        const HRESULT result = control->GetCRCValue(&crc);
+        EXPECT_EQ(result == S_OK, crc != 0);
         return result;
       },
       {kOutOfMemoryNumber});
-  const Bstr text(std::wstring(1000, L'x'));
+}
+
+TEST(Exhaustion, LateBoundCallsSaySo) {
+  DISPPARAMS none{};
   FailFromEachAllocationOn(
-      [&](const auto& control) { return control->put_ServerAddress(text.Get()); },
-      {kOutOfMemoryNumber});
+      [&](const auto& control) {
+        Variant result;
+        return control->Invoke(0x6803000D, IID_NULL, 0, DISPATCH_PROPERTYGET, &none, result.Get(),
+                               nullptr, nullptr);
+      },
+      {E_OUTOFMEMORY, DISP_E_EXCEPTION});
+  FailFromEachAllocationOn(
+      [](const auto& control) {
+        auto* name = const_cast<LPOLESTR>(L"ServerPort");
+        DISPID id = 0;
+        return control->GetIDsOfNames(IID_NULL, &name, 1, 0, &id);
+      },
+      {E_OUTOFMEMORY});
+  FailFromEachAllocationOn(
+      [](const auto& control) {
+        Com<ITypeInfo> type;
+        const HRESULT result = control->GetTypeInfo(0, 0, type.Out());
+        EXPECT_EQ(result == S_OK, static_cast<bool>(type));
+        return result;
+      },
+      {E_OUTOFMEMORY});
+}
+
+TEST(Exhaustion, TheClassesNameAndDescriptionSaySo) {
+  FailFromEachAllocationOn(
+      [](const auto& control) {
+        LPOLESTR name = nullptr;
+        const HRESULT result =
+            control.template As<IOleObject>()->GetUserType(USERCLASSTYPE_FULL, &name);
+        ::CoTaskMemFree(name);
+        return result;
+      },
+      {E_OUTOFMEMORY});
+  FailFromEachAllocationOn(
+      [](const auto& control) {
+        Com<ITypeInfo> type;
+        return control.template As<IProvideClassInfo>()->GetClassInfo(type.Out());
+      },
+      {E_OUTOFMEMORY});
+}
+
+// The events of a bag drop their errors.
+TEST(Exhaustion, LoadingAndSavingABagSucceed) {
+  FailFromEachAllocationOn(
+      [](const auto& control) {
+        FakeBag bag;
+        bag.entries = {{L"ServerAddress", Variant(L"a name of some length.example.com")}};
+        return control.template As<IPersistPropertyBag>()->Load(&bag, nullptr);
+      },
+      {S_OK});
+  FailFromEachAllocationOn(
+      [](const auto& control) {
+        FakeBag bag;
+        return control.template As<IPersistPropertyBag>()->Save(&bag, TRUE, TRUE);
+      },
+      {S_OK});
 }
 
 TEST(Exhaustion, SavingAndLoadingSaySo) {
@@ -125,6 +202,24 @@ TEST(Exhaustion, SavingAndLoadingSaySo) {
         return control.template As<IPersistStreamInit>()->Load(&saved);
       },
       {E_OUTOFMEMORY, S_OK});
+  FailFromEachAllocationOn(
+      [](const auto& control) {
+        ULARGE_INTEGER size{};
+        return control.template As<IPersistStreamInit>()->GetSizeMax(&size);
+      },
+      {E_OUTOFMEMORY, S_OK});
+}
+
+// The events drop their errors: on a thread whose record was never made, too.
+TEST(Exhaustion, InitNewSucceedsWithoutTheThreadsRecord) {
+  const FreshModule module;
+  OnApartmentThread([&] {
+    const auto control = module.Get().CreateControl();
+    const FailingAllocations failing(module.Get().Handle(), 1);
+    EXPECT_EQ(control.As<IPersistStreamInit>()->InitNew(), S_OK);
+    EXPECT_GT(FailingAllocations::Failures(), 0);
+  });
+  OnApartmentThread([&] { EXPECT_EQ(module.Get().CanUnloadNow(), S_OK); });
 }
 
 TEST(Exhaustion, ConnectingAndListingSaySo) {
@@ -141,10 +236,19 @@ TEST(Exhaustion, ConnectingAndListingSaySo) {
         Com<IEnumConnections> all;
         result = point->EnumConnections(all.Out());
         if (FAILED(result)) return result;
+        Com<IEnumConnections> copy;
+        result = all->Clone(copy.Out());
+        if (FAILED(result)) return result;
         return point->Unadvise(cookie);
       },
       {E_OUTOFMEMORY});
   EXPECT_EQ(sink.References(), 1U);
+  FailFromEachAllocationOn(
+      [](const auto& control) {
+        Com<IEnumConnectionPoints> all;
+        return control.template As<IConnectionPointContainer>()->EnumConnectionPoints(all.Out());
+      },
+      {E_OUTOFMEMORY});
 }
 
 }  // namespace

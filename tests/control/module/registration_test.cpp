@@ -3,10 +3,13 @@
 
 #include <map>
 
+#include "tests/support/component/failing_allocations.h"
 #include "tests/support/component/module_under_test.h"
 
 namespace quorvane::component {
 namespace {
+
+using testing::ReplacedImport;
 
 using Tree = std::map<std::wstring, std::wstring>;
 
@@ -98,7 +101,7 @@ TEST_F(Registration, WritesTheStandardKeys) {
   EXPECT_EQ(value(kClassKey + L"\\MiscStatus\\1"), L"148881");
   EXPECT_EQ(value(kClassKey + L"\\TypeLib"), L"{D87A57E5-81C3-11D5-97D8-0050BA8CAAD8}");
   EXPECT_EQ(value(kClassKey + L"\\Version"), L"443.16");
-  EXPECT_NE(value(L"QuorvaneSecurity.SecurityCtrl"), L"(missing)");
+  EXPECT_EQ(value(L"QuorvaneSecurity.SecurityCtrl"), L"QuorvaneSecurity.SecurityCtrl");
   EXPECT_EQ(value(L"QuorvaneSecurity.SecurityCtrl\\CLSID"),
             L"{D87A57E7-81C3-11D5-97D8-0050BA8CAAD8}");
   EXPECT_EQ(value(kLibraryKey + L"\\1bb.10"), L"QuorvaneSecurity");
@@ -195,6 +198,116 @@ TEST_F(Registration, LeavesValuesOfOthersUnderItsKeys) {
   ::RegDeleteKeyW(HKEY_CLASSES_ROOT, kClassKey.c_str());
   ::RegDeleteKeyW(HKEY_CLASSES_ROOT, L"QuorvaneSecurity.SecurityCtrl");
   EXPECT_TRUE(OwnKeys().empty()) << "nothing else stayed";
+}
+
+TEST_F(Registration, SaysSoWhereMemoryRunsOut) {
+  for (const bool is_removal : {false, true}) {
+    if (is_removal) {
+      EXPECT_EQ(module_.Register(), S_OK);
+    }
+    int failures = 1;
+    int runs = 0;
+    for (; failures > 0 && runs < 1000; ++runs) {
+      HRESULT result = S_OK;
+      {
+        const FailingAllocations failing(module_.Handle(), runs + 1);
+        result = is_removal ? module_.Unregister() : module_.Register();
+        failures = FailingAllocations::Failures();
+      }
+      EXPECT_EQ(result, failures == 0 ? S_OK : E_OUTOFMEMORY) << runs;
+    }
+    EXPECT_GT(runs, 10);
+    EXPECT_LT(runs, 1000);
+  }
+  EXPECT_TRUE(OwnKeys().empty());
+}
+
+// Calls of the system that a machine may refuse, from the n-th one on.
+int calls_left = 0;
+template <class Result>
+Result Refused(Result refusal) {
+  return --calls_left > 0 ? Result{} : refusal;
+}
+LSTATUS WINAPI NoKey(HKEY, LPCWSTR, DWORD, LPWSTR, DWORD, REGSAM, SECURITY_ATTRIBUTES*, HKEY*,
+                     DWORD*) {
+  return ERROR_ACCESS_DENIED;
+}
+LSTATUS WINAPI NoValue(HKEY key, LPCWSTR name, DWORD reserved, DWORD type, const BYTE* data,
+                       DWORD size) {
+  const LSTATUS refused = Refused<LSTATUS>(ERROR_ACCESS_DENIED);
+  return refused != ERROR_SUCCESS ? refused
+                                  : ::RegSetValueExW(key, name, reserved, type, data, size);
+}
+LSTATUS WINAPI NoOpening(HKEY, LPCWSTR, DWORD, REGSAM, HKEY*) { return ERROR_ACCESS_DENIED; }
+LSTATUS WINAPI NoRemovalOfValues(HKEY key, LPCWSTR name) {
+  const LSTATUS refused = Refused<LSTATUS>(ERROR_ACCESS_DENIED);
+  return refused != ERROR_SUCCESS ? refused : ::RegDeleteValueW(key, name);
+}
+LSTATUS WINAPI NoRemovalOfKeys(HKEY, LPCWSTR) { return ERROR_ACCESS_DENIED; }
+HRESULT WINAPI NoLibrary(LPCOLESTR, REGKIND, ITypeLib**) { return TYPE_E_CANTLOADLIBRARY; }
+HRESULT WINAPI NoEntry(ITypeLib*, OLECHAR*, OLECHAR*) { return TYPE_E_REGISTRYACCESS; }
+HRESULT WINAPI NoRemovalOfTheEntry(REFGUID, WORD, WORD, LCID, SYSKIND) {
+  return TYPE_E_REGISTRYACCESS;
+}
+
+TEST_F(Registration, TellsThatTheTypeLibraryWasRefused) {
+  {
+    const ReplacedImport refused(module_.Handle(), "LoadTypeLibEx", NoLibrary);
+    ASSERT_TRUE(refused.Took());
+    EXPECT_EQ(module_.Register(), SELFREG_E_TYPELIB);
+  }
+  const ReplacedImport refused(module_.Handle(), "RegisterTypeLib", NoEntry);
+  ASSERT_TRUE(refused.Took());
+  EXPECT_EQ(module_.Register(), SELFREG_E_TYPELIB);
+}
+
+TEST_F(Registration, TellsThatAnyOfItsKeysOrValuesWasRefused) {
+  {
+    const ReplacedImport refused(module_.Handle(), "RegCreateKeyExW", NoKey);
+    ASSERT_TRUE(refused.Took());
+    EXPECT_EQ(module_.Register(), SELFREG_E_CLASS);
+  }
+  const ReplacedImport refused(module_.Handle(), "RegSetValueExW", NoValue);
+  ASSERT_TRUE(refused.Took());
+  int values = 0;
+  HRESULT result = SELFREG_E_CLASS;
+  for (; result == SELFREG_E_CLASS && values < 100; ++values) {
+    calls_left = values + 1;
+    result = module_.Register();
+  }
+  EXPECT_EQ(result, S_OK);
+  EXPECT_EQ(values, 15) << "fourteen values, and a run in which none is refused";
+}
+
+TEST_F(Registration, TellsThatItsRemovalWasRefused) {
+  ASSERT_EQ(module_.Register(), S_OK);
+  const auto refuse = [this](const char* name, auto* refusal, HRESULT stated) {
+    const ReplacedImport refused(module_.Handle(), name, refusal);
+    ASSERT_TRUE(refused.Took()) << name;
+    calls_left = 0;
+    EXPECT_EQ(module_.Unregister(), stated) << name;
+  };
+  refuse("RegOpenKeyExW", NoOpening, SELFREG_E_CLASS);
+  EXPECT_EQ(module_.Register(), S_OK);
+  refuse("RegDeleteValueW", NoRemovalOfValues, SELFREG_E_CLASS);
+  EXPECT_EQ(module_.Register(), S_OK);
+  refuse("RegDeleteKeyW", NoRemovalOfKeys, SELFREG_E_CLASS);
+  EXPECT_EQ(module_.Register(), S_OK);
+  refuse("UnRegisterTypeLib", NoRemovalOfTheEntry, SELFREG_E_TYPELIB);
+  EXPECT_EQ(module_.Unregister(), S_OK) << "and is done where nothing refuses";
+}
+
+// One refused value holds back its own key, and those above it, only.
+TEST_F(Registration, RemovesWhatItCanWhereOneValueIsRefused) {
+  ASSERT_EQ(module_.Register(), S_OK);
+  const ReplacedImport refused(module_.Handle(), "RegDeleteValueW", NoRemovalOfValues);
+  const std::size_t whole = OwnKeys().size();
+  calls_left = 14;  // the last of fourteen: the name of the ProgID
+  EXPECT_EQ(module_.Unregister(), SELFREG_E_CLASS);
+  Tree left = OwnKeys();
+  EXPECT_LT(left.size(), whole);
+  EXPECT_EQ(left.size(), 2U);
+  EXPECT_EQ(left[L"QuorvaneSecurity.SecurityCtrl|"], L"QuorvaneSecurity.SecurityCtrl");
 }
 
 TEST_F(Registration, LetsHostsCreateTheControlByClassAndByName) {

@@ -167,6 +167,20 @@ TEST(BagLoad, StopsAtEachReadThatFailsInTurn) {
   }
 }
 
+TEST(BagLoad, HandsTheContainersErrorLogToEachRead) {
+  WithControl([](auto&, auto& persistence) {
+    FakeErrorLog log;
+    FakeBag bag;
+    EXPECT_EQ(persistence->Load(&bag, &log), S_OK);
+    EXPECT_EQ(bag.logs, std::vector<IErrorLog*>(7, &log));
+    EXPECT_EQ(log.References(), 1U) << "the log is not kept";
+    EXPECT_EQ(log.errors, 0) << "a missing entry is no fault";
+    FakeBag without_log;
+    EXPECT_EQ(persistence->Load(&without_log, nullptr), S_OK);
+    EXPECT_EQ(without_log.logs, std::vector<IErrorLog*>(7, nullptr));
+  });
+}
+
 TEST(BagLoad, RefusesANullBag) {
   WithControl([](auto& control, auto& persistence) {
     PutValues(control, kOthers);
@@ -234,12 +248,13 @@ TEST(BagSave, StoresPortZeroOfANewControl) {
   });
 }
 
-TEST(BagSave, RoundTripsARawOneInUseProxyAsTrue) {
+TEST(BagSave, WritesARawOneInUseProxyAsItIsAndLoadsItAsTrue) {
   WithControl([](auto& control, auto& persistence) {
     EXPECT_EQ(control->put_UseProxy(1), S_OK);
     FakeBag bag;
     EXPECT_EQ(persistence->Save(&bag, TRUE, TRUE), S_OK);
-    EXPECT_TRUE(bag.entries.contains(L"UseProxy"));
+    EXPECT_EQ(bag.entries[L"UseProxy"]->vt, VT_BOOL);
+    EXPECT_EQ(bag.entries[L"UseProxy"]->boolVal, 1) << "the present value";
     EXPECT_EQ(persistence->Load(&bag, nullptr), S_OK);
     EXPECT_EQ(ValuesOf(control).use_proxy, VARIANT_TRUE);
   });

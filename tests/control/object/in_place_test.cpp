@@ -385,6 +385,28 @@ TEST(ReEntrance, TheLastReferenceMayGoInAnyCallback) {
   }
 }
 
+// A window ends on the thread that made it only, so it may outlive a control whose last reference
+// goes on another one; its procedure is the module's.
+TEST(Window, KeepsTheModuleInMemoryWhileItLives) {
+  OnApartmentThread([] {
+    const Module module;
+    HostWindow host;
+    FakeSite site(Offers::kInPlaceSiteEx, host.Get());
+    IOleObject* object = nullptr;
+    EXPECT_EQ(
+        module.CreateControl()->QueryInterface(IID_IOleObject, reinterpret_cast<void**>(&object)),
+        S_OK);
+    EXPECT_EQ(object->SetClientSite(site.Site()), S_OK);
+    EXPECT_EQ(object->DoVerb(OLEIVERB_SHOW, nullptr, nullptr, 0, host.Get(), nullptr), S_OK);
+    std::thread([object] { EXPECT_EQ(object->Release(), 0U); }).join();
+    EXPECT_EQ(site.References(), 1U) << "the control has ended";
+    EXPECT_EQ(ChildrenOf(host.Get()), 1);
+    EXPECT_EQ(module.CanUnloadNow(), S_FALSE);
+    EXPECT_TRUE(::DestroyWindow(::GetWindow(host.Get(), GW_CHILD)));
+    EXPECT_EQ(module.CanUnloadNow(), S_OK);
+  });
+}
+
 TEST(SetObjectRects, MayFindItsWindowDestroyedAtTheFirstMessage) {
   OnStage(Offers::kInPlaceSiteEx, [](auto& host, auto& site, auto&, auto& in_place, auto do_verb) {
     EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), S_OK);

@@ -1,8 +1,12 @@
 // Proves the control as an OLE object, apart from activation: site, extents and the size lock,
 // verbs, names, advice, closing.
 
+#include <malloc.h>
+
 #include <climits>
+#include <cstring>
 #include <utility>
+#include <vector>
 
 #include "tests/support/component/fake_sinks.h"
 #include "tests/support/component/fake_site.h"
@@ -51,6 +55,39 @@ TEST(Extent, StaysLockedWhateverARequestSays) {
           S_OK);
       EXPECT_EQ(drawn.cx, kExtent);
       EXPECT_EQ(drawn.cy, kExtent);
+    }
+  });
+}
+
+// Puts another size into the control's own memory, where nothing else can: what a request finds
+// there must not matter.
+void Unlock(const Com<IUnknown>& control) {
+  constexpr SIZEL kLocked{kExtent, kExtent};
+  constexpr SIZEL kOther{1, 2};
+  auto* const bytes = reinterpret_cast<BYTE*>(control.Get());
+  std::vector<BYTE*> places;
+  for (std::size_t i = 0; i + sizeof kLocked <= ::_msize(bytes); i += alignof(SIZEL)) {
+    if (std::memcmp(bytes + i, &kLocked, sizeof kLocked) == 0) places.push_back(bytes + i);
+  }
+  ASSERT_EQ(places.size(), 1U);
+  std::memcpy(places.front(), &kOther, sizeof kOther);
+}
+
+TEST(Extent, IsLockedAnewAtEachRequestForAnySize) {
+  WithControl([](auto& control, auto& object) {
+    const auto in_place = object.template As<IOleInPlaceObject>();
+    const RECT somewhere{1, 2, 29, 30};
+    SIZEL size{kExtent, kExtent};
+    for (const bool by_rectangle : {true, false}) {
+      Unlock(control);
+      EXPECT_EQ(object->GetExtent(DVASPECT_CONTENT, &size), S_OK);
+      EXPECT_EQ(size.cx, 1);
+      EXPECT_EQ(by_rectangle ? in_place->SetObjectRects(&somewhere, &somewhere)
+                             : object->SetExtent(DVASPECT_CONTENT, &size),
+                S_OK);
+      EXPECT_EQ(object->GetExtent(DVASPECT_CONTENT, &size), S_OK);
+      EXPECT_EQ(size.cx, kExtent) << by_rectangle;
+      EXPECT_EQ(size.cy, kExtent) << by_rectangle;
     }
   });
 }

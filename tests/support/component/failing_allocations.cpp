@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <cstdlib>
-#include <string_view>
 
 namespace quorvane::component {
 namespace {
@@ -36,75 +35,19 @@ BOOL WINAPI SetTlsValue(DWORD index, void* value) {
   return value != nullptr && Fails() ? FALSE : ::TlsSetValue(index, value);
 }
 
-struct Replacement {
-  std::string_view name;
-  void* failing;
-  void* real;
-};
-
-template <class Function>
-void* Address(Function function) {
-  return reinterpret_cast<void*>(function);
-}
-
-const Replacement kReplacements[] = {
-    {"malloc", Address(Malloc), Address(&std::malloc)},
-    {"calloc", Address(Calloc), Address(&std::calloc)},
-    {"realloc", Address(Realloc), Address(&std::realloc)},
-    {"HeapAlloc", Address(HeapAllocate), Address(&::HeapAlloc)},
-    {"CoTaskMemAlloc", Address(TaskAllocate), Address(&::CoTaskMemAlloc)},
-    {"SysAllocStringLen", Address(StringAllocate), Address(&::SysAllocStringLen)},
-    {"TlsAlloc", Address(TakeTlsIndex), Address(&::TlsAlloc)},
-    {"TlsSetValue", Address(SetTlsValue), Address(&::TlsSetValue)},
-};
-
-void Write(void** slot, void* address) {
-  DWORD rights = 0;
-  ::VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &rights);
-  *slot = address;
-  ::VirtualProtect(slot, sizeof *slot, rights, &rights);
-}
-
-// Calls `body` with the name and the slot of each import that has a name.
-template <class Body>
-void ForEachImport(HMODULE module, Body body) {
-  auto* const image = reinterpret_cast<BYTE*>(module);
-  const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS32*>(
-      image + reinterpret_cast<const IMAGE_DOS_HEADER*>(image)->e_lfanew);
-  const DWORD table =
-      headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
-  for (const auto* library = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(image + table);
-       library->Name != 0; ++library) {
-    const auto* name =
-        reinterpret_cast<const IMAGE_THUNK_DATA32*>(image + library->OriginalFirstThunk);
-    auto* slot = reinterpret_cast<void**>(image + library->FirstThunk);
-    for (; name->u1.AddressOfData != 0; ++name, ++slot) {
-      if (IMAGE_SNAP_BY_ORDINAL32(name->u1.Ordinal)) continue;
-      const auto* const entry =
-          reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(image + name->u1.AddressOfData);
-      body(std::string_view(reinterpret_cast<const char*>(entry->Name)), slot);
-    }
-  }
-}
-
 }  // namespace
 
-FailingAllocations::FailingAllocations(HMODULE module, int first) : module_(module) {
+FailingAllocations::FailingAllocations(HMODULE module, int first)
+    : replaced_{{module, "malloc", Malloc},
+                {module, "calloc", Calloc},
+                {module, "realloc", Realloc},
+                {module, "HeapAlloc", HeapAllocate},
+                {module, "CoTaskMemAlloc", TaskAllocate},
+                {module, "SysAllocStringLen", StringAllocate},
+                {module, "TlsAlloc", TakeTlsIndex},
+                {module, "TlsSetValue", SetTlsValue}} {
   calls_left = first;
   failures = 0;
-  ForEachImport(module_, [](std::string_view name, void** slot) {
-    for (const Replacement& one : kReplacements) {
-      if (one.name == name) Write(slot, one.failing);
-    }
-  });
-}
-
-FailingAllocations::~FailingAllocations() {
-  ForEachImport(module_, [](std::string_view name, void** slot) {
-    for (const Replacement& one : kReplacements) {
-      if (one.name == name) Write(slot, one.real);
-    }
-  });
 }
 
 int FailingAllocations::Failures() { return failures; }

@@ -27,8 +27,9 @@ class FakeBag final : public FakeUnknown<IPropertyBag> {
   explicit FakeBag(Missing missing = Missing::kInvalidArgument, Hint hint = Hint::kIgnored)
       : missing_(missing), hint_(hint) {}
 
-  HRESULT STDMETHODCALLTYPE Read(LPCOLESTR name, VARIANT* value, IErrorLog*) override {
+  HRESULT STDMETHODCALLTYPE Read(LPCOLESTR name, VARIANT* value, IErrorLog* log) override {
     if (on_call) on_call();
+    logs.push_back(log);
     reads.emplace_back(name);
     hints.push_back(value->vt);
     if (++calls_ == failing_call) return failure;
@@ -50,7 +51,8 @@ class FakeBag final : public FakeUnknown<IPropertyBag> {
   std::map<std::wstring, Variant> entries;
   std::vector<std::wstring> reads;
   std::vector<VARTYPE> hints;
-  int failing_call = 0;  ///< counted from 1; 0 for none
+  std::vector<IErrorLog*> logs;  ///< where each Read was asked to write its errors
+  int failing_call = 0;          ///< counted from 1; 0 for none
   HRESULT failure = E_FAIL;
   std::function<void()> on_call;  ///< what it does first at each Read and Write
 
@@ -69,6 +71,22 @@ class FakeBag final : public FakeUnknown<IPropertyBag> {
   Missing missing_;
   Hint hint_;
   int calls_ = 0;
+};
+
+/// A container's log of what went wrong while a form was loaded.
+class FakeErrorLog final : public FakeUnknown<IErrorLog> {
+ public:
+  HRESULT STDMETHODCALLTYPE AddError(LPCOLESTR, EXCEPINFO*) override {
+    ++errors;
+    return S_OK;
+  }
+
+  int errors = 0;
+
+ private:
+  void* Find(REFIID id) override {
+    return IsEqualIID(id, IID_IUnknown) || IsEqualIID(id, IID_IErrorLog) ? this : nullptr;
+  }
 };
 
 }  // namespace quorvane::component

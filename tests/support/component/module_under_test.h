@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "tests/support/component/com.h"
+#include "tests/support/replaced_import_windows.h"
 
 namespace quorvane::component {
 
