@@ -3,11 +3,13 @@
 #include "platform/posix/account.h"
 
 #include <gtest/gtest.h>
+#include <sys/utsname.h>
 #include <unistd.h>
 
 #include <array>
 #include <string>
 
+#include "platform/advapi32.h"
 #include "platform/kernel32.h"
 #include "platform/posix/local_memory.h"
 #include "tests/support/raises.h"
@@ -51,9 +53,49 @@ TEST(UnixAccount, IsFoundBehindItsDomainOrTheMachinesName) {
 }
 
 TEST(UnixAccount, KnowsItsMachine) {
+  utsname system{};
+  ASSERT_EQ(::uname(&system), 0);
+  EXPECT_EQ(HostName(), system.nodename);
   EXPECT_TRUE(account::IsThisMachine("\\\\" + HostName()));
   EXPECT_TRUE(account::IsThisMachine("LOCALHOST"));
   EXPECT_FALSE(account::IsThisMachine("elsewhere"));
+}
+
+// The code is that of the latest call, whatever the one before left.
+TEST(UnixAccount, TellsWhyEachLookUpFailed) {
+  std::array<char, 16> sid{};
+  std::array<char, 16> domain{};
+  std::int32_t type = 0;
+  const auto look_up = [&](const char* name, std::int32_t sid_size, std::int32_t domain_size) {
+    domain.fill('#');
+    return advapi32().LookupAccountNameA(nullptr, name, sid.data(), &sid_size, domain.data(),
+                                         &domain_size, &type);
+  };
+  EXPECT_EQ(look_up("root", 0, 16), 0);
+  EXPECT_EQ(advapi32().LastError(), 122);
+  EXPECT_EQ(look_up("no such user", 16, 16), 0);
+  EXPECT_EQ(advapi32().LastError(), 1332);
+  EXPECT_EQ(look_up("root", 16, 9), 0) << "no room for the zero behind the domain";
+  EXPECT_EQ(advapi32().LastError(), 122);
+  EXPECT_EQ(domain[0], '#');
+  EXPECT_EQ(look_up("root", 16, 10), 1);
+  EXPECT_EQ(advapi32().LastError(), 0);
+  EXPECT_STREQ(domain.data(), "Unix User");
+  EXPECT_EQ(domain[10], '#') << "nothing is written behind the zero";
+}
+
+TEST(UnixVersion, IsTheKernelsRelease) {
+  utsname system{};
+  ASSERT_EQ(::uname(&system), 0);
+  OsVersionInformation information{};
+  information.dwOSVersionInfoSize = sizeof information;
+  EXPECT_EQ(kernel32().GetVersionExA(&information), 1);
+  EXPECT_EQ(std::string(information.szCSDVersion), system.release);
+  EXPECT_TRUE(std::string(system.release)
+                  .starts_with(std::to_string(information.dwMajorVersion) + "." +
+                               std::to_string(information.dwMinorVersion) + "."));
+  information.dwOSVersionInfoSize = 147;
+  EXPECT_EQ(kernel32().GetVersionExA(&information), 0);
 }
 
 TEST(SidText, WritesRevisionAuthorityAndParts) {

@@ -41,6 +41,11 @@ TEST(KernelAdapters, AreThoseUnderSysClassNetButTheLoopBack) {
   for (const AdapterInfoRecord& adapter : *adapters) {
     const auto address = std::span(adapter.address).first(adapter.address_length);
     found.insert(std::string(adapter.name.data()) + " " + Colons(address));
+    // By the kernel's numbers: 1 for Ethernet, 512 for a link from point to point.
+    int kernel_type = 0;
+    std::ifstream(std::filesystem::path("/sys/class/net") / adapter.name.data() / "type") >>
+        kernel_type;
+    EXPECT_EQ(adapter.type, kernel_type == 1 ? 6U : kernel_type == 512 ? 23U : 1U);
     EXPECT_NE(adapter.index, 0U);
     EXPECT_EQ(adapter.next, 0U);
     EXPECT_EQ(

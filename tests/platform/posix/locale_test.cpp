@@ -2,10 +2,13 @@
 // from Windows.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <filesystem>
 #include <locale>
 #include <string>
 
 #include "platform/posix/system_locale.h"
+#include "tests/platform/posix/processes.h"
 
 namespace quorvane::testing {
 namespace {
@@ -69,6 +72,24 @@ TEST(LocaleCollation, TakesAPairForItsCharacterAndTellsHalvesApart) {
   EXPECT_TRUE(neutral->AreEqual(u"\xD801\xDC00", u"\xD801\xDC28"));  // a Deseret letter's two cases
   EXPECT_FALSE(neutral->AreEqual(u"\xD801", u"\xD802"));
   EXPECT_FALSE(neutral->AreEqual(u"\xD801", u""));
+}
+
+// In a program of its own, which has not asked for its locale yet.
+TEST(SystemLocale, IsTheNeutralOneWhereTheEnvironmentNamesAnUnknownOne) {
+  constexpr const char* kOwnProgram = "QUORVANE_TEST_UNKNOWN_LOCALE";
+  if (std::getenv(kOwnProgram) == nullptr) {
+    EXPECT_TRUE(AllProcesses(1, [](int /*number*/) {
+      ::setenv(kOwnProgram, "1", 1);
+      ::setenv("LC_ALL", "xx_XX.no-such-set", 1);
+      const std::string file = std::filesystem::read_symlink("/proc/self/exe").native();
+      return ::execl(file.c_str(), file.c_str(), "--gtest_brief=1",
+                     "--gtest_filter=SystemLocale.*UnknownOne", nullptr) == 0;
+    }));
+    return;
+  }
+  EXPECT_EQ(systemLocale().name(), "C.UTF-8");
+  EXPECT_EQ(systemShortDate().Format({2024, 1, 31}), Text(u"01/31/24"));
+  EXPECT_TRUE(systemCollation().AreEqual(u"\u00C9", u"\u00E9"));
 }
 
 TEST(LocaleShortDate, WritesMonthDayYearInTheNeutralLocale) {

@@ -144,6 +144,21 @@ TEST_F(StoredRegistry, CountsItsHandles) {
   EXPECT_EQ(registry.OpenHandles(), 0U);
 }
 
+TEST_F(StoredRegistry, KeepsValuesDirectlyUnderAHive) {
+  {
+    Registry first(store_);
+    EXPECT_EQ(first.Set(kCurrentUser, "n", 1, "abc", 4), 0);
+  }
+  Registry registry(store_);
+  char data[5] = "----";
+  std::int32_t type = 0;
+  std::int32_t size = 4;
+  EXPECT_EQ(registry.Query(kCurrentUser, "n", &type, data, &size), 0);
+  EXPECT_EQ(type, 1);
+  EXPECT_STREQ(data, "abc");
+  EXPECT_EQ(registry.Query(kCurrentUser + 1, "n", &type, data, &size), error::kFileNotFound);
+}
+
 TEST_F(StoredRegistry, SaysWhetherAKeyIsNew) {
   Registry registry(store_);
   Registry::Handle key = 0;
