@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstring>
 #include <memory>
 
 #include "platform/posix/system_text.h"
@@ -18,62 +19,47 @@ namespace {
 constexpr std::string_view kUserDomain = "Unix User";
 constexpr std::string_view kGroupDomain = "Unix Group";
 // A type of account, and a part of its identifier.
-constexpr std::int32_t kUsers = 1;
-constexpr std::int32_t kGroups = 2;
-constexpr unsigned char kUnixAuthority = 22;
+constexpr int kUsers = 1;
+constexpr int kGroups = 2;
 constexpr unsigned char kMostParts = 15;
 
 bool SameWord(std::string_view left, std::string_view right) {
   return left.size() == right.size() && ::strncasecmp(left.data(), right.data(), left.size()) == 0;
 }
 
-void AppendLowByteFirst(std::string& bytes, std::uint32_t value) {
-  for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(value >> shift & 0xFF);
+// A binary identifier's parts are numbers of 32 bits, low byte first, as the system's own.
+std::string UnixSid(std::uint32_t kind, std::uint32_t id) {
+  const std::uint32_t parts[] = {kind, id};
+  return std::string("\1\2\0\0\0\0\0\26", 8) +
+         std::string(reinterpret_cast<const char*>(parts), sizeof parts);
 }
 
-std::string UnixSid(std::int32_t kind, std::uint32_t id) {
-  std::string bytes{1, 2, 0, 0, 0, 0, 0, static_cast<char>(kUnixAuthority)};
-  AppendLowByteFirst(bytes, static_cast<std::uint32_t>(kind));
-  AppendLowByteFirst(bytes, id);
-  return bytes;
+// What a call of the user database finds for a key, made into another form; nothing where it finds
+// nothing.
+template <class Entry, class Key, class Make>
+auto Lookup(int (*call)(Key, Entry*, char*, std::size_t, Entry**), Key key, Make make) {
+  // Enough for the texts of any entry: those of a group of a hundred thousand members, say. What is
+  // not used of it costs nothing.
+  constexpr std::size_t kRoom = std::size_t{1} << 21;
+  const auto room = std::make_unique_for_overwrite<char[]>(kRoom);
+  Entry entry{};
+  Entry* found = nullptr;
+  call(key, &entry, room.get(), kRoom, &found);
+  return found != nullptr ? std::optional(make(*found)) : std::nullopt;
 }
 
-// Enough for the texts of any entry: those of a group of a hundred thousand members, say. What is
-// not used of it costs nothing.
-constexpr std::size_t kRoom = std::size_t{1} << 21;
-
-auto MakeRoom() { return std::make_unique_for_overwrite<std::array<char, kRoom>>(); }
-
-// Of a call that gives null where it fails.
-std::optional<User> UserFrom(const passwd* found) {
-  if (found == nullptr) return std::nullopt;
-  return User{found->pw_name, found->pw_dir, found->pw_uid};
-}
+User UserFrom(const passwd& entry) { return {entry.pw_name, entry.pw_dir, entry.pw_uid}; }
 
 }  // namespace
 
-std::optional<User> CurrentUser() {
-  passwd entry{};
-  passwd* found = nullptr;
-  const auto room = MakeRoom();
-  ::getpwuid_r(::geteuid(), &entry, room->data(), kRoom, &found);
-  return UserFrom(found);
-}
+std::optional<User> CurrentUser() { return Lookup(&::getpwuid_r, ::geteuid(), UserFrom); }
 
 std::optional<User> FindUser(const std::string& name) {
-  passwd entry{};
-  passwd* found = nullptr;
-  const auto room = MakeRoom();
-  ::getpwnam_r(name.c_str(), &entry, room->data(), kRoom, &found);
-  return UserFrom(found);
+  return Lookup(&::getpwnam_r, name.c_str(), UserFrom);
 }
 
 std::optional<std::uint32_t> FindGroup(const std::string& name) {
-  group entry{};
-  group* found = nullptr;
-  const auto room = MakeRoom();
-  ::getgrnam_r(name.c_str(), &entry, room->data(), kRoom, &found);
-  return found != nullptr ? std::optional(entry.gr_gid) : std::nullopt;
+  return Lookup(&::getgrnam_r, name.c_str(), [](const group& entry) { return entry.gr_gid; });
 }
 
 std::string HostName() {
@@ -107,9 +93,8 @@ std::optional<std::string> SidText(const unsigned char* sid) {
   for (int index = 2; index < 8; ++index) authority = authority << 8 | sid[index];
   std::string text = "S-1-" + std::to_string(authority);
   for (std::size_t part = 0; part < sid[1]; ++part) {
-    const unsigned char* const bytes = sid + 8 + 4 * part;
-    const std::uint32_t value = std::uint32_t{bytes[0]} | std::uint32_t{bytes[1]} << 8 |
-                                std::uint32_t{bytes[2]} << 16 | std::uint32_t{bytes[3]} << 24;
+    std::uint32_t value = 0;
+    std::memcpy(&value, sid + 8 + 4 * part, sizeof value);
     text += "-" + std::to_string(value);
   }
   return text;

@@ -80,7 +80,7 @@ class PosixAdvapi32 final : public Advapi32 {
   std::int32_t ConvertSidToStringSidA(const void* sid, Address32* text) override {
     const auto converted = account::SidText(static_cast<const unsigned char*>(sid));
     if (!converted) return EndWith(error::kInvalidSid);
-    *text = local_memory::HandOut(*converted);
+    *text = localMemory().Add(*converted + '\0');
     return EndWith(error::kSuccess);
   }
 

@@ -8,9 +8,9 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <cstring>
 #include <string_view>
 #include <thread>
-#include <utility>
 
 #include "platform/posix/descriptor.h"
 
@@ -21,25 +21,29 @@ constexpr int kMostAttempts = 5000;
 constexpr auto kPause = std::chrono::milliseconds(2);
 constexpr int kMostLinks = 40;
 
+[[noreturn]] void Fail(const std::filesystem::path& file, int error) {
+  throw StoreFailure(file.native() + ": " + std::strerror(error));
+}
+
 // The file that a name leads to, whether it is there or not.
-int FollowLinks(std::filesystem::path& file) {
+std::filesystem::path TargetOf(std::filesystem::path file) {
   for (int links = 0; links < kMostLinks; ++links) {
     std::error_code failed;
     const auto target = std::filesystem::read_symlink(file, failed);
-    if (failed) return failed.value() == EINVAL || failed.value() == ENOENT ? 0 : failed.value();
+    if (failed.value() == EINVAL || failed.value() == ENOENT) return file;
+    if (failed) Fail(file, failed.value());
     file = file.parent_path() / target;
   }
-  return ELOOP;
+  Fail(file, ELOOP);
 }
 
-int WriteAll(int descriptor, std::string_view bytes) {
+bool WriteAll(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {
-    const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return written < 0 ? errno : EIO;
+    const ssize_t written = TEMP_FAILURE_RETRY(::write(descriptor, bytes.data(), bytes.size()));
+    if (written <= 0) return false;
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
-  return 0;
+  return true;
 }
 
 // NAME.new, made by this object and locked. A file of that name that nobody has locked was left
@@ -70,21 +74,20 @@ class NextFile {
     return EAGAIN;
   }
 
-  // In the place of `file`, whose status is given if it is there.
-  int Replace(const std::filesystem::path& file, const struct stat* status,
-              std::string_view bytes) {
+  // In the place of `file`, whose status is given if it is there; false where that fails.
+  bool Replace(const std::filesystem::path& file, const struct stat* status,
+               std::string_view bytes) {
     const int descriptor = descriptor_.Number();
     if (status != nullptr) {
       // Only the superuser gives files away; everybody may give them to a group of his own.
       const bool given = ::fchown(descriptor, status->st_uid, status->st_gid) == 0 ||
                          ::fchown(descriptor, ::geteuid(), status->st_gid) == 0;
       const unsigned mode = status->st_mode & (given ? 07777U : 0777U);
-      if (::fchmod(descriptor, mode) != 0) return errno;
+      if (::fchmod(descriptor, mode) != 0) return false;
     }
-    if (const int error = WriteAll(descriptor, bytes); error != 0) return error;
-    if (::fsync(descriptor) != 0 || ::rename(path_.c_str(), file.c_str()) != 0) return errno;
-    held_ = false;
-    return 0;
+    if (!WriteAll(descriptor, bytes) || ::fsync(descriptor) != 0) return false;
+    held_ = ::rename(path_.c_str(), file.c_str()) != 0;
+    return !held_;
   }
 
  private:
@@ -118,43 +121,35 @@ void CreatePrivateFolder(const std::filesystem::path& folder) {
   ::mkdir(folder.c_str(), 0700);
 }
 
-int ReadFile(const std::filesystem::path& file, std::optional<std::string>& bytes) {
-  bytes.reset();
-  // Not to be held up by a pipe that nobody writes to.
-  const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-  struct stat status {};
-  if (!descriptor || ::fstat(descriptor.Number(), &status) != 0) return errno;
-  if (!S_ISREG(status.st_mode)) return EINVAL;
-  std::string read;
+std::optional<std::string> ReadFile(const std::filesystem::path& file) {
+  const Descriptor descriptor = OpenRegularFile(file.c_str());
+  if (!descriptor && (errno == ENOENT || errno == ENOTDIR)) return std::nullopt;
+  if (!descriptor) Fail(file, errno);
+  std::string bytes;
   std::array<char, 8192> room{};
   for (;;) {
-    const ssize_t count = ::read(descriptor.Number(), room.data(), room.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return errno;
-    if (count == 0) break;
-    read.append(room.data(), static_cast<std::size_t>(count));
+    const ssize_t count = TEMP_FAILURE_RETRY(::read(descriptor.Number(), room.data(), room.size()));
+    if (count < 0) Fail(file, errno);
+    if (count == 0) return bytes;
+    bytes.append(room.data(), static_cast<std::size_t>(count));
   }
-  bytes = std::move(read);
-  return 0;
 }
 
-int ChangeFile(const std::filesystem::path& file, unsigned mode, const FileChange& change) {
-  std::filesystem::path target = file;
-  if (const int error = FollowLinks(target); error != 0) return error;
+void ChangeFile(const std::filesystem::path& file, unsigned mode, const FileChange& change) {
+  const std::filesystem::path target = TargetOf(file);
   struct stat status {};
-  NextFile next(target);
   const bool is_new = ::stat(target.c_str(), &status) != 0;
-  if (const int error = next.Hold(is_new ? mode : 0600); error != 0) return error;
-  const int seen = ::stat(target.c_str(), &status) == 0 ? 0 : errno;
-  if (seen == 0 && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return errno;
-  std::optional<std::string> before;
-  const int error = ReadFile(target, before);
+  NextFile next(target);
+  if (const int error = next.Hold(is_new ? mode : 0600); error != 0) Fail(file, error);
+  const bool is_there = ::stat(target.c_str(), &status) == 0;
+  if (!is_there && errno != ENOENT) Fail(file, errno);
+  if (is_there && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) Fail(file, errno);
+  const auto before = ReadFile(target);
   // There and then not: a file whose bytes are not known is not to be replaced.
-  if (error != seen || (error != 0 && error != ENOENT)) return error != 0 ? error : seen;
-  const auto after = change(before);
-  if (!after) return EBADMSG;
-  if (*after == before.value_or("")) return 0;
-  return next.Replace(target, before ? &status : nullptr, *after);
+  if (before.has_value() != is_there) Fail(file, ENOENT);
+  const std::string after = change(before);
+  if (after == before.value_or("")) return;
+  if (!next.Replace(target, is_there ? &status : nullptr, after)) Fail(file, errno);
 }
 
 }  // namespace quorvane

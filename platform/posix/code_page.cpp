@@ -6,59 +6,60 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
+
+#include "platform/system_code_page.h"
+#include "runtime/runtime_error.h"
 
 namespace quorvane {
 namespace {
+
+constexpr int kWesternEuropean = 1252;
+constexpr char16_t kNone = 0xFFFF;  // never a character
+constexpr std::size_t kUnitCount = 0x10000;
 
 // One direction of the system's converter between a page and UTF-16.
 class Converter {
  public:
   Converter(const std::string& to, const std::string& from)
-      : converter_(::iconv_open(to.c_str(), from.c_str())) {}
-  Converter(const Converter&) = delete;
-  Converter& operator=(const Converter&) = delete;
-  ~Converter() {
-    if (IsKnown()) ::iconv_close(converter_);
-  }
+      : converter_(::iconv_open(to.c_str(), from.c_str()), &::iconv_close) {}
 
   // iconv_open's failure is the address -1.
-  [[nodiscard]] bool IsKnown() const { return reinterpret_cast<std::intptr_t>(converter_) != -1; }
+  [[nodiscard]] bool IsKnown() const {
+    return reinterpret_cast<std::intptr_t>(converter_.get()) != -1;
+  }
 
   // One whole character, or nothing when the converter refuses it or wants more bytes.
   std::optional<std::string> Convert(std::string character) {
-    ::iconv(converter_, nullptr, nullptr, nullptr, nullptr);
+    ::iconv(converter_.get(), nullptr, nullptr, nullptr, nullptr);
     std::array<char, 16> room{};
     char* source = character.data();
     std::size_t source_left = character.size();
     char* target = room.data();
     std::size_t target_left = room.size();
-    const std::size_t result = ::iconv(converter_, &source, &source_left, &target, &target_left);
-    if (result != 0 || source_left != 0) return std::nullopt;
+    if (::iconv(converter_.get(), &source, &source_left, &target, &target_left) != 0) return {};
+    if (source_left != 0) return std::nullopt;
     // Some converters keep a letter back, as an accent might follow.
-    ::iconv(converter_, nullptr, nullptr, &target, &target_left);
+    ::iconv(converter_.get(), nullptr, nullptr, &target, &target_left);
     return std::string(room.data(), target);
   }
 
+  // The same to UTF-16; nothing but a character of one unit counts.
+  char16_t UnitOf(std::string character) {
+    const auto utf16 = Convert(std::move(character));
+    char16_t unit = kNone;
+    if (utf16 && utf16->size() == sizeof unit) std::memcpy(&unit, utf16->data(), sizeof unit);
+    return unit;
+  }
+
  private:
-  iconv_t converter_;
+  std::unique_ptr<void, decltype(&::iconv_close)> converter_;
 };
-
-constexpr char16_t kNone = 0xFFFF;  // never a character
-constexpr std::size_t kUnitCount = 0x10000;
-
-std::string AsUtf16(std::size_t unit) {
-  return {static_cast<char>(unit & 0xFF), static_cast<char>(unit >> 8)};
-}
-
-char16_t UnitOf(const std::optional<std::string>& utf16) {
-  if (!utf16 || utf16->size() != 2) return kNone;
-  return static_cast<char16_t>(static_cast<unsigned char>((*utf16)[0]) |
-                               static_cast<unsigned char>((*utf16)[1]) << 8);
-}
 
 // Where Windows parts from the converter: bytes of single characters that the converter leaves
 // unused, or takes for another. Most are for private use, one after the other.
@@ -67,18 +68,19 @@ struct OwnBytes {
   std::string_view bytes;
   char16_t first;
 };
-constexpr std::array kOwnBytes{OwnBytes{857, "\xD5\xE7\xF2", 0xF8BB},
-                               OwnBytes{864, "%", u'%'},
-                               OwnBytes{864, "\xA6\xA7\xFF", 0xF8BE},
-                               OwnBytes{874, "\xDB\xDC\xDD\xDE\xFC\xFD\xFE\xFF", 0xF8C1},
-                               OwnBytes{932, "\xA0\xFD\xFE\xFF", 0xF8F0},
-                               OwnBytes{936, "\xFF", 0xF8F5},
-                               OwnBytes{949, "\xFF", 0xF8F7},
-                               OwnBytes{950, "\xFF", 0xF8F8},
-                               OwnBytes{1253, "\xAA\xD2\xFF", 0xF8F9},
-                               OwnBytes{1255, "\xCA", 0x05BA},
-                               OwnBytes{1255, "\xD9\xDA\xDB\xDC\xDD\xDE\xDF\xFB\xFC\xFF", 0xF88D},
-                               OwnBytes{1257, "\xA1\xA5", 0xF8FC}};
+constexpr auto kOwnBytes =
+    std::to_array<OwnBytes>({{857, "\xD5\xE7\xF2", 0xF8BB},
+                             {864, "%", u'%'},
+                             {864, "\xA6\xA7\xFF", 0xF8BE},
+                             {874, "\xDB\xDC\xDD\xDE\xFC\xFD\xFE\xFF", 0xF8C1},
+                             {932, "\xA0\xFD\xFE\xFF", 0xF8F0},
+                             {936, "\xFF", 0xF8F5},
+                             {949, "\xFF", 0xF8F7},
+                             {950, "\xFF", 0xF8F8},
+                             {1253, "\xAA\xD2\xFF", 0xF8F9},
+                             {1255, "\xCA", 0x05BA},
+                             {1255, "\xD9\xDA\xDB\xDC\xDD\xDE\xDF\xFB\xFC\xFF", 0xF88D},
+                             {1257, "\xA1\xA5", 0xF8FC}});
 
 // Everything is asked of the converter once; after that the page is two constant tables, which any
 // number of threads may read.
@@ -91,10 +93,10 @@ class TablePage final : public CodePage {
     TakeOwnBytes(number);
     FillUnusedBytes();
     for (std::size_t unit = 0; unit < kUnitCount; ++unit) {
-      const auto found = to_bytes.Convert(AsUtf16(unit));
+      const auto character = static_cast<char16_t>(unit);
+      const auto found = to_bytes.Convert({reinterpret_cast<const char*>(&character), 2});
       // Converters also take characters apart, or give them codes that are no characters.
-      if (found && FromBytes(*found) == std::u16string(1, static_cast<char16_t>(unit)))
-        bytes_[unit] = *found;
+      if (found && FromBytes(*found) == std::u16string{character}) bytes_[unit] = *found;
     }
     for (std::size_t byte = 0; byte < units_.size(); ++byte) {
       if (!pairs_[byte].empty() || units_[byte] == default_unit_) continue;
@@ -137,18 +139,13 @@ class TablePage final : public CodePage {
 
  private:
   void ReadFirstByte(std::size_t first, Converter& to_units) {
-    units_[first] = UnitOf(to_units.Convert({static_cast<char>(first)}));
-    if (units_[first] != kNone) return;
-    std::vector<char16_t> pairs(256, default_unit_);
-    bool leads = false;
-    for (std::size_t second = 0; second < pairs.size(); ++second) {
-      const char16_t unit =
-          UnitOf(to_units.Convert({static_cast<char>(first), static_cast<char>(second)}));
+    units_[first] = to_units.UnitOf({static_cast<char>(first)});
+    for (std::size_t second = 0; second < 256 && units_[first] == kNone; ++second) {
+      const char16_t unit = to_units.UnitOf({static_cast<char>(first), static_cast<char>(second)});
       if (unit == kNone) continue;
-      pairs[second] = unit;
-      leads = true;
+      pairs_[first].resize(256, default_unit_);
+      pairs_[first][second] = unit;
     }
-    if (leads) pairs_[first] = std::move(pairs);
   }
 
   void TakeOwnBytes(int number) {
@@ -177,6 +174,25 @@ class TablePage final : public CodePage {
   std::vector<std::string> bytes_;                // by unit; empty for one that the page lacks
 };
 
+// The page in force. It is made at its first use, not where it is asked for: making its tables can
+// fail.
+std::unique_ptr<CodePage>& Page() {
+  static std::unique_ptr<CodePage> page = MakeCodePage(kWesternEuropean);
+  if (!page) Raise(ErrorNumber::kLibraryNotFound);
+  return page;
+}
+
+class SystemCodePage final : public CodePage {
+ public:
+  std::string ToBytes(std::u16string_view characters) const override {
+    return Page()->ToBytes(characters);
+  }
+  std::u16string FromBytes(std::string_view bytes) const override {
+    return Page()->FromBytes(bytes);
+  }
+  std::int16_t CodeOf(char16_t character) const override { return Page()->CodeOf(character); }
+};
+
 }  // namespace
 
 std::unique_ptr<CodePage> MakeCodePage(int number) {
@@ -187,6 +203,18 @@ std::unique_ptr<CodePage> MakeCodePage(int number) {
   auto page = std::make_unique<TablePage>(number, to_units, to_bytes);
   if (!page->HoldsAscii()) return nullptr;
   return page;
+}
+
+const CodePage& systemCodePage() noexcept {
+  static const SystemCodePage kInstance;
+  return kInstance;
+}
+
+bool SetSystemCodePage(int number) {
+  auto page = MakeCodePage(number);
+  if (!page) return false;
+  Page() = std::move(page);
+  return true;
 }
 
 }  // namespace quorvane

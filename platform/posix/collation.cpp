@@ -7,19 +7,17 @@
 namespace quorvane {
 namespace {
 
-bool IsHighHalf(char16_t c) { return c >= 0xD800 && c <= 0xDBFF; }
-bool IsLowHalf(char16_t c) { return c >= 0xDC00 && c <= 0xDFFF; }
+bool IsHighHalf(wchar_t c) { return c >= 0xD800 && c <= 0xDBFF; }
+bool IsLowHalf(wchar_t c) { return c >= 0xDC00 && c <= 0xDFFF; }
 
 std::wstring Decode(std::u16string_view text) {
   std::wstring characters;
   characters.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char16_t unit = text[i];
-    if (IsHighHalf(unit) && i + 1 < text.size() && IsLowHalf(text[i + 1])) {
-      const auto low = static_cast<unsigned>(text[++i]);
-      characters += static_cast<wchar_t>(0x10000 + ((unit - 0xD800U) << 10) + (low - 0xDC00U));
+  for (const wchar_t unit : text) {
+    if (IsLowHalf(unit) && !characters.empty() && IsHighHalf(characters.back())) {
+      characters.back() = 0x10000 + ((characters.back() - 0xD800) << 10) + (unit - 0xDC00);
     } else {
-      characters += static_cast<wchar_t>(unit);
+      characters += unit;
     }
   }
   return characters;
@@ -28,7 +26,7 @@ std::wstring Decode(std::u16string_view text) {
 std::wstring HalvesIn(const std::wstring& characters) {
   std::wstring halves;
   std::ranges::copy_if(characters, std::back_inserter(halves),
-                       [](wchar_t c) { return c >= 0xD800 && c <= 0xDFFF; });
+                       [](wchar_t c) { return IsHighHalf(c) || IsLowHalf(c); });
   return halves;
 }
 
@@ -83,10 +81,30 @@ class LocaleCollation final : public Collation {
   bool folds_ascii_plainly_;
 };
 
+// Made of the locale at its first use, not where it is asked for: reading a locale can fail.
+class SystemCollation final : public Collation {
+ public:
+  bool AreEqual(std::u16string_view left, std::u16string_view right) const override {
+    return Made().AreEqual(left, right);
+  }
+  bool FoldsAsciiPlainly() const override { return Made().FoldsAsciiPlainly(); }
+
+ private:
+  static const Collation& Made() {
+    static const LocaleCollation kMade(systemLocale());
+    return kMade;
+  }
+};
+
 }  // namespace
 
 std::unique_ptr<Collation> MakeCollation(const std::locale& locale) {
   return std::make_unique<LocaleCollation>(locale);
+}
+
+const Collation& systemCollation() noexcept {
+  static const SystemCollation kInstance;
+  return kInstance;
 }
 
 }  // namespace quorvane

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <utility>
 
 namespace quorvane {
@@ -27,5 +30,17 @@ class Descriptor {
  private:
   int number_ = -1;
 };
+
+/// Opens a regular file for reading, without waiting for the other end of what is a pipe. None,
+/// with the reason in errno, when that fails: EOPNOTSUPP for what is no regular file.
+[[nodiscard]] inline Descriptor OpenRegularFile(const char* path) {
+  constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+  Descriptor file(static_cast<int>(TEMP_FAILURE_RETRY(::open(path, kFlags))));
+  struct stat status {};
+  if (!file || ::fstat(file.Number(), &status) != 0) return {};
+  if (S_ISREG(status.st_mode)) return file;
+  errno = EOPNOTSUPP;
+  return {};
+}
 
 }  // namespace quorvane

@@ -98,29 +98,15 @@ Text FirstMatch(const PathParts& wanted) {
   return first;
 }
 
-template <class Call>
-auto UnlessInterrupted(Call call) {
-  for (;;) {
-    const auto result = call();
-    if (result >= 0 || errno != EINTR) return result;
-  }
-}
-
-OpenFile OpenRegularFile(const std::string& path) {
-  // Not to wait for the other end of a pipe.
-  OpenFile file(UnlessInterrupted(
-      [&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
+OpenFile Open(const std::string& path) {
+  OpenFile file = OpenRegularFile(path.c_str());
+  if (file) return file;
   const int error = errno;
+  const std::string directory = Split(path).directory;
   struct stat status {};
-  if (!file) {
-    const std::string directory = Split(path).directory;
-    const bool path_is_missing = path.empty() || (error == ENOENT && !directory.empty() &&
-                                                  ::stat(directory.c_str(), &status) != 0);
-    RaiseFileError(path_is_missing ? ENOTDIR : error);
-  }
-  if (::fstat(file.Number(), &status) != 0) RaiseFileError(errno);
-  if (!S_ISREG(status.st_mode)) RaiseFileError(EISDIR);
-  return file;
+  const bool path_is_missing = path.empty() || (error == ENOENT && !directory.empty() &&
+                                                ::stat(directory.c_str(), &status) != 0);
+  RaiseFileError(path_is_missing ? ENOTDIR : error);
 }
 
 // Elsewhere, over a network above all, a lease may be refused while nobody has the file open.
@@ -163,7 +149,7 @@ class PosixFiles final : public Files {
 
   void OpenForReading(const Text& name, std::int16_t number) override {
     openFiles().RequireFree(number);
-    OpenFile file = OpenRegularFile(SystemFileName(name.Characters()));
+    OpenFile file = Open(SystemFileName(name.Characters()));
     ShutWritersOut(file);
     openFiles().Keep(number, std::move(file));
   }
@@ -178,8 +164,7 @@ class PosixFiles final : public Files {
     const int descriptor = openFiles().At(number).Number();
     std::span<std::uint8_t> rest = buffer.Elements();
     while (!rest.empty()) {
-      const ssize_t count =
-          UnlessInterrupted([&] { return ::read(descriptor, rest.data(), rest.size()); });
+      const ssize_t count = TEMP_FAILURE_RETRY(::read(descriptor, rest.data(), rest.size()));
       if (count < 0) RaiseFileError(errno);
       if (count == 0) return;
       rest = rest.subspan(static_cast<std::size_t>(count));

@@ -56,12 +56,11 @@ class PosixKernel32 final : public Kernel32 {
 
   std::int32_t GetProfileStringA(const char* section, const char* key, const char* default_text,
                                  char* buffer, std::int32_t size) override {
-    return profile_store::Read(profile_store::SystemProfile(), section, key, default_text, buffer,
-                               size);
+    return GetPrivateProfileStringA(section, key, default_text, buffer, size, nullptr);
   }
   std::int32_t WriteProfileStringA(const char* section, const char* key,
                                    const char* value) override {
-    return profile_store::Write(profile_store::SystemProfile(), section, key, value) ? 1 : 0;
+    return WritePrivateProfileStringA(section, key, value, nullptr);
   }
   std::int32_t GetPrivateProfileStringA(const char* section, const char* key,
                                         const char* default_text, char* buffer, std::int32_t size,
@@ -75,17 +74,17 @@ class PosixKernel32 final : public Kernel32 {
   }
 
   std::int32_t lstrlenA(Address32 text) override {
-    return static_cast<std::int32_t>(std::strlen(local_memory::From(text).c_str()));
+    return static_cast<std::int32_t>(std::strlen(localMemory().Find(text).value_or("").c_str()));
   }
   Address32 LocalFree(Address32 memory) override {
-    return local_memory::GiveBack(memory) ? kNoAddress : memory;
+    return localMemory().Remove(memory) ? kNoAddress : memory;
   }
 
   void RtlMoveMemory(void* destination, const void* source, std::uint32_t length) override {
     if (length > 0) std::memmove(destination, source, length);
   }
   void RtlMoveMemory(void* destination, Address32 source, std::uint32_t length) override {
-    const std::string memory = local_memory::From(source);
+    const std::string memory = localMemory().Find(source).value_or("");
     // What would be an access violation where addresses are pointers.
     if (length > memory.size()) Raise(ErrorNumber::kInvalidProcedureCall);
     RtlMoveMemory(destination, memory.data(), length);

@@ -1,13 +1,15 @@
 #include "platform/posix/numeric_text.h"
 
+#include <strings.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cstddef>
 #include <limits>
 #include <optional>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace quorvane {
 namespace {
@@ -15,172 +17,147 @@ namespace {
 constexpr std::int32_t kSuccess = 0;
 
 // What a numeric text holds: 0.DIGITS times a power of ten, or the bits of a literal.
-// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): digits count up to their number
 struct Number {
-  static constexpr std::size_t kMostDigits = 1024;  // those behind are taken for zeros
-
   bool is_literal = false;
   std::uint64_t bits = 0;
   bool negative = false;
-  std::array<char, kMostDigits> digits;  // the first is not a zero
-  std::size_t count = 0;
+  std::string digits;  // the first is not a zero
   int exponent = 0;
 
-  [[nodiscard]] std::string_view Digits() const { return {digits.data(), count}; }
-
-  void AddDigit(char16_t digit, bool in_fraction) {
-    const bool is_leading_zero = count == 0 && digit == u'0';
+  void AddDigit(char digit, bool in_fraction) {
+    const bool is_leading_zero = digits.empty() && digit == '0';
     if (in_fraction == is_leading_zero) exponent += in_fraction ? -1 : 1;
-    if (!is_leading_zero && count < digits.size()) digits[count++] = static_cast<char>(digit);
+    if (!is_leading_zero) digits += digit;
   }
 };
 
-bool IsWhite(char16_t c) {
-  constexpr std::u16string_view kSingles = u" \u0085\u00A0\u1680\u2028\u2029\u202F\u205F\u3000";
-  return (c >= u'\t' && c <= u'\r') || (c >= u'\u2000' && c <= u'\u200A') ||
-         kSingles.find(c) != std::u16string_view::npos;
+bool Holds(std::string_view text, char c) { return text.find(c) != std::string_view::npos; }
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// A byte for each character: a blank for all white space, "?" for what else is not ASCII.
+std::string Plain(std::u16string_view text) {
+  constexpr std::u16string_view kWhite =
+      u"\t\n\v\f\r \u0085\u00A0\u1680\u2000\u2001\u2002\u2003\u2004\u2005\u2006\u2007\u2008\u2009"
+      u"\u200A\u2028\u2029\u202F\u205F\u3000";
+  std::string plain(text.size(), ' ');
+  std::ranges::transform(text, plain.begin(), [&](char16_t c) {
+    if (kWhite.find(c) != std::u16string_view::npos) return ' ';
+    return c < 0x80 ? static_cast<char>(c) : '?';
+  });
+  return plain;
 }
 
-bool IsDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
-
-// The value of a hexadecimal digit; 16 for any other character.
-unsigned DigitValue(char16_t c) {
-  if (IsDigit(c)) return c - u'0';
-  const char16_t lower = c | 0x20;
-  return lower >= u'a' && lower <= u'f' ? lower - u'a' + 10U : 16U;
-}
-
-// Reads one text from its front. Each step passes over what it takes.
+// Reads one plain text from its front. Each step passes over what it takes.
 class Reader {
  public:
-  explicit Reader(const char16_t* text) : next_(text) {}
+  explicit Reader(const std::string& text) : next_(text.data()), end_(next_ + text.size()) {}
 
   // Nothing when the text is no number.
   std::optional<Number> Read() {
-    TakeFront();
-    const bool taken = !has_money_ && *next_ == u'&' ? TakeLiteral() : TakeDecimal();
-    if (!taken) return std::nullopt;
-    TakeBack();
-    if (*next_ != u'\0' || is_open_) return std::nullopt;
+    const std::string front = TakeFront();
+    const bool has_money = Holds(front, '$');
+    number_.is_literal = !has_money && Take("&");
+    if (!(number_.is_literal ? TakeLiteral() : TakeDecimal(!has_money))) return std::nullopt;
+    // Behind it the same may stand as often as it comes, but a sign only where it is not in front.
+    std::string allowed = " ";
+    if (!number_.is_literal) allowed += '$';
+    if (!Holds(front, '+')) allowed += '+';
+    if (!Holds(front, '-')) allowed += '-';
+    if (Holds(front, '(')) allowed += ')';
+    const std::string_view back(next_, end_);
+    const bool is_open = Holds(front, '(') && !Holds(back, ')');
+    if (is_open || back.find_first_not_of(allowed) != std::string_view::npos) return std::nullopt;
+    number_.negative = Holds(front, '-') || Holds(front, '(') || Holds(back, '-');
     return number_;
   }
 
  private:
-  bool Take(char16_t c) {
-    if (*next_ != c) return false;
+  // One of these characters.
+  bool Take(std::string_view characters) {
+    if (next_ == end_ || !Holds(characters, *next_)) return false;
     ++next_;
     return true;
   }
-
-  bool TakeOnce(char16_t c, bool& taken) { return !taken && (taken = Take(c)); }
 
   // White space and, each once and in any order, signs, the currency sign, and a parenthesis.
-  void TakeFront() {
-    bool is_enclosed = false;
-    while (TakeWhite() || TakeOnce(u'+', has_plus_) || TakeOnce(u'-', has_minus_) ||
-           TakeOnce(u'$', has_money_) || TakeOnce(u'(', is_enclosed)) {
+  std::string TakeFront() {
+    std::string front;
+    while (next_ != end_ && (*next_ == ' ' || (Holds("+-$(", *next_) && !Holds(front, *next_)))) {
+      front += *next_++;
     }
-    number_.negative = has_minus_ || is_enclosed;
-    is_open_ = is_enclosed;
+    return front;
   }
 
-  // The same behind, as often as it comes; a sign only where it does not stand in front.
-  void TakeBack() {
-    const bool was_open = is_open_;
-    for (;; ++next_) {
-      if (was_open && *next_ == u')') {
-        is_open_ = false;
-      } else if (!has_minus_ && *next_ == u'-') {
-        number_.negative = true;
-      } else if (!IsWhite(*next_) && (has_plus_ || *next_ != u'+') &&
-                 (number_.is_literal || *next_ != u'$')) {
-        return;
-      }
-    }
-  }
-
-  bool TakeWhite() {
-    if (!IsWhite(*next_)) return false;
-    ++next_;
-    return true;
+  // Digits as an unsigned number, or `beyond` where it is too large; false where there are none.
+  template <class Unsigned>
+  bool TakeUnsigned(Unsigned& number, int base, Unsigned beyond) {
+    const auto [rest, error] = std::from_chars(next_, end_, number, base);
+    if (error == std::errc::result_out_of_range) number = beyond;
+    return std::exchange(next_, rest) != rest;
   }
 
   bool TakeLiteral() {
-    Take(u'&');
-    number_.is_literal = true;
-    const bool is_hexadecimal = Take(u'H') || Take(u'h');
-    if (!is_hexadecimal && !Take(u'O') && !Take(u'o')) return false;
-    const int width = is_hexadecimal ? 4 : 3;
-    const char16_t* const first = next_;
-    for (; DigitValue(*next_) < 1U << width; ++next_) {
-      if (number_.bits >> (63 - width) != 0) continue;  // already beyond any integer
-      number_.bits = number_.bits << width | DigitValue(*next_);
-    }
-    return next_ != first;
+    const bool is_hexadecimal = Take("Hh");
+    return (is_hexadecimal || Take("Oo")) &&
+           TakeUnsigned(number_.bits, is_hexadecimal ? 16 : 8,
+                        std::numeric_limits<std::uint64_t>::max());
   }
 
-  bool TakeDecimal() {
+  bool TakeDecimal(bool may_have_exponent) {
     bool any_digit = false;
-    for (bool in_fraction = false;; ++next_) {
+    for (bool in_fraction = false; next_ != end_; ++next_) {
       if (IsDigit(*next_)) {
         any_digit = true;
         number_.AddDigit(*next_, in_fraction);
-      } else if (*next_ == u'.' && !in_fraction) {
+      } else if (*next_ == '.' && !in_fraction) {
         in_fraction = true;
-      } else if (*next_ != u',' || !any_digit) {
+      } else if (*next_ != ',' || !any_digit) {
         break;
       }
     }
-    return any_digit && TakeExponent();
+    return any_digit && (!may_have_exponent || TakeExponent());
   }
 
   // False when an exponent letter has no digits behind it.
   bool TakeExponent() {
-    constexpr int kBeyondAnyNumber = 100000;
-    if (has_money_ || (!Take(u'e') && !Take(u'E'))) return true;
-    const bool negative = Take(u'-');
-    if (!negative) Take(u'+');
-    if (!IsDigit(*next_)) return false;
-    int exponent = 0;
-    for (; IsDigit(*next_); ++next_)
-      exponent = std::min(exponent * 10 + (*next_ - u'0'), kBeyondAnyNumber);
-    number_.exponent += negative ? -exponent : exponent;
+    constexpr unsigned kBeyondAnyNumber = 100000;
+    if (!Take("eE")) return true;
+    const bool negative = Take("-");
+    if (!negative) Take("+");
+    unsigned exponent = 0;
+    if (!TakeUnsigned(exponent, 10, kBeyondAnyNumber)) return false;
+    const int size = static_cast<int>(std::min(exponent, kBeyondAnyNumber));
+    number_.exponent += negative ? -size : size;
     return true;
   }
 
-  const char16_t* next_;
+  const char* next_;
+  const char* end_;
   Number number_;
-  bool has_plus_ = false;
-  bool has_minus_ = false;
-  bool has_money_ = false;
-  bool is_open_ = false;
 };
 
-// Whether 0.DIGITS, cut behind an integer that is odd or even, rounds up to the next one.
-bool RoundsUp(std::string_view fraction, bool is_odd) {
-  if (fraction.empty() || fraction.front() != '5')
-    return !fraction.empty() && fraction.front() > '5';
-  return is_odd || fraction.find_first_not_of('0', 1) != std::string_view::npos;
-}
-
-// The nearest whole number of what is no literal; nothing with more digits than an integer has.
+// The nearest whole number of what is no literal, ties to even; nothing with more digits than an
+// integer has.
 std::optional<std::int64_t> Rounded(const Number& number) {
   constexpr int kMostDigits = 10;
-  if (number.count == 0 || number.exponent < 0) return 0;
+  if (number.digits.empty() || number.exponent < 0) return 0;
   if (number.exponent > kMostDigits) return std::nullopt;
   const auto whole_digits = static_cast<std::size_t>(number.exponent);
+  std::string digits = number.digits;
+  digits.resize(std::max(digits.size(), whole_digits), '0');
   std::int64_t whole = 0;
-  for (std::size_t i = 0; i < whole_digits; ++i)
-    whole = whole * 10 + (i < number.count ? number.digits[i] - '0' : 0);
-  const std::string_view fraction = number.Digits().substr(std::min(whole_digits, number.count));
-  if (RoundsUp(fraction, whole % 2 != 0)) ++whole;
+  std::from_chars(digits.data(), digits.data() + whole_digits, whole);
+  std::string_view fraction = std::string_view(digits).substr(whole_digits);
+  fraction = fraction.substr(0, fraction.find_last_not_of('0') + 1);
+  if (fraction > "5" || (fraction == "5" && whole % 2 != 0)) ++whole;
   return number.negative ? -whole : whole;
 }
 
 template <class Integer>
 std::int32_t ReadInteger(const char16_t* text, Integer* value) {
   using Limits = std::numeric_limits<Integer>;
-  const std::optional<Number> number = Reader(text).Read();
+  const std::optional<Number> number = Reader(Plain(text)).Read();
   if (!number) return Oleaut32::kTypeMismatch;
   if (number->is_literal) {
     if (number->bits > std::numeric_limits<std::make_unsigned_t<Integer>>::max())
@@ -194,24 +171,19 @@ std::int32_t ReadInteger(const char16_t* text, Integer* value) {
   return kSuccess;
 }
 
-bool EqualsIgnoringCase(std::u16string_view text, std::u16string_view word) {
-  return std::ranges::equal(text, word, [](char16_t c, char16_t letter) {
-    return c == letter || (c >= u'a' && c <= u'z' && c - (u'a' - u'A') == letter);
-  });
-}
-
-// Nothing beyond the range of a double; too near to 0 for one counts as 0.
-std::optional<double> Magnitude(const Number& number) {
-  if (number.count == 0) return 0;
-  std::array<char, Number::kMostDigits + 16> text{'.'};
-  char* end = std::ranges::copy(number.Digits(), text.data() + 1).out;
-  *end++ = 'e';
-  end = std::to_chars(end, text.data() + text.size(), number.exponent).ptr;
+// Whether it is unlike 0, which what is too near to 0 for a double is not; nothing beyond the range
+// of a double.
+std::optional<bool> IsTrue(const Number& number) {
+  if (number.is_literal) {
+    if (number.bits > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
+    return number.bits != 0;
+  }
+  if (number.digits.empty()) return false;
+  const std::string text = "." + number.digits + "e" + std::to_string(number.exponent);
   double value = 0;
-  const auto result = std::from_chars(text.data(), end, value);
-  if (result.ec != std::errc::result_out_of_range) return value;
-  if (number.exponent > 0) return std::nullopt;
-  return 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (result.ec == std::errc::result_out_of_range && number.exponent > 0) return std::nullopt;
+  return value != 0;
 }
 
 }  // namespace
@@ -228,22 +200,20 @@ std::int32_t NumericText::VarI4FromStr(const char16_t* text, std::uint32_t /*loc
 
 std::int32_t NumericText::VarBoolFromStr(const char16_t* text, std::uint32_t /*locale*/,
                                          std::uint32_t /*flags*/, std::int16_t* value) {
-  const std::u16string_view word(text);
-  const bool is_true = EqualsIgnoringCase(word, u"TRUE") || word == u"#TRUE#";
-  if (is_true || EqualsIgnoringCase(word, u"FALSE") || word == u"#FALSE#") {
+  const std::string plain = Plain(text);
+  const auto is_word = [&](const char* word, const char* marked) {
+    return ::strcasecmp(plain.c_str(), word) == 0 || plain == marked;
+  };
+  const bool is_true = is_word("TRUE", "#TRUE#");
+  if (is_true || is_word("FALSE", "#FALSE#")) {
     *value = is_true ? -1 : 0;
     return kSuccess;
   }
-  const std::optional<Number> number = Reader(text).Read();
+  const std::optional<Number> number = Reader(plain).Read();
   if (!number) return kTypeMismatch;
-  if (number->is_literal) {
-    if (number->bits > std::numeric_limits<std::uint32_t>::max()) return kOverflow;
-    *value = number->bits != 0 ? -1 : 0;
-    return kSuccess;
-  }
-  const std::optional<double> magnitude = Magnitude(*number);
-  if (!magnitude) return kOverflow;
-  *value = *magnitude != 0 ? -1 : 0;
+  const std::optional<bool> truth = IsTrue(*number);
+  if (!truth) return kOverflow;
+  *value = *truth ? -1 : 0;
   return kSuccess;
 }
 

@@ -54,14 +54,10 @@ std::u16string SwapBytes(std::u16string characters) {
 }  // namespace
 
 ProfileDocument::ProfileDocument(std::string_view bytes) {
-  if (bytes.starts_with(kUtf16LowFirstMark) || bytes.starts_with(kUtf16HighFirstMark)) {
-    mark_ = bytes.substr(0, 2);
-    encoding_ = mark_ == kUtf16LowFirstMark ? Encoding::kUtf16LowFirst : Encoding::kUtf16HighFirst;
-  } else if (bytes.starts_with(kUtf8Mark)) {
-    mark_ = kUtf8Mark;
-  } else if (!IsUtf8(bytes)) {
-    encoding_ = Encoding::kSystemPage;
+  for (const std::string_view mark : {kUtf8Mark, kUtf16LowFirstMark, kUtf16HighFirstMark}) {
+    if (bytes.starts_with(mark)) mark_ = mark;
   }
+  is_utf8_ = !mark_.empty() || IsUtf8(bytes);
   const std::u16string characters = Decode(bytes.substr(mark_.size()));
   std::u16string_view rest = characters;
   while (!rest.empty()) {
@@ -70,11 +66,9 @@ ProfileDocument::ProfileDocument(std::string_view bytes) {
     rest.remove_prefix(length);
     const std::u16string_view end = rest.substr(0, rest.starts_with(u"\r\n") ? 2 : 1);
     rest.remove_prefix(end.size());
-    if (end_.empty()) end_ = end;
-    if (const auto name = Heading(content)) sections_.push_back({std::u16string(*name), {}});
-    sections_.back().lines.push_back({std::u16string(content), std::u16string(end)});
+    lines_.push_back({std::u16string(content), std::u16string(end)});
   }
-  if (end_.empty()) end_ = u"\n";
+  end_ = lines_.empty() || lines_[0].end.empty() ? u"\n" : lines_[0].end;
   is_whole_ = Bytes() == bytes;
 }
 
@@ -82,45 +76,45 @@ std::optional<std::string> ProfileDocument::Bytes() const {
   if (!is_whole_) return std::nullopt;
   std::string bytes = mark_;
   std::u16string_view end_before;
-  for (const Section& section : sections_) {
-    for (const Line& line : section.lines) {
-      // Behind a CR the LF of an empty line would be the other half of one line end.
-      const bool joins = end_before == u"\r" && line.content.empty() && line.end == u"\n";
-      end_before = joins ? u"\r\n" : std::u16string_view(line.end);
-      bytes += Encode(line.content + std::u16string(end_before));
-    }
+  for (const Line& line : lines_) {
+    // Behind a CR the LF of an empty line would be the other half of one line end.
+    const bool joins = end_before == u"\r" && line.content.empty() && line.end == u"\n";
+    end_before = joins ? u"\r\n" : std::u16string_view(line.end);
+    bytes += Encode(line.content + std::u16string(end_before));
   }
   return bytes;
 }
 
 std::u16string ProfileDocument::Decode(std::string_view bytes) const {
-  if (encoding_ == Encoding::kSystemPage) return FromSystemPage(bytes);
-  if (encoding_ == Encoding::kUtf8) return FromUtf8(bytes).Characters();
+  if (!is_utf8_) return FromSystemPage(bytes);
+  if (mark_.size() != 2) return FromUtf8(bytes).Characters();
   std::u16string characters(bytes.size() / 2, u'\0');
   std::memcpy(characters.data(), bytes.data(), 2 * characters.size());
-  return encoding_ == Encoding::kUtf16HighFirst ? SwapBytes(characters) : characters;
+  return mark_ == kUtf16HighFirstMark ? SwapBytes(characters) : characters;
 }
 
 std::string ProfileDocument::Encode(const std::u16string& characters) const {
-  if (encoding_ == Encoding::kSystemPage) return ToSystemPage(characters);
-  if (encoding_ == Encoding::kUtf8) return ToUtf8(characters);
-  const bool swaps = encoding_ == Encoding::kUtf16HighFirst;
-  const std::u16string units = swaps ? SwapBytes(characters) : characters;
+  if (!is_utf8_) return ToSystemPage(characters);
+  if (mark_.size() != 2) return ToUtf8(characters);
+  const auto units = mark_ == kUtf16HighFirstMark ? SwapBytes(characters) : characters;
   return {reinterpret_cast<const char*>(units.data()), 2 * units.size()};
 }
 
-std::vector<ProfileDocument::Section>::iterator ProfileDocument::FindSection(
-    std::u16string_view name) {
-  if (TrimBlanks(name).empty()) return sections_.begin();
-  const auto has_name = [&](const Section& section) { return SameName(section.name, name); };
-  return std::find_if(sections_.begin() + 1, sections_.end(), has_name);
+std::span<ProfileDocument::Line> ProfileDocument::FindSection(std::u16string_view name) {
+  const auto is_heading = [](const Line& line) { return Heading(line.content).has_value(); };
+  const auto has_name = [name](const Line& line) {
+    const auto heading = Heading(line.content);
+    return heading && SameName(*heading, name);
+  };
+  const bool is_front = TrimBlanks(name).empty();
+  const auto first = is_front ? lines_.begin() : std::ranges::find_if(lines_, has_name);
+  const auto behind_heading = is_front || first == lines_.end() ? first : first + 1;
+  return {first, std::find_if(behind_heading, lines_.end(), is_heading)};
 }
 
 ProfileDocument::Line* ProfileDocument::FindKey(std::u16string_view section,
                                                 std::u16string_view key) {
-  const auto found = FindSection(section);
-  if (found == sections_.end()) return nullptr;
-  for (Line& line : found->lines) {
+  for (Line& line : FindSection(section)) {
     if (const auto name = KeyIn(line.content); name && SameName(*name, key)) return &line;
   }
   return nullptr;
@@ -137,17 +131,15 @@ std::optional<std::u16string> ProfileDocument::Value(std::u16string_view section
 
 std::vector<std::u16string> ProfileDocument::SectionNames() const {
   std::vector<std::u16string> names;
-  for (std::size_t index = 1; index < sections_.size(); ++index) {
-    names.push_back(sections_[index].name);
+  for (const Line& line : lines_) {
+    if (const auto name = Heading(line.content)) names.emplace_back(*name);
   }
   return names;
 }
 
 std::vector<std::u16string> ProfileDocument::KeyNames(std::u16string_view section) {
   std::vector<std::u16string> names;
-  const auto found = FindSection(section);
-  if (found == sections_.end()) return names;
-  for (const Line& line : found->lines) {
+  for (const Line& line : FindSection(section)) {
     const auto name = KeyIn(line.content);
     const bool has_value = line.content.find(u'=') != std::u16string::npos;
     if (name && has_value && !name->starts_with(u';')) names.emplace_back(*name);
@@ -155,10 +147,9 @@ std::vector<std::u16string> ProfileDocument::KeyNames(std::u16string_view sectio
   return names;
 }
 
-void ProfileDocument::InsertLine(std::vector<Line>& lines, std::size_t at,
-                                 const std::u16string& content) {
-  if (at > 0 && lines[at - 1].end.empty()) lines[at - 1].end = end_;
-  lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(at), {content, end_});
+void ProfileDocument::InsertLine(std::size_t at, const std::u16string& content) {
+  if (at > 0 && lines_[at - 1].end.empty()) lines_[at - 1].end = end_;
+  lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(at), {content, end_});
 }
 
 void ProfileDocument::SetValue(std::u16string_view section, std::u16string_view key,
@@ -168,34 +159,25 @@ void ProfileDocument::SetValue(std::u16string_view section, std::u16string_view 
     line->content = line->content.substr(0, line->content.find(u'=')) + setting;
     return;
   }
-  if (FindSection(section) == sections_.end()) {
-    const std::u16string name(TrimBlanks(section));
-    std::vector<Line>& last = sections_.back().lines;
-    InsertLine(last, last.size(), u"[" + name + u"]");
-    const Line heading = last.back();
-    last.pop_back();
-    sections_.push_back({name, {heading}});
+  const std::u16string name(TrimBlanks(section));
+  if (!name.empty() && FindSection(name).empty()) InsertLine(lines_.size(), u"[" + name + u"]");
+  std::span<const Line> lines = FindSection(name);
+  while (!lines.empty() && TrimBlanks(lines.back().content).empty()) {
+    lines = lines.first(lines.size() - 1);
   }
-  std::vector<Line>& lines = FindSection(section)->lines;
-  std::size_t at = lines.size();
-  while (at > 0 && TrimBlanks(lines[at - 1].content).empty()) --at;
-  InsertLine(lines, at, std::u16string(TrimBlanks(key)) + setting);
+  const auto at = static_cast<std::size_t>(lines.data() + lines.size() - lines_.data());
+  InsertLine(at, std::u16string(TrimBlanks(key)) + setting);
 }
 
 void ProfileDocument::RemoveKey(std::u16string_view section, std::u16string_view key) {
-  if (const Line* const line = FindKey(section, key)) {
-    std::vector<Line>& lines = FindSection(section)->lines;
-    lines.erase(lines.begin() + (line - lines.data()));
-  }
+  const Line* const line = FindKey(section, key);
+  if (line != nullptr) lines_.erase(lines_.begin() + (line - lines_.data()));
 }
 
 void ProfileDocument::RemoveSection(std::u16string_view section) {
-  const auto found = FindSection(section);
-  if (found == sections_.begin()) {
-    found->lines.clear();
-  } else if (found != sections_.end()) {
-    sections_.erase(found);
-  }
+  const std::span<const Line> lines = FindSection(section);
+  const auto first = lines_.begin() + (lines.data() - lines_.data());
+  lines_.erase(first, first + static_cast<std::ptrdiff_t>(lines.size()));
 }
 
 }  // namespace quorvane

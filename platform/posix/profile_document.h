@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,29 +41,23 @@ class ProfileDocument {
   void RemoveSection(std::u16string_view section);
 
  private:
-  enum class Encoding { kUtf8, kSystemPage, kUtf16LowFirst, kUtf16HighFirst };
   struct Line {
     std::u16string content;
     std::u16string end;
   };
-  /// The lines up to the next section; all but the first section start with their heading.
-  struct Section {
-    std::u16string name;
-    std::vector<Line> lines;
-  };
 
   [[nodiscard]] std::u16string Decode(std::string_view bytes) const;
   [[nodiscard]] std::string Encode(const std::u16string& characters) const;
-  [[nodiscard]] std::vector<Section>::iterator FindSection(std::u16string_view name);
+  /// Its heading, if it has one, and the lines up to the next; empty when there is no such section.
+  [[nodiscard]] std::span<Line> FindSection(std::u16string_view name);
   [[nodiscard]] Line* FindKey(std::u16string_view section, std::u16string_view key);
-
-  void InsertLine(std::vector<Line>& lines, std::size_t at, const std::u16string& content);
+  void InsertLine(std::size_t at, const std::u16string& content);
 
   std::string mark_;
-  Encoding encoding_ = Encoding::kUtf8;
+  bool is_utf8_ = true;  // where there is no mark
   bool is_whole_ = true;
   std::u16string end_;  // of the first line, and so of new ones
-  std::vector<Section> sections_{1};
+  std::vector<Line> lines_;
 };
 
 }  // namespace quorvane

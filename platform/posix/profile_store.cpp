@@ -17,47 +17,46 @@ std::string JoinNames(const std::vector<std::u16string>& names) {
   return list;
 }
 
-std::int32_t CopyValue(const std::string& value, char* buffer, std::size_t size) {
-  const std::size_t count = std::min(value.size(), size - 1);
-  std::copy_n(value.begin(), count, buffer);
-  buffer[count] = '\0';
+// Cut where there is no room for it and a zero behind; a list that is cut has two of them there.
+std::int32_t Copy(const std::string& text, bool is_list, char* buffer, std::size_t size) {
+  const std::size_t zeros = is_list && text.size() >= size && size > 1 ? 2 : 1;
+  const std::size_t count = std::min(text.size(), size - zeros);
+  std::copy_n(text.begin(), count, buffer);
+  std::fill_n(buffer + count, zeros, '\0');
   return static_cast<std::int32_t>(count);
 }
 
-// A list has one more zero at its end; a list that is cut has two there, which do not count.
-std::int32_t CopyList(const std::string& list, char* buffer, std::size_t size) {
-  if (list.empty() || size < 2) return CopyValue("", buffer, size);
-  if (list.size() < size) return CopyValue(list, buffer, size);
-  std::copy_n(list.begin(), size - 2, buffer);
-  buffer[size - 2] = buffer[size - 1] = '\0';
-  return static_cast<std::int32_t>(size - 2);
+// The calls that this stands in for give the default whatever the reason.
+std::string BytesOrNone(const std::filesystem::path& file) {
+  try {
+    return ReadFile(file).value_or("");
+  } catch (const StoreFailure&) {
+    return "";
+  }
 }
 
 }  // namespace
 
-std::filesystem::path SystemProfile() { return ConfigFolder() / "profile.ini"; }
+std::filesystem::path PlaceOf(std::u16string_view name) {
+  std::filesystem::path path(SystemFileName(name));
+  return path.empty() || path.has_parent_path() ? path : ConfigFolder() / path;
+}
 
 std::filesystem::path NamedProfile(const char* file) {
-  if (file == nullptr) return SystemProfile();
-  std::filesystem::path path(SystemFileName(FromSystemPage(file)));
-  return path.empty() || path.has_parent_path() ? path : ConfigFolder() / path;
+  return PlaceOf(file != nullptr ? FromSystemPage(file) : u"profile.ini");
 }
 
 std::int32_t Read(const std::filesystem::path& file, const char* section, const char* key,
                   const char* default_text, char* buffer, std::int32_t size) {
   if (buffer == nullptr || size <= 0) return 0;
   const auto room = static_cast<std::size_t>(size);
-  std::optional<std::string> bytes;
-  // The calls that this stands in for give the default whatever the reason.
-  static_cast<void>(ReadFile(file, bytes));
-  ProfileDocument document(bytes.value_or(""));
-  if (section == nullptr) return CopyList(JoinNames(document.SectionNames()), buffer, room);
+  ProfileDocument document(BytesOrNone(file));
+  if (section == nullptr) return Copy(JoinNames(document.SectionNames()), true, buffer, room);
   const std::u16string section_name = FromSystemPage(section);
-  if (key == nullptr) return CopyList(JoinNames(document.KeyNames(section_name)), buffer, room);
-  if (const auto value = document.Value(section_name, FromSystemPage(key))) {
-    return CopyValue(ToSystemPage(*value), buffer, room);
-  }
-  return CopyValue(default_text != nullptr ? default_text : "", buffer, room);
+  if (key == nullptr) return Copy(JoinNames(document.KeyNames(section_name)), true, buffer, room);
+  const auto value = document.Value(section_name, FromSystemPage(key));
+  const char* const instead = default_text != nullptr ? default_text : "";
+  return Copy(value ? ToSystemPage(*value) : instead, false, buffer, room);
 }
 
 bool Write(const std::filesystem::path& file, const char* section, const char* key,
@@ -74,9 +73,16 @@ bool Write(const std::filesystem::path& file, const char* section, const char* k
     } else {
       document.SetValue(section_name, FromSystemPage(key), FromSystemPage(value));
     }
-    return document.Bytes();
+    const auto after = document.Bytes();
+    if (!after) throw StoreFailure("bytes that are no text would be lost");
+    return *after;
   };
-  return ChangeFile(file, 0666, change) == 0;
+  try {
+    ChangeFile(file, 0666, change);
+    return true;
+  } catch (const StoreFailure&) {
+    return false;
+  }
 }
 
 }  // namespace quorvane::profile_store

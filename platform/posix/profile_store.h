@@ -2,16 +2,17 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <string_view>
 
 namespace quorvane::profile_store {
 
 // Profile files on disk, see profile_document.h for what is in them.
 
-/// The user's profile, which stands in for the system's own: profile.ini in the folder of the
-/// user's settings.
-[[nodiscard]] std::filesystem::path SystemProfile();
-/// The file of a name in the system's code page. A name without a directory lies in the folder of
-/// the user's settings, any other one is a path of the system; null is the system's own profile.
+/// The file of a name: one without a directory lies in the folder of the user's settings, any other
+/// one is a path of the system.
+[[nodiscard]] std::filesystem::path PlaceOf(std::u16string_view name);
+/// The file of a name in the system's code page; null is the system's own profile, which
+/// profile.ini in the folder of the user's settings stands in for.
 [[nodiscard]] std::filesystem::path NamedProfile(const char* file);
 
 /// As Kernel32::GetPrivateProfileStringA().

@@ -43,6 +43,16 @@ bool HasTooLongName(std::u16string_view path) {
   return std::ranges::any_of(path, goes_too_far);
 }
 
+// What the operation gives, or the code of a store that fails.
+template <class Operation>
+std::int32_t Guarded(Operation operation) {
+  try {
+    return operation();
+  } catch (const StoreFailure&) {
+    return error::kRegistryIoFailed;
+  }
+}
+
 bool IsText(std::int32_t type) { return type == 1 || type == 2 || type == 7; }
 
 // A text without its zero takes the one that stands behind it in the caller's memory.
@@ -54,29 +64,9 @@ std::string DataOf(std::int32_t type, const char* data, std::size_t size) {
 
 }  // namespace
 
-template <class Operation>
-std::int32_t Registry::Guarded(Operation operation) {
-  const std::lock_guard lock(mutex_);
-  try {
-    return operation();
-  } catch (const StoreFailure&) {
-    return error::kRegistryIoFailed;
-  }
-}
-
 std::optional<Registry::OpenKey> Registry::Resolve(Handle handle) {
   if (const auto hive = HiveOf(handle)) return OpenKey{std::u16string(*hive), kAllRights};
-  const auto found = open_keys_.find(handle);
-  if (found == open_keys_.end()) return std::nullopt;
-  return found->second;
-}
-
-Registry::Handle Registry::HandOut(OpenKey key) {
-  while (next_handle_ <= 0 || open_keys_.contains(next_handle_)) {
-    next_handle_ = next_handle_ <= 0 || next_handle_ > 0x7FFFFFF0 ? 4 : next_handle_ + 4;
-  }
-  open_keys_[next_handle_] = std::move(key);
-  return next_handle_;
+  return open_keys_.Find(handle);
 }
 
 std::int32_t Registry::OpenOrCreate(Handle from, const char* path, std::int32_t access,
@@ -92,7 +82,7 @@ std::int32_t Registry::OpenOrCreate(Handle from, const char* path, std::int32_t 
   if (is_new && disposition == nullptr) return error::kFileNotFound;
   if (is_new) store_.Change([&](RegistryTree& tree) { is_new = tree.Make(full_path); });
   if (disposition != nullptr) *disposition = is_new ? kCreatedNewKey : kOpenedExistingKey;
-  *opened = names.empty() && HiveOf(from) ? from : HandOut({full_path, access});
+  *opened = names.empty() && HiveOf(from) ? from : open_keys_.Add({full_path, access});
   return error::kSuccess;
 }
 
@@ -151,13 +141,7 @@ std::int32_t Registry::Set(Handle key, const char* name, std::int32_t type, cons
 }
 
 std::int32_t Registry::Close(Handle key) {
-  const std::lock_guard lock(mutex_);
-  return HiveOf(key) || open_keys_.erase(key) > 0 ? error::kSuccess : error::kInvalidHandle;
-}
-
-std::size_t Registry::OpenHandles() {
-  const std::lock_guard lock(mutex_);
-  return open_keys_.size();
+  return HiveOf(key) || open_keys_.Remove(key) ? error::kSuccess : error::kInvalidHandle;
 }
 
 }  // namespace quorvane

@@ -1,12 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <utility>
 
+#include "platform/posix/handle_table.h"
 #include "platform/posix/registry_store.h"
 
 namespace quorvane {
@@ -29,7 +28,7 @@ class Registry {
   std::int32_t Close(Handle key);
 
   /// How many handles are open.
-  [[nodiscard]] std::size_t OpenHandles();
+  [[nodiscard]] std::size_t OpenHandles() { return open_keys_.Count(); }
 
  private:
   struct OpenKey {
@@ -38,16 +37,11 @@ class Registry {
   };
 
   [[nodiscard]] std::optional<OpenKey> Resolve(Handle handle);
-  [[nodiscard]] Handle HandOut(OpenKey key);
-  template <class Operation>
-  std::int32_t Guarded(Operation operation);
   std::int32_t OpenOrCreate(Handle from, const char* path, std::int32_t access, Handle* opened,
                             std::int32_t* disposition);
 
-  std::mutex mutex_;
   RegistryStore store_;
-  std::map<Handle, OpenKey> open_keys_;
-  Handle next_handle_ = 4;
+  HandleTable<Handle, OpenKey> open_keys_;
 };
 
 }  // namespace quorvane

@@ -2,17 +2,12 @@
 
 #include <filesystem>
 #include <functional>
-#include <stdexcept>
 #include <utility>
 
+#include "platform/posix/atomic_file.h"
 #include "platform/posix/registry_tree.h"
 
 namespace quorvane {
-
-/// The store could not be read or written; the text names the file and says why.
-struct StoreFailure : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
 
 /// The registry in one text file. Nothing is kept open between two calls, so any number of programs
 /// and threads may use it. Each operation throws StoreFailure.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <sstream>
 
 #include "platform/posix/system_text.h"
 #include "runtime/utf8.h"
@@ -43,9 +44,9 @@ std::string NameText(const std::u16string& name) { return Escaped(ToUtf8(name), 
 
 template <class Number>
 bool ReadNumber(std::string_view digits, int base, Number& number) {
-  const auto [end, error] =
-      std::from_chars(digits.data(), digits.data() + digits.size(), number, base);
-  return error == std::errc() && end == digits.data() + digits.size();
+  const char* const end = digits.data() + digits.size();
+  const auto [rest, error] = std::from_chars(digits.data(), end, number, base);
+  return error == std::errc() && rest == end;
 }
 
 std::optional<std::string> Unescaped(std::string_view text) {
@@ -113,10 +114,12 @@ bool RegistryTree::Make(std::u16string_view path) {
 void RegistryTree::Set(std::u16string_view path, std::u16string_view name, std::int32_t type,
                        std::string_view data) {
   Make(path);
-  auto& values = keys_.find(FoldCase(Plain(path)))->second.values;
-  const auto value = values.try_emplace(FoldCase(name), StoredValue{std::u16string(name), 0, ""});
-  value.first->second.type = type;
-  value.first->second.data = data;
+  RegistryKey& key = keys_.at(FoldCase(Plain(path)));
+  StoredValue& value =
+      key.values.try_emplace(FoldCase(name), StoredValue{std::u16string(name), 0, ""})
+          .first->second;
+  value.type = type;
+  value.data = data;
 }
 
 bool RegistryTree::RemoveValue(std::u16string_view path, std::u16string_view name) {
@@ -143,24 +146,20 @@ std::string RegistryTree::Bytes() const {
 }
 
 std::optional<RegistryTree> RegistryTree::From(std::string_view bytes) {
-  const auto take_line = [&bytes]() -> std::optional<std::string_view> {
-    const std::size_t end = bytes.find('\n');
-    if (end == std::string_view::npos) return std::nullopt;
-    const std::string_view line = bytes.substr(0, end);
-    bytes.remove_prefix(end + 1);
-    return line;
-  };
-  if (take_line() != kFirstLine) return std::nullopt;
+  std::istringstream lines{std::string(bytes)};
+  std::string line;
+  if (!std::getline(lines, line) || line != kFirstLine) return std::nullopt;
   RegistryTree tree;
   std::u16string path;
-  while (const auto line = take_line()) {
-    if (*line == kLastLine && bytes.empty()) return tree;
-    if (line->starts_with('[') && line->ends_with(']')) {
-      path = NameFrom(line->substr(1, line->size() - 2)).value_or(u"");
+  // The last line has its end, too.
+  while (std::getline(lines, line) && !lines.eof()) {
+    if (line == kLastLine && lines.peek() == std::istringstream::traits_type::eof()) return tree;
+    if (line.starts_with('[') && line.ends_with(']')) {
+      path = NameFrom(line.substr(1, line.size() - 2)).value_or(u"");
       if (path.empty()) return std::nullopt;
       tree.Make(path);
     } else {
-      const auto value = ValueFrom(*line);
+      const auto value = ValueFrom(line);
       if (path.empty() || !value) return std::nullopt;
       tree.Set(path, value->name, value->type, value->data);
     }

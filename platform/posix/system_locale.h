@@ -21,6 +21,6 @@ namespace quorvane {
 
 /// The date form "%x" of the locale. The plain C locale has no other than month/day/year with two
 /// digits each.
-[[nodiscard]] std::unique_ptr<ShortDate> MakeShortDate(const std::locale& locale);
+[[nodiscard]] Text ShortDateIn(const std::locale& locale, const CalendarDay& day);
 
 }  // namespace quorvane

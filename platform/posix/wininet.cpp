@@ -3,13 +3,12 @@
 #include <array>
 #include <atomic>
 #include <cstddef>
-#include <map>
 #include <memory>
-#include <mutex>
 #include <new>
 #include <string>
 #include <utility>
 
+#include "platform/posix/handle_table.h"
 #include "platform/posix/web_exchange.h"
 
 // The web client library over libcurl. What it cannot match is told in docs/form-post.md.
@@ -42,37 +41,6 @@ std::uint8_t FailWith(Reason reason) {
 
 std::string TextOf(const char* text) { return text == nullptr ? "" : text; }
 
-// Shared by all threads, as handles are; an object itself is used by one call at a time.
-class HandleTable {
- public:
-  InternetHandle Add(Kind kind, WebRequest so_far) {
-    const std::lock_guard guard(mutex_);
-    objects_.emplace(++latest_, std::make_shared<Object>(Object{kind, std::move(so_far), {}}));
-    return latest_;
-  }
-
-  /// The object of that kind, kept alive even if the handle is closed meanwhile; else null.
-  std::shared_ptr<Object> Find(InternetHandle handle, Kind kind) {
-    const std::lock_guard guard(mutex_);
-    const auto found = objects_.find(handle);
-    if (found != objects_.end() && found->second->kind == kind) return found->second;
-    last_failure = Reason::kInvalidHandle;
-    return nullptr;
-  }
-
-  /// Gives the object back, since ending an exchange may take a while; null for no handle.
-  std::shared_ptr<Object> Remove(InternetHandle handle) {
-    const std::lock_guard guard(mutex_);
-    const auto taken = objects_.extract(handle);
-    return taken ? taken.mapped() : nullptr;
-  }
-
- private:
-  std::mutex mutex_;
-  std::map<InternetHandle, std::shared_ptr<Object>> objects_;
-  InternetHandle latest_ = 0;
-};
-
 class CurlWinInet final : public WinInet {
  public:
   InternetHandle InternetOpenA(const char* agent, std::uint32_t access_type, const char* proxy,
@@ -85,14 +53,14 @@ class CurlWinInet final : public WinInet {
     so_far.agent = TextOf(agent);
     so_far.uses_proxy = uses_proxy;
     so_far.proxy = TextOf(proxy);
-    return handles_.Add(Kind::kSession, std::move(so_far));
+    return Add(Kind::kSession, std::move(so_far));
   }
 
   InternetHandle InternetConnectA(InternetHandle internet, const char* server, std::int16_t port,
                                   const char* user_name, const char* password,
                                   std::uint32_t service, std::uint32_t /*flags*/,
                                   std::uintptr_t /*context*/) override {
-    const auto session = handles_.Find(internet, Kind::kSession);
+    const auto session = Find(internet, Kind::kSession);
     if (!session) return 0;
     if (server == nullptr || *server == '\0' || service != kServiceHttp) {
       return FailWith(Reason::kInvalidParameter);
@@ -102,14 +70,14 @@ class CurlWinInet final : public WinInet {
     so_far.port = static_cast<std::uint16_t>(port);
     so_far.user_name = TextOf(user_name);
     so_far.password = TextOf(password);
-    return handles_.Add(Kind::kConnection, std::move(so_far));
+    return Add(Kind::kConnection, std::move(so_far));
   }
 
   InternetHandle HttpOpenRequestA(InternetHandle connection, const char* verb,
                                   const char* object_name, const char* version,
                                   const char* /*referrer*/, const char* const* /*accept_types*/,
                                   std::uint32_t /*flags*/, std::uintptr_t /*context*/) override {
-    const auto parent = handles_.Find(connection, Kind::kConnection);
+    const auto parent = Find(connection, Kind::kConnection);
     if (!parent) return 0;
     // The one kind of request that the stand-in knows.
     if (TextOf(verb) != "POST" || TextOf(version) != "HTTP/1.0") {
@@ -117,13 +85,13 @@ class CurlWinInet final : public WinInet {
     }
     WebRequest so_far = parent->so_far;
     so_far.object_name = TextOf(object_name);
-    return handles_.Add(Kind::kRequest, std::move(so_far));
+    return Add(Kind::kRequest, std::move(so_far));
   }
 
   std::int32_t HttpAddRequestHeadersA(InternetHandle request, const char* headers,
                                       std::uint32_t headers_length,
                                       std::uint32_t modifiers) override {
-    const auto found = handles_.Find(request, Kind::kRequest);
+    const auto found = Find(request, Kind::kRequest);
     if (!found) return 0;
     // Replacing is all there is, and all headers come in one call.
     if (headers == nullptr || modifiers != (kAddHeader | kReplaceHeader)) {
@@ -136,7 +104,7 @@ class CurlWinInet final : public WinInet {
   std::int32_t HttpSendRequestA(InternetHandle request, const char* headers,
                                 std::uint32_t headers_length, const char* body,
                                 std::uint32_t body_length) override {
-    const auto found = handles_.Find(request, Kind::kRequest);
+    const auto found = Find(request, Kind::kRequest);
     if (!found) return 0;
     if (headers != nullptr || headers_length != 0) return FailWith(Reason::kInvalidParameter);
     const std::string_view bytes =
@@ -149,7 +117,7 @@ class CurlWinInet final : public WinInet {
   std::int32_t InternetReadFile(InternetHandle request, char* buffer, std::uint32_t size,
                                 std::uint32_t& count) override {
     count = 0;
-    const auto found = handles_.Find(request, Kind::kRequest);
+    const auto found = Find(request, Kind::kRequest);
     if (!found) return 0;
     if (!found->exchange) return FailWith(Reason::kInvalidParameter);
     std::size_t read = 0;
@@ -163,7 +131,20 @@ class CurlWinInet final : public WinInet {
   }
 
  private:
-  HandleTable handles_;
+  InternetHandle Add(Kind kind, WebRequest so_far) {
+    return handles_.Add(std::make_shared<Object>(Object{kind, std::move(so_far), {}}));
+  }
+
+  // The object of that kind, kept alive even if the handle is closed meanwhile; else null.
+  std::shared_ptr<Object> Find(InternetHandle handle, Kind kind) {
+    const auto found = handles_.Find(handle).value_or(nullptr);
+    if (found && found->kind == kind) return found;
+    last_failure = Reason::kInvalidHandle;
+    return nullptr;
+  }
+
+  // An object itself is used by one call at a time.
+  HandleTable<InternetHandle, std::shared_ptr<Object>> handles_;
 };
 
 }  // namespace

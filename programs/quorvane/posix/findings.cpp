@@ -73,7 +73,7 @@ std::vector<Finding> SystemFindings() {
       {"code page", "1252, unless a command is told another"},
       {"locale", systemLocale().name()},
       RegistryPlace(),
-      Place("profile", profile_store::SystemProfile()),
+      Place("profile", profile_store::NamedProfile(nullptr)),
   };
 }
 

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "platform/posix/desktop_places.h"
 #include "platform/posix/profile_store.h"
 #include "platform/posix/system_text.h"
 #include "programs/quorvane/posix/profile_path.h"
@@ -56,8 +55,7 @@ class CallsForFile final : public Kernel32 {
 }  // namespace
 
 std::filesystem::path ProfilePath(const std::string& name) {
-  const std::filesystem::path path(SystemFileName(FileNameFrom(name).Characters()));
-  return path.empty() || path.has_parent_path() ? path : ConfigFolder() / path;
+  return profile_store::PlaceOf(FileNameFrom(name).Characters());
 }
 
 Kernel32& ProfileCallsFor(const std::string& file) {

@@ -38,7 +38,8 @@ std::string ReasonOf(std::int32_t code) {
 }
 
 std::string ReasonOfProfileFailure(const std::optional<std::string>& file) {
-  const std::filesystem::path path = file ? ProfilePath(*file) : profile_store::SystemProfile();
+  const std::filesystem::path path =
+      file ? ProfilePath(*file) : profile_store::NamedProfile(nullptr);
   const std::filesystem::path folder = path.parent_path();
   // A file is replaced by a new one beside it, so both must be writable; other reasons, such as a
   // full disk, leave no trace.

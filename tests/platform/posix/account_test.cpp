@@ -112,8 +112,8 @@ TEST(SidText, RefusesOtherRevisionsAndMoreThanFifteenParts) {
 }
 
 TEST(LocalMemory, IsHandedOutByAddressAndGivenBackOnce) {
-  const std::size_t before = local_memory::BlocksHandedOut();
-  const Address32 address = local_memory::HandOut("S-1");
+  const std::size_t before = localMemory().Count();
+  const Address32 address = localMemory().Add(std::string("S-1", 4));
   EXPECT_NE(address, kNoAddress);
   EXPECT_EQ(kernel32().lstrlenA(address), 3);
   std::array<char, 4> copy{};
@@ -123,7 +123,7 @@ TEST(LocalMemory, IsHandedOutByAddressAndGivenBackOnce) {
   EXPECT_EQ(kernel32().LocalFree(address), kNoAddress);
   EXPECT_EQ(kernel32().LocalFree(address), address);
   EXPECT_EQ(kernel32().lstrlenA(address), 0);
-  EXPECT_EQ(local_memory::BlocksHandedOut(), before);
+  EXPECT_EQ(localMemory().Count(), before);
 }
 
 }  // namespace

@@ -93,8 +93,8 @@ TEST(SystemLocale, IsTheNeutralOneWhereTheEnvironmentNamesAnUnknownOne) {
 }
 
 TEST(LocaleShortDate, WritesMonthDayYearInTheNeutralLocale) {
-  EXPECT_EQ(MakeShortDate(std::locale::classic())->Format({2024, 1, 31}), Text(u"01/31/24"));
-  EXPECT_EQ(MakeShortDate(std::locale::classic())->Format({105, 12, 1}), Text(u"12/01/05"));
+  EXPECT_EQ(ShortDateIn(std::locale::classic(), {2024, 1, 31}), Text(u"01/31/24"));
+  EXPECT_EQ(ShortDateIn(std::locale::classic(), {105, 12, 1}), Text(u"12/01/05"));
 }
 
 }  // namespace

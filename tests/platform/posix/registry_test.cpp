@@ -40,8 +40,7 @@ class StoredRegistry : public ::testing::Test {
   }
 
   [[nodiscard]] static std::string BytesOf(const std::filesystem::path& file) {
-    std::optional<std::string> bytes;
-    return ReadFile(file, bytes) == 0 ? *bytes : "(none)";
+    return ReadFile(file).value_or("(none)");
   }
 
   testing::TemporaryFolder folder_;

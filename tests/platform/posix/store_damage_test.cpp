@@ -26,10 +26,7 @@ namespace error = system_error;
 
 constexpr Registry::Handle kCurrentUser = -2147483647;
 
-std::string BytesOf(const fs::path& file) {
-  std::optional<std::string> bytes;
-  return ReadFile(file, bytes) == 0 ? *bytes : "(none)";
-}
+std::string BytesOf(const fs::path& file) { return ReadFile(file).value_or("(none)"); }
 
 // Runs write(1), write(2) ... in a process that is killed after that time; the last acknowledged.
 template <class Write>

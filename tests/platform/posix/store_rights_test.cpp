@@ -42,10 +42,7 @@ class StoreRights : public ::testing::Test {
     std::ofstream(file, std::ios::binary) << bytes;
     EXPECT_TRUE(GiveToOrdinaryUser(file, mode));
   }
-  static std::string BytesOf(const fs::path& file) {
-    std::optional<std::string> bytes;
-    return ReadFile(file, bytes) == 0 ? *bytes : "(none)";
-  }
+  static std::string BytesOf(const fs::path& file) { return ReadFile(file).value_or("(none)"); }
   static std::int32_t Read(const fs::path& file, std::int32_t& number) {
     Registry registry{RegistryStore(file)};
     Registry::Handle key = 0;
