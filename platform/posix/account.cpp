@@ -29,9 +29,9 @@ bool SameWord(std::string_view left, std::string_view right) {
 
 // A binary identifier's parts are numbers of 32 bits, low byte first, as the system's own.
 std::string UnixSid(std::uint32_t kind, std::uint32_t id) {
-  const std::uint32_t parts[] = {kind, id};
+  const std::array parts{kind, id};
   return std::string("\1\2\0\0\0\0\0\26", 8) +
-         std::string(reinterpret_cast<const char*>(parts), sizeof parts);
+         std::string(reinterpret_cast<const char*>(parts.data()), sizeof parts);
 }
 
 // What a call of the user database finds for a key, made into another form; nothing where it finds
@@ -41,10 +41,10 @@ auto Lookup(int (*call)(Key, Entry*, char*, std::size_t, Entry**), Key key, Make
   // Enough for the texts of any entry: those of a group of a hundred thousand members, say. What is
   // not used of it costs nothing.
   constexpr std::size_t kRoom = std::size_t{1} << 21;
-  const auto room = std::make_unique_for_overwrite<char[]>(kRoom);
+  const auto room = std::make_unique_for_overwrite<std::array<char, kRoom>>();
   Entry entry{};
   Entry* found = nullptr;
-  call(key, &entry, room.get(), kRoom, &found);
+  call(key, &entry, room->data(), kRoom, &found);
   return found != nullptr ? std::optional(make(*found)) : std::nullopt;
 }
 

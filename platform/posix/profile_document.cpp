@@ -57,7 +57,7 @@ ProfileDocument::ProfileDocument(std::string_view bytes) {
   for (const std::string_view mark : {kUtf8Mark, kUtf16LowFirstMark, kUtf16HighFirstMark}) {
     if (bytes.starts_with(mark)) mark_ = mark;
   }
-  is_utf8_ = !mark_.empty() || IsUtf8(bytes);
+  if (mark_.empty() && !IsUtf8(bytes)) is_utf8_ = false;
   const std::u16string characters = Decode(bytes.substr(mark_.size()));
   std::u16string_view rest = characters;
   while (!rest.empty()) {

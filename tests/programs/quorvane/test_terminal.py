@@ -164,8 +164,8 @@ class Password(ProgramTest):
                                                    "--user", "anna", *words), stdout=subprocess.DEVNULL,
                                            stderr=subprocess.DEVNULL)
                 try:
-                    silent.accept()[0].close()
-                    listed = Path(f"/proc/{program.pid}/cmdline").read_bytes()
+                    with silent.accept()[0]:
+                        listed = Path(f"/proc/{program.pid}/cmdline").read_bytes()
                 finally:
                     program.wait(timeout=60)
                 self.assertIn(b"anna", listed)
