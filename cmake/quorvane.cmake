@@ -32,6 +32,8 @@ if(WIN32)
       # Exceptions come out of calls only, so what calls nothing needs no unwinding; only the compiler's own way of
       # writing the tables leaves it out.
       -fno-asynchronous-unwind-tables -fno-dwarf2-cfi-asm
+      # In the tables' first form the assembler shortens their steps, which saves a sixteenth of the module.
+      -gdwarf-2 $<$<NOT:$<CONFIG:Debug,RelWithDebInfo>>:-g0>
       # Arguments are pushed, which is shorter. The compiler does it only where it need not touch a stack page by page,
       # so no frame may be as large as a page.
       -mno-stack-arg-probe -mno-accumulate-outgoing-args -Wframe-larger-than=3500
