@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <type_traits>
+
 #include "control/SecurityCtrl.h"
 #include "control/basGlobals.h"
 #include "tests/support/failing_memory.h"
@@ -66,6 +68,35 @@ TEST(ExhaustedMemory, EndsAnEventAsASuccess) {
     }
   });
   EXPECT_GE(failures, 10);
+}
+
+TEST(ExhaustedMemory, IsTheCallersFromEveryProperty) {
+  SilentSite site;
+  SecurityCtrl control(site);
+  settings::ForEach([&](const auto& setting) {
+    const auto value = [&] {
+      if constexpr (std::is_same_v<decltype(control.Get(setting)), Text>)
+        return Text(u"a value of some length");
+      else
+        return decltype(control.Get(setting)){1};
+    }();
+    FailEachAllocation([&](auto arm, auto disarm) {
+      basGlobals::connectionSettings() = {};
+      const auto before = control.Get(setting);
+      arm();
+      std::int32_t number = NumberRaised([&] { control.Put(setting, value); });
+      bool failed = disarm();
+      EXPECT_EQ(number, failed ? 7 : 0);
+      EXPECT_EQ(control.Get(setting), number == 0 ? value : before);
+      if (failed) return;
+      auto got = before;
+      arm();
+      number = NumberRaised([&] { got = control.Get(setting); });
+      failed = disarm();
+      EXPECT_EQ(number, failed ? 7 : 0);
+      EXPECT_EQ(got, number == 0 ? value : before);
+    });
+  });
 }
 
 TEST(ExhaustedMemory, IsTheCallersFromGetCRCValue) {

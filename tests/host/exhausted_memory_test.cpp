@@ -41,6 +41,19 @@ class FakeSystem final : public testing::FakeKernel32Base {
     std::memcpy(buffer, "a value of some length", 23);
     return 22;
   }
+  std::int32_t WriteProfileStringA(const char* /*section*/, const char* /*key*/,
+                                   const char* /*value*/) override {
+    return 1;
+  }
+  std::int32_t GetPrivateProfileStringA(const char* section, const char* key,
+                                        const char* default_text, char* buffer, std::int32_t size,
+                                        const char* /*file*/) override {
+    return GetProfileStringA(section, key, default_text, buffer, size);
+  }
+  std::int32_t WritePrivateProfileStringA(const char* /*section*/, const char* /*key*/,
+                                          const char* /*value*/, const char* /*file*/) override {
+    return 1;
+  }
 };
 
 const Text kLong = Text(std::size_t{400}, u'\u00E9');
@@ -104,6 +117,57 @@ TEST(ExhaustedMemory, LeavesAProfileReadAsTheErrorItIs) {
   EXPECT_GE(failures, 3);
 }
 
+TEST(ExhaustedMemory, LeavesEveryOtherProfileCallAsTheErrorItIs) {
+  FakeSystem os;
+  const int failures = FailEachAllocation([&](auto arm, auto disarm) {
+    Text section = kLong;
+    Text key = u"key";
+    Text stored = kLong;
+    Text file = kLong;
+    Text value;
+    arm();
+    std::int32_t numbers = 0;
+    numbers |= testing::NumberRaised(
+        [&] { value = ReadPrivateProfileValue(section, key, file, os, Page932()); });
+    const bool was_read = numbers == 0;
+    numbers |= testing::NumberRaised([&] {
+      EXPECT_TRUE(WritePrivateProfileValue(section, key, stored, file, os, Page932()).IsTrue());
+    });
+    numbers |= testing::NumberRaised(
+        [&] { EXPECT_TRUE(WriteProfileValue(section, key, stored, os, Page932()).IsTrue()); });
+    const bool failed = disarm();
+    EXPECT_EQ(numbers, failed ? 7 : 0);
+    EXPECT_EQ(value, was_read ? Text(u"a value of some length") : Text());
+  });
+  EXPECT_GE(failures, 9);
+}
+
+TEST(ExhaustedMemory, DoesNotMatterToThePlatformsName) {
+  FakeSystem os;
+  FailEachAllocation([&](auto arm, auto disarm) {
+    arm();
+    const std::u16string_view name = GetOSPlatformName(os);
+    EXPECT_FALSE(disarm());
+    EXPECT_EQ(name, u"Win32s");
+  });
+}
+
+TEST(ExhaustedMemory, IsFalseForARegistryWriteOfAnInteger) {
+  FailEachAllocation([](auto arm, auto disarm) {
+    FakeRegistry os;
+    Text path = kLong;
+    Text name = u"name";
+    TaggedValue value = Text(u"12");
+    arm();
+    const Boolean16 written = WriteRegistryValue(1, path, name, value, 4, os, Page1252());
+    const bool failed = disarm();
+    EXPECT_EQ(written, failed ? kFalse : kTrue);
+    if (!failed) {
+      EXPECT_EQ(value, TaggedValue(std::int32_t{12}));
+    }
+  });
+}
+
 // A name and an identifier that no text or array holds in itself.
 class LongAccount final : public testing::FakeAdvapi32Base {
  public:
@@ -155,6 +219,26 @@ TEST(ExhaustedMemory, LeavesAnAccountsTextAsTheErrorItIs) {
     EXPECT_EQ(text, raised ? Text() : Text(u"S15211002003001000"));
   });
   EXPECT_GE(failures, 6);
+}
+
+TEST(ExhaustedMemory, LeavesALookUpOnAnotherSystemAsTheErrorItIs) {
+  LongAccount os;
+  const int failures = FailEachAllocation([&](auto arm, auto disarm) {
+    Text account = kLong;
+    Text domain = kLong;
+    ByteArray sid;
+    arm();
+    const std::int32_t number = testing::NumberRaised(
+        [&] { sid = LookupAccountSidBytes(account, domain, kLong, os, Page1252()); });
+    const bool raised = number != 0;
+    const bool failed = disarm();
+    EXPECT_EQ(number, failed ? 7 : 0);
+    if (!raised) {
+      EXPECT_EQ(sid.UpperBound(), 28);
+      EXPECT_EQ(domain, Text(u""));
+    }
+  });
+  EXPECT_GE(failures, 4);
 }
 
 class OneAdapter final : public Iphlpapi {

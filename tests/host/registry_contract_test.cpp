@@ -196,6 +196,7 @@ TEST_F(RegistryContract, SaysHowMuchRoomAValueWants) {
   EXPECT_EQ(advapi32().RegCloseKey(key), 0);
   EXPECT_EQ(advapi32().RegCloseKey(key), 6);
   EXPECT_EQ(advapi32().RegQueryValueExA(key, "name", nullptr, &type, data, &size), 6);
+  EXPECT_EQ(advapi32().RegSetValueExA(key, "name", 0, 3, data, 5), 6);
 }
 
 }  // namespace

@@ -77,6 +77,9 @@ TEST_F(ListName, GivesTheNameThatAWildCardMatches) {
   EXPECT_TRUE(List(u"??.bin").IsEmpty());
   EXPECT_TRUE(List(u"b*").IsEmpty());
   EXPECT_TRUE(List(u"*.txt").IsEmpty());
+  // What stands before and behind a star may touch in the name, but not overlap.
+  EXPECT_EQ(List(u"a.b*in"), Text(u"a.bin"));
+  EXPECT_TRUE(List(u"a.bi*in").IsEmpty());
 }
 
 TEST_F(ListName, PassesOverFoldersThatAWildCardMatches) {

@@ -120,6 +120,28 @@ TEST(CallWithAnsi, TakesBackOtherCharactersThanAscii) {
   EXPECT_EQ(buffer, Text(std::u16string(299, u' ') + u"\u00E9"));
 }
 
+TEST(CallWithAnsi, TakesBackAsManyCharactersAsTheCallMadeOfTheBytes) {
+  const testing::DoubleBytePage page;
+  Text text = u"\u3042\u3044";  // four bytes
+  CallWithAnsi(
+      page, [](char* bytes) { std::memcpy(bytes, "abcd", 4); }, text);
+  EXPECT_EQ(text, Text(u"abcd"));
+}
+
+// A page that cannot convert anything.
+class NoPage final : public CodePage {
+ public:
+  std::string ToBytes(std::u16string_view) const override { Raise(ErrorNumber::kInternalError); }
+  std::u16string FromBytes(std::string_view) const override { Raise(ErrorNumber::kInternalError); }
+};
+
+TEST(CallWithAnsi, AsksThePageForNothingThatIsAscii) {
+  Text text(300, u'\x7F');
+  CallWithAnsi(
+      NoPage(), [](char* bytes) { bytes[0] = 'b'; }, text);
+  EXPECT_EQ(text, Text(u"b") + Text(299, u'\x7F'));
+}
+
 // One byte for every two characters above 127.
 class HalfByte final : public CodePage {
  public:

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "runtime/boolean16.h"
 #include "tests/support/raises.h"
 
 namespace quorvane {
@@ -46,6 +47,16 @@ TEST(CheckedArithmetic, RaisesOverflowOneStepBeyondThe32BitLimit) {
   EXPECT_EQ(ErrorNumberOf([] { (void)CheckedAdd(Int32Limits::max(), 1); }), 6);
   EXPECT_EQ(ErrorNumberOf([] { (void)CheckedSubtract(Int32Limits::min(), 1); }), 6);
   EXPECT_EQ(ErrorNumberOf([] { (void)CheckedMultiply(Int32Limits::min(), -1); }), 6);
+}
+
+TEST(Boolean16, IsMinusOneOrZero) {
+  EXPECT_EQ(kTrue.bits, -1);
+  EXPECT_EQ(kFalse.bits, 0);
+  EXPECT_EQ(Boolean16().bits, 0);
+  EXPECT_EQ(ToBoolean16(true).bits, -1);
+  EXPECT_EQ(ToBoolean16(false).bits, 0);
+  for (const std::int16_t bits : {std::int16_t{1}, std::int16_t{-1}, std::int16_t{-32768}})
+    EXPECT_TRUE(Boolean16{bits}.IsTrue()) << bits;
 }
 
 TEST(Narrowing, KeepsWhatFitsIn16Bits) {

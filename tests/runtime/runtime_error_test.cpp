@@ -7,6 +7,7 @@
 
 #include <new>
 #include <stdexcept>
+#include <utility>
 
 #include "tests/support/raises.h"
 
@@ -71,6 +72,34 @@ TEST(RuntimeError, HasADescriptionForEachNumberInUse) {
   EXPECT_EQ(StandardDescription(450),
             Text(u"Wrong number of arguments or invalid property assignment"));
   EXPECT_EQ(StandardDescription(453), Text(u"Specified DLL function not found"));
+}
+
+TEST(ErrorNumber, IsTheNumberThatItsNameSays) {
+  const std::pair<std::int32_t, const char16_t*> numbers[] = {
+      {ErrorNumber::kInvalidProcedureCall, u"Invalid procedure call or argument"},
+      {ErrorNumber::kOverflow, u"Overflow"},
+      {ErrorNumber::kOutOfMemory, u"Out of memory"},
+      {ErrorNumber::kSubscriptOutOfRange, u"Subscript out of range"},
+      {ErrorNumber::kDivisionByZero, u"Division by zero"},
+      {ErrorNumber::kTypeMismatch, u"Type mismatch"},
+      {ErrorNumber::kInternalError, u"Internal error"},
+      {ErrorNumber::kBadFileNumber, u"Bad file name or number"},
+      {ErrorNumber::kFileNotFound, u"File not found"},
+      {ErrorNumber::kFileAlreadyOpen, u"File already open"},
+      {ErrorNumber::kDeviceInputOutput, u"Device I/O error"},
+      {ErrorNumber::kFileAlreadyExists, u"File already exists"},
+      {ErrorNumber::kDiskFull, u"Disk full"},
+      {ErrorNumber::kInputPastEnd, u"Input past end of file"},
+      {ErrorNumber::kTooManyFiles, u"Too many files"},
+      {ErrorNumber::kDeviceUnavailable, u"Device unavailable"},
+      {ErrorNumber::kPermissionDenied, u"Permission denied"},
+      {ErrorNumber::kDiskNotReady, u"Disk not ready"},
+      {ErrorNumber::kPathFileAccess, u"Path/File access error"},
+      {ErrorNumber::kPathNotFound, u"Path not found"},
+      {ErrorNumber::kLibraryNotFound, u"Error in loading DLL"},
+      {ErrorNumber::kEntryPointNotFound, u"Specified DLL function not found"}};
+  for (const auto& [number, description] : numbers)
+    EXPECT_EQ(StandardDescription(number), Text(description)) << number;
 }
 
 TEST(RuntimeError, SharesOneDescriptionAmongAllOtherNumbers) {

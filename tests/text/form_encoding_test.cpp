@@ -154,6 +154,28 @@ TEST(FormEncode, HoldsAtMost32766Characters) {
   EXPECT_EQ(FormEncode(Text(70000, u'a')), u"");
 }
 
+// A page that counts what it is asked.
+class CountingPage final : public CodePage {
+ public:
+  [[nodiscard]] std::string ToBytes(std::u16string_view) const override {
+    ++asked;
+    return "?";
+  }
+  [[nodiscard]] std::u16string FromBytes(std::string_view) const override { return {}; }
+  mutable int asked = 0;
+};
+
+// With 32767 characters it is the counter's step behind the last one that fails; with more, the
+// length, before the first.
+TEST(FormEncode, FailsBehindTheLastOf32767CharactersAndBeforeTheFirstOfMore) {
+  for (const std::size_t length : {std::size_t{32767}, std::size_t{32768}}) {
+    const CountingPage page;
+    const Text text = u"\u00E9" + Text(length - 2, u'a') + u"\u4E00";
+    EXPECT_EQ(FormEncode(text, page), u"") << length;
+    EXPECT_EQ(page.asked, length == 32767 ? 2 : 0) << length;
+  }
+}
+
 TEST(FormEncode, LimitsTheInputAndNotTheOutput) {
   const PageOfOddCodes page;
   std::u16string expected;
@@ -165,6 +187,7 @@ TEST(FormEncode, LimitsTheInputAndNotTheOutput) {
 TEST(FormEncode, DropsAllWorkOnAnyFailure) {
   EXPECT_EQ(FormEncode(u"abc\u00E9", FailingPage()), u"");
   EXPECT_EQ(FormEncode(u"abc", FailingPage()), u"abc");
+  EXPECT_EQ(FormEncode(u"\x7F", FailingPage()), u"%7F") << "ASCII is the same in every page";
 }
 
 }  // namespace

@@ -36,5 +36,24 @@ TEST(ExhaustedMemory, DropsAnAssignmentAndPaintsOn) {
   EXPECT_GE(failures, 2);
 }
 
+class PlainSurface final : public Surface {
+ public:
+  DeviceContext hDC() override { return DeviceContext{1}; }
+  double Width() override { return 6000.5; }
+  double Height() override { return 3000; }
+};
+
+TEST(ExhaustedMemory, DoesNotMatterToAPanel) {
+  FailEachAllocation([](auto arm, auto disarm) {
+    CountingGdi32 gdi;
+    PlainSurface panel;
+    arm();
+    modDrawGradient::PaintFormGradient(panel, gdi);
+    EXPECT_FALSE(disarm());
+    EXPECT_EQ(gdi.bands, 196);
+    EXPECT_EQ(gdi.right, 398);
+  });
+}
+
 }  // namespace
 }  // namespace quorvane::testing

@@ -4,6 +4,8 @@
 
 #include "platform/collation.h"
 
+#include "tests/support/replaced_import_windows.h"
+
 namespace quorvane::testing {
 namespace {
 
@@ -28,6 +30,23 @@ TEST(WindowsCollation, LeavesNothingButCaseAside) {
   EXPECT_FALSE(AreEqual(u"a-b", u"ab"));
   EXPECT_FALSE(AreEqual(u"a b", u"ab"));
   EXPECT_TRUE(AreEqual(u"\uFF21", u"\uFF41"));
+}
+
+LCID asked_locale = 0;
+DWORD asked_flags = 0;
+int WINAPI NoteAndCallEqual(LCID locale, DWORD flags, LPCWSTR, int, LPCWSTR, int) {
+  asked_locale = locale;
+  asked_flags = flags;
+  return CSTR_EQUAL;
+}
+
+// The system's locale, not the user's: the two may differ.
+TEST(WindowsCollation, IsTheSystemLocalesWithoutCaseAndNothingElse) {
+  const ReplacedImport noted(::GetModuleHandleW(nullptr), "CompareStringW", NoteAndCallEqual);
+  ASSERT_TRUE(noted.Took());
+  EXPECT_TRUE(AreEqual(u"a", u"b"));
+  EXPECT_EQ(asked_locale, LCID{LOCALE_SYSTEM_DEFAULT});
+  EXPECT_EQ(asked_flags, DWORD{NORM_IGNORECASE});
 }
 
 }  // namespace

@@ -4,11 +4,13 @@
 #include "platform/short_date.h"
 
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <array>
+#include <cwchar>
+#include <vector>
 
 #include "tests/support/raises.h"
+#include "tests/support/replaced_import_windows.h"
 
 namespace quorvane::testing {
 namespace {
@@ -62,6 +64,34 @@ TEST(WindowsShortDate, LeavesAloneWhatIsQuoted) {
     const ShortPattern pattern(c.pattern);
     EXPECT_EQ(systemShortDate().Format(c.day), Text(c.written)) << c.day.year;
   }
+}
+
+std::vector<LCID> asked_locales;
+int Give(LPWSTR buffer) {
+  if (buffer != nullptr) std::wcscpy(buffer, L"d");
+  return 2;
+}
+int WINAPI NoteAndFormat(LCID locale, DWORD, const SYSTEMTIME*, LPCWSTR, LPWSTR buffer, int) {
+  asked_locales.push_back(locale);
+  return Give(buffer);
+}
+int WINAPI NoteAndAnswer(LCID locale, LCTYPE, LPWSTR buffer, int) {
+  asked_locales.push_back(locale);
+  return Give(buffer);
+}
+
+// The system's locale, not the user's: the two may differ.
+TEST(WindowsShortDate, IsTheSystemLocales) {
+  const HMODULE program = ::GetModuleHandleW(nullptr);
+  const ReplacedImport format(program, "GetDateFormatW", NoteAndFormat);
+  const ReplacedImport ask(program, "GetLocaleInfoW", NoteAndAnswer);
+  ASSERT_TRUE(format.Took());
+  ASSERT_TRUE(ask.Took());
+  asked_locales.clear();
+  EXPECT_EQ(systemShortDate().Format({2024, 1, 31}), Text(u"d"));
+  EXPECT_EQ(systemShortDate().Format({1500, 1, 31}), Text(u"d"));
+  EXPECT_GE(asked_locales.size(), 6U) << "size and text, of the pattern and of two days";
+  for (const LCID locale : asked_locales) EXPECT_EQ(locale, LCID{LOCALE_SYSTEM_DEFAULT});
 }
 
 }  // namespace
