@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "control/automation/com.h"
-#include "control/object/face.h"
+#include "control/automation/face.h"
 
 namespace quorvane::component {
 

@@ -20,6 +20,7 @@ ControlObject::ControlObject(IUnknown* outer)
     : logic_(static_cast<ControlSite&>(*this)),
       dispatch_(outer != nullptr ? outer : this, logic_),
       persistence_(outer != nullptr ? outer : this, logic_),
+      storage_(outer != nullptr ? outer : this, persistence_),
       connection_points_(outer != nullptr ? outer : this),
       view_(outer != nullptr ? outer : this, extent_),
       in_place_(outer != nullptr ? outer : this, logic_, extent_),
@@ -59,6 +60,7 @@ void* ControlObject::Find(REFIID id) {
   if (id == __uuidof(IUnknown)) return static_cast<IUnknown*>(this);
   if (void* found = dispatch_.Find(id)) return found;
   if (void* found = persistence_.Find(id)) return found;
+  if (void* found = storage_.Find(id)) return found;
   if (void* found = connection_points_.Find(id)) return found;
   if (void* found = view_.Find(id)) return found;
   if (void* found = in_place_.Find(id)) return found;

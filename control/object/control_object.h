@@ -9,6 +9,7 @@
 #include "control/object/in_place.h"
 #include "control/object/ole_object.h"
 #include "control/object/persistence.h"
+#include "control/object/storage.h"
 #include "control/object/view.h"
 
 namespace quorvane::component {
@@ -49,6 +50,7 @@ class ControlObject final : public IUnknown, private ControlSite {
   Extent extent_;
   DispatchFace dispatch_;
   PersistenceFace persistence_;
+  StorageFace storage_;
   ConnectionPointsFace connection_points_;
   ViewFace view_;
   InPlaceFace in_place_;

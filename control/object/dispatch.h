@@ -4,9 +4,9 @@
 
 #include "control/SecurityCtrl.h"
 #include "control/automation/error_to_hresult.h"
+#include "control/automation/face.h"
 #include "control/automation/strings.h"
 #include "control/automation/type_information.h"
-#include "control/object/face.h"
 #include "control/object/security_ctrl_members.h"
 
 namespace quorvane::component {

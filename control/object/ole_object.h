@@ -1,8 +1,8 @@
 #pragma once
 
 #include "control/SecurityCtrl.h"
+#include "control/automation/face.h"
 #include "control/object/extent.h"
-#include "control/object/face.h"
 #include "control/object/in_place.h"
 #include "control/object/persistence.h"
 #include "control/object/view.h"

@@ -1,7 +1,6 @@
 #include "control/object/persistence.h"
 
 #include <optional>
-#include <utility>
 #include <vector>
 
 #include "control/automation/error_to_hresult.h"
@@ -9,6 +8,7 @@
 #include "control/automation/strings.h"
 #include "control/automation/variant_value.h"
 #include "control/interface/identities.h"
+#include "control/stream_bag.h"
 
 namespace quorvane::component {
 namespace {
@@ -57,7 +57,8 @@ void ContainerBag::WriteProperty(const Text& name, const TaggedValue& value,
 }  // namespace
 
 void* PersistenceFace::Find(REFIID id) {
-  if (id == __uuidof(IPersist)) return static_cast<IPersistStreamInit*>(this);
+  if (id == __uuidof(IPersist) || id == __uuidof(IPersistStream))
+    return static_cast<IPersistStreamInit*>(this);
   return InterfaceMap<IPersistStreamInit, IPersistPropertyBag>::Find(*this, id);
 }
 
@@ -76,7 +77,7 @@ HRESULT PersistenceFace::InitNew() {
   // Kept: a new control is clean, though its port of 0 is not the default of a saved form; a
   // container that asks first saves it only after a change. Pinned by
   // Dirtiness.FollowsPutsLoadsAndSavesOfThisControl.
-  is_dirty_ = false;
+  MarkCleanAt(changes_);
   return S_OK;
 }
 
@@ -85,18 +86,18 @@ HRESULT PersistenceFace::InitNew() {
 //
 // Clean from before the bag is read: a container may put a property from within its bag.
 void PersistenceFace::LoadFrom(PropertyBag& bag) {
-  is_dirty_ = false;
+  MarkCleanAt(changes_);
   logic_.ReadProperties(bag);
   was_loaded_ = true;
 }
 
-StreamBag PersistenceFace::WrittenBag() {
+std::vector<std::uint8_t> PersistenceFace::Bytes() const {
   StreamBag bag;
   logic_.WriteProperties(bag);
-  return bag;
+  return bag.ToBytes();
 }
 
-HRESULT PersistenceFace::IsDirty() { return is_dirty_ ? S_OK : S_FALSE; }
+HRESULT PersistenceFace::IsDirty() { return IsMarkedDirty() ? S_OK : S_FALSE; }
 
 HRESULT PersistenceFace::Load(IStream* stream) {
   if (stream == nullptr) return E_POINTER;
@@ -121,10 +122,10 @@ HRESULT PersistenceFace::Save(IStream* stream, BOOL clear_dirty) {
   if (stream == nullptr) return E_POINTER;
   const auto alive = KeepAlive();
   return Guarded([&] {
-    const auto bytes = WrittenBag().ToBytes();
-    const bool was_dirty = std::exchange(is_dirty_, false);
+    const auto bytes = Bytes();
+    const std::uint32_t written = changes_;
     const HRESULT result = WriteWholly(*stream, bytes);
-    if (FAILED(result) || clear_dirty == FALSE) is_dirty_ |= was_dirty;
+    if (SUCCEEDED(result) && clear_dirty != FALSE) MarkCleanAt(written);
     return result;
   });
 }
@@ -133,7 +134,7 @@ HRESULT PersistenceFace::GetSizeMax(ULARGE_INTEGER* out) {
   if (out == nullptr) return E_POINTER;
   out->QuadPart = 0;
   return Guarded([&] {
-    out->QuadPart = WrittenBag().ToBytes().size();
+    out->QuadPart = Bytes().size();
     return S_OK;
   });
 }
@@ -153,7 +154,7 @@ HRESULT PersistenceFace::Save(IPropertyBag* bag, BOOL clear_dirty, BOOL /*save_a
   if (bag == nullptr) return E_POINTER;
   const auto alive = KeepAlive();
   ContainerBag container_bag(*bag, nullptr);
-  if (clear_dirty != FALSE) is_dirty_ = false;
+  if (clear_dirty != FALSE) MarkCleanAt(changes_);
   logic_.WriteProperties(container_bag);
   return S_OK;
 }

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cstdint>
+#include <vector>
+
 #include "control/SecurityCtrl.h"
-#include "control/object/face.h"
-#include "control/stream_bag.h"
+#include "control/automation/face.h"
+#include "control/control_site.h"
 
 namespace quorvane::component {
 
@@ -20,8 +23,15 @@ class PersistenceFace final : public Face<IPersistStreamInit, IPersistPropertyBa
   PersistenceFace(IUnknown* outer, SecurityCtrl& logic) : Face(outer), logic_(logic) {}
 
   [[nodiscard]] void* Find(REFIID id);
-  void MarkDirty() { is_dirty_ = true; }
-  [[nodiscard]] bool IsMarkedDirty() const { return is_dirty_; }
+  void MarkDirty() { ++changes_; }
+  [[nodiscard]] bool IsMarkedDirty() const { return changes_ != clean_at_; }
+  /// How many changes there were, for a save that is completed later.
+  [[nodiscard]] std::uint32_t Changes() const { return changes_; }
+  /// Clean, unless there were changes beyond that count.
+  void MarkCleanAt(std::uint32_t changes) { clean_at_ = changes; }
+  [[nodiscard]] bool WasLoaded() const { return was_loaded_; }
+  /// The settings of the moment as a stream holds them. Throws std::bad_alloc.
+  [[nodiscard]] std::vector<std::uint8_t> Bytes() const;
 
   // IPersist.
   HRESULT STDMETHODCALLTYPE GetClassID(CLSID* out) override;
@@ -30,8 +40,8 @@ class PersistenceFace final : public Face<IPersistStreamInit, IPersistPropertyBa
   /// was loaded: some containers send it after every Load.
   HRESULT STDMETHODCALLTYPE InitNew() override;
 
-  // IPersistStreamInit. Streams are only read and written, from where they stand to exactly behind
-  // our data.
+  // IPersistStreamInit, and IPersistStream, whose slots are the same but for InitNew. Streams are
+  // only read and written, from where they stand to exactly behind our data.
   HRESULT STDMETHODCALLTYPE IsDirty() override;
   /// May come any number of times, also after InitNew. E_FAIL, and nothing changed, when the stream
   /// does not hold a whole StreamBag; the stream's own failure when it has one.
@@ -48,10 +58,10 @@ class PersistenceFace final : public Face<IPersistStreamInit, IPersistPropertyBa
 
  private:
   void LoadFrom(PropertyBag& bag);
-  [[nodiscard]] StreamBag WrittenBag();
 
   SecurityCtrl& logic_;
-  bool is_dirty_ = false;
+  std::uint32_t changes_ = 0;
+  std::uint32_t clean_at_ = 0;
   bool was_loaded_ = false;
 };
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "control/automation/com.h"
+#include "control/automation/face.h"
 #include "control/object/extent.h"
-#include "control/object/face.h"
 
 namespace quorvane::component {
 

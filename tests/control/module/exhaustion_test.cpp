@@ -8,6 +8,7 @@
 #include "tests/support/component/failing_allocations.h"
 #include "tests/support/component/fake_bags.h"
 #include "tests/support/component/fake_sinks.h"
+#include "tests/support/component/fake_storage.h"
 #include "tests/support/component/fake_stream.h"
 #include "tests/support/component/module_under_test.h"
 #include "tests/support/component/values.h"
@@ -220,6 +221,32 @@ TEST(Exhaustion, InitNewSucceedsWithoutTheThreadsRecord) {
     EXPECT_GT(FailingAllocations::Failures(), 0);
   });
   OnApartmentThread([&] { EXPECT_EQ(module.Get().CanUnloadNow(), S_OK); });
+}
+
+// All that needs memory is done before the storage is touched.
+TEST(Exhaustion, SavingAndLoadingAStorageSaySo) {
+  FakeStorage storage;
+  FailFromEachAllocationOn(
+      [&](const auto& control) {
+        const auto persistence = control.template As<IPersistStorage>();
+        storage.medium.calls = 0;
+        const HRESULT result = persistence->Save(&storage, TRUE);
+        EXPECT_EQ(storage.medium.calls > 0, result == S_OK);
+        EXPECT_TRUE(storage.IsFree());
+        return result;
+      },
+      {E_OUTOFMEMORY, S_OK});  // the event of writing drops its errors
+  FailFromEachAllocationOn(
+      [&](const auto& control) {
+        const auto persistence = control.template As<IPersistStorage>();
+        const HRESULT result = persistence->Load(&storage);
+        if (result == S_OK) {
+          EXPECT_EQ(persistence->HandsOffStorage(), S_OK);
+        }
+        EXPECT_TRUE(storage.IsFree());
+        return result;
+      },
+      {E_OUTOFMEMORY, S_OK});
 }
 
 TEST(Exhaustion, ConnectingAndListingSaySo) {

@@ -25,11 +25,12 @@ TEST(Identity, AnswersWhatContainersAskFor) {
   OnApartmentThread([] {
     const Module module;
     const auto control = module.CreateControl();
-    for (const IID& id : {IID_IUnknown, IID_IDispatch, IID_ISupportErrorInfo, IID_IProvideClassInfo,
-                          IID_IProvideClassInfo2, IID_IConnectionPointContainer, IID_IPersist,
-                          IID_IPersistStreamInit, IID_IPersistPropertyBag, IID_IOleObject,
-                          IID_IOleControl, IID_IOleWindow, IID_IOleInPlaceObject,
-                          IID_IOleInPlaceActiveObject, IID_IViewObject, IID_IViewObject2}) {
+    for (const IID& id :
+         {IID_IUnknown, IID_IDispatch, IID_ISupportErrorInfo, IID_IProvideClassInfo,
+          IID_IProvideClassInfo2, IID_IConnectionPointContainer, IID_IPersist, IID_IPersistStream,
+          IID_IPersistStreamInit, IID_IPersistStorage, IID_IPersistPropertyBag, IID_IOleObject,
+          IID_IOleControl, IID_IOleWindow, IID_IOleInPlaceObject, IID_IOleInPlaceActiveObject,
+          IID_IViewObject, IID_IViewObject2}) {
       Com<IUnknown> face;
       EXPECT_EQ(control->QueryInterface(id, face.OutVoid()), S_OK) << std::hex << id.Data1;
     }
@@ -40,10 +41,10 @@ TEST(Identity, RefusesWhatItDoesNotOffer) {
   OnApartmentThread([] {
     const Module module;
     const auto control = module.CreateControl();
-    for (const IID& id : {IID_IQuickActivate, IID_IPersistPropertyBag2, IID_IPersistStorage,
-                          IID_IOleInPlaceObjectWindowless, IID_IRunnableObject, IID_IDataObject,
-                          IID_ISpecifyPropertyPages, IID_IObjectWithSite, IID_IMarshal, IID_IStream,
-                          IID_IPersistStream, kClassId, kSourceId}) {
+    for (const IID& id :
+         {IID_IQuickActivate, IID_IPersistPropertyBag2, IID_IOleInPlaceObjectWindowless,
+          IID_IRunnableObject, IID_IDataObject, IID_ISpecifyPropertyPages, IID_IObjectWithSite,
+          IID_IMarshal, IID_IStream, kClassId, kSourceId}) {
       void* out = reinterpret_cast<void*>(0x1234);
       EXPECT_EQ(control->QueryInterface(id, &out), E_NOINTERFACE) << std::hex << id.Data1;
       EXPECT_EQ(out, nullptr);
@@ -64,10 +65,11 @@ TEST(Identity, HasOneIUnknownFromEveryInterface) {
   OnApartmentThread([] {
     const Module module;
     const auto control = module.CreateControl();
-    for (const IID& id : {IID_IDispatch, IID_IOleObject, IID_IOleControl, IID_IOleInPlaceObject,
-                          IID_IOleInPlaceActiveObject, IID_IViewObject2, IID_IPersistStreamInit,
-                          IID_IPersistPropertyBag, IID_IConnectionPointContainer,
-                          IID_IProvideClassInfo2, IID_ISupportErrorInfo}) {
+    for (const IID& id :
+         {IID_IDispatch, IID_IOleObject, IID_IOleControl, IID_IOleInPlaceObject,
+          IID_IOleInPlaceActiveObject, IID_IViewObject2, IID_IPersistStreamInit, IID_IPersistStream,
+          IID_IPersistStorage, IID_IPersistPropertyBag, IID_IConnectionPointContainer,
+          IID_IProvideClassInfo2, IID_ISupportErrorInfo}) {
       Com<IUnknown> face;
       ASSERT_EQ(control->QueryInterface(id, face.OutVoid()), S_OK);
       EXPECT_EQ(face.As<IUnknown>().Get(), control.Get());
@@ -87,7 +89,7 @@ TEST(Identity, SaysThatErrorInfoGoesWithEveryGeneration) {
   });
 }
 
-TEST(Identity, AnswersIPersistThroughEitherPersistence) {
+TEST(Identity, AnswersIPersistThroughEveryPersistence) {
   OnApartmentThread([] {
     const Module module;
     const auto control = module.CreateControl();
@@ -96,6 +98,9 @@ TEST(Identity, AnswersIPersistThroughEitherPersistence) {
     EXPECT_TRUE(IsEqualCLSID(id, kClassId));
     id = {};
     EXPECT_EQ(control.As<IPersistStreamInit>()->GetClassID(&id), S_OK);
+    EXPECT_TRUE(IsEqualCLSID(id, kClassId));
+    id = {};
+    EXPECT_EQ(control.As<IPersistStorage>()->GetClassID(&id), S_OK);
     EXPECT_TRUE(IsEqualCLSID(id, kClassId));
     EXPECT_EQ(control.As<IPersistPropertyBag>()->GetClassID(nullptr), E_POINTER);
     id = {};
