@@ -37,7 +37,8 @@ class Oleaut32 {
   /// is a number, and the value whether that is unlike 0: -1 or 0.
   [[nodiscard]] virtual std::int32_t VarBoolFromStr(const char16_t* text, std::uint32_t locale,
                                                     std::uint32_t flags, std::int16_t* value) = 0;
-  /// The number in up to 15 significant digits: "1E+20" or "1E-05" outside 0.0001 to 1E15.
+  /// The number in up to 15 significant digits: "1E+20" from 1E15 on, "1.2E-15" below 0.0001 where
+  /// it would need more than 15 places behind the point. (Wine 8 writes all below 0.0001 so.)
   [[nodiscard]] virtual std::int32_t VarBstrFromR8(double value, std::uint32_t locale,
                                                    std::uint32_t flags, std::u16string* text) = 0;
 };

@@ -40,28 +40,48 @@ PathParts Split(const std::string& path) {
   return {path.substr(0, name_start), path.substr(name_start)};
 }
 
-// `*` stands for any characters, `?` for exactly one. Walks back to the last `*` only, since an
+bool IsWildCard(char16_t character) { return character == u'*' || character == u'?'; }
+
+constexpr std::size_t kNoFit = static_cast<std::size_t>(-1);
+
+// How many characters at the head of the name the head of the pattern takes, which is no `*`: 0 or
+// 1, or kNoFit.
+std::size_t Taken(std::u16string_view name, std::u16string_view pattern) {
+  if (pattern.empty()) return kNoFit;
+  if (pattern[0] == u'?') return name.empty() || name[0] == u'.' ? 0 : 1;
+  if (!name.empty()) return name[0] == pattern[0] ? 1 : kNoFit;
+  return pattern[0] == u'.' && (pattern.size() == 1 || IsWildCard(pattern[1])) ? 0 : kNoFit;
+}
+
+// The wild cards of Windows: `*` stands for any characters, before the pattern's closing dot for
+// any but a dot; `?` for one, but for none at a dot and at the end; a dot before a wild card or at
+// the pattern's end stands for the name's end, too. Walks back to the last `*` only, since an
 // earlier one can take up nothing that the last cannot.
 bool Matches(std::u16string_view name, std::u16string_view pattern) {
-  std::size_t n = 0;
-  std::size_t p = 0;
-  std::size_t behind_star = std::u16string_view::npos;
-  std::size_t star_ends = 0;
-  while (n < name.size()) {
-    if (p < pattern.size() && pattern[p] == u'*') {
-      behind_star = ++p;
-      star_ends = n;
-    } else if (p < pattern.size() && (pattern[p] == u'?' || pattern[p] == name[n])) {
-      ++p;
-      ++n;
-    } else if (behind_star != std::u16string_view::npos) {
-      p = behind_star;
-      n = ++star_ends;
+  std::u16string_view behind_star;
+  std::u16string_view not_by_star;
+  bool star = false;
+  while (!name.empty() || !pattern.empty()) {
+    const bool takes_no_dot = pattern == u"*.";
+    if (takes_no_dot && name.find(u'.') == std::u16string_view::npos) return true;
+    const std::size_t taken = takes_no_dot ? kNoFit : Taken(name, pattern);
+    if (!takes_no_dot && pattern.starts_with(u'*')) {
+      pattern.remove_prefix(1);
+      star = true;
+      behind_star = pattern;
+      not_by_star = name;
+    } else if (taken != kNoFit) {
+      pattern.remove_prefix(1);
+      name.remove_prefix(taken);
+    } else if (star && !not_by_star.empty()) {
+      not_by_star.remove_prefix(1);
+      name = not_by_star;
+      pattern = behind_star;
     } else {
       return false;
     }
   }
-  return pattern.find_first_not_of(u'*', p) == std::u16string_view::npos;
+  return true;
 }
 
 struct Lookup {
@@ -85,7 +105,7 @@ Text FirstMatch(const PathParts& wanted) {
   const std::string directory = wanted.directory.empty() ? "." : wanted.directory;
   const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(directory.c_str()), &::closedir);
   if (!entries) RaiseUnlessAbsent(errno);
-  const Text pattern = FileNameFrom(wanted.name == "*.*" ? "*" : wanted.name);
+  const Text pattern = FileNameFrom(wanted.name);
   Text first = u"";
   while (const dirent* entry = entries ? ::readdir(entries.get()) : nullptr) {
     const Text name = FileNameFrom(entry->d_name);

@@ -186,6 +186,20 @@ std::optional<bool> IsTrue(const Number& number) {
   return value != 0;
 }
 
+// The places behind the point of a small number that stands with an exponent and is written out
+// instead, because they are few enough; 0 for any other.
+int PlacesBehindThePoint(std::string_view number) {
+  constexpr int kMost = 15;
+  const std::size_t exponent_at = number.find("e-");
+  if (exponent_at == std::string_view::npos) return 0;
+  int exponent = 0;
+  std::from_chars(number.data() + exponent_at + 2, number.data() + number.size(), exponent);
+  const auto digits = std::ranges::count_if(number.substr(0, exponent_at),
+                                            [](char c) { return c >= '0' && c <= '9'; });
+  const int places = exponent + static_cast<int>(digits) - 1;
+  return exponent < kMost && places <= kMost ? places : 0;
+}
+
 }  // namespace
 
 std::int32_t NumericText::VarI2FromStr(const char16_t* text, std::uint32_t /*locale*/,
@@ -221,10 +235,14 @@ std::int32_t NumericText::VarBstrFromR8(double value, std::uint32_t /*locale*/,
                                         std::uint32_t /*flags*/, std::u16string* text) {
   constexpr int kSignificantDigits = 15;
   std::array<char, 32> room{};
-  const char* const end =
-      std::to_chars(room.data(), room.data() + room.size(), value == 0 ? 0.0 : value,
-                    std::chars_format::general, kSignificantDigits)
-          .ptr;
+  const auto write = [&](std::chars_format format, int digits) {
+    return std::to_chars(room.data(), room.data() + room.size(), value == 0 ? 0.0 : value, format,
+                         digits)
+        .ptr;
+  };
+  const char* end = write(std::chars_format::general, kSignificantDigits);
+  const int places = PlacesBehindThePoint({room.data(), end});
+  if (places > 0) end = write(std::chars_format::fixed, places);
   text->clear();
   for (const char* c = room.data(); c != end; ++c)
     *text += static_cast<char16_t>(*c >= 'a' && *c <= 'z' ? *c - ('a' - 'A') : *c);

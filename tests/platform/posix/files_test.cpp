@@ -12,6 +12,7 @@
 #include "platform/files.h"
 #include "platform/posix/file_errors.h"
 #include "platform/posix/system_text.h"
+#include "tests/platform/wild_cards.h"
 #include "tests/support/fresh_thread.h"
 #include "tests/support/raises.h"
 #include "tests/support/sample_bytes.h"
@@ -81,6 +82,11 @@ TEST_F(PosixFiles, AFileWithALeadingDotIsHidden) {
 TEST_F(PosixFiles, AWildCardGivesTheLowestName) {
   for (const auto* name : {u"d.txt", u"b.txt", u"c.txt"}) folder_.WriteFile(name, bytes_);
   EXPECT_EQ(files().ListName(folder_.Name(u"*.txt")), Text(u"b.txt"));
+}
+
+TEST(PosixWildCards, FollowTheRuleOfWindows) {
+  for (const auto& row : testing::kWildCards)
+    EXPECT_EQ(testing::FoundByWildCard(row.pattern), Text(row.finds)) << ToUtf8(row.pattern);
 }
 
 TEST_F(PosixFiles, BracketsAreNoWildCards) {

@@ -7,6 +7,7 @@
 #include <locale>
 #include <string>
 
+#include "platform/posix/numeric_text.h"
 #include "platform/posix/system_locale.h"
 #include "tests/platform/posix/processes.h"
 
@@ -90,6 +91,21 @@ TEST(SystemLocale, IsTheNeutralOneWhereTheEnvironmentNamesAnUnknownOne) {
   EXPECT_EQ(systemLocale().name(), "C.UTF-8");
   EXPECT_EQ(systemShortDate().Format({2024, 1, 31}), Text(u"01/31/24"));
   EXPECT_TRUE(systemCollation().AreEqual(u"\u00C9", u"\u00E9"));
+}
+
+TEST(NumericText, WritesOutUpTo15PlacesBehindThePoint) {
+  NumericText rules;
+  const auto text_of = [&](double value) {
+    std::u16string text;
+    EXPECT_EQ(rules.VarBstrFromR8(value, 0, 0, &text), 0);
+    return text;
+  };
+  EXPECT_EQ(text_of(0.00001), u"0.00001");
+  EXPECT_EQ(text_of(-1.2345678901e-5), u"-0.000012345678901");
+  EXPECT_EQ(text_of(1.23456789012e-5), u"1.23456789012E-05");
+  EXPECT_EQ(text_of(1e-14), u"0.00000000000001");
+  EXPECT_EQ(text_of(1e-15), u"1E-15");
+  EXPECT_EQ(text_of(1e20), u"1E+20");
 }
 
 TEST(LocaleShortDate, WritesMonthDayYearInTheNeutralLocale) {

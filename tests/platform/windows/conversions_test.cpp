@@ -16,6 +16,7 @@
 #include "platform/posix/numeric_text.h"
 #include "tests/support/host_setting_windows.h"
 #include "tests/support/raises.h"
+#include "tests/support/wine_windows.h"
 
 namespace quorvane {
 namespace {
@@ -178,6 +179,7 @@ TEST_F(BothRuleSets, AgreeOnTheWordsOfABoolean) {
   }
 }
 
+// Wine 8 writes what is below 0.0001 with an exponent, always.
 // Wine's library rounds the sixteenth digit 5 up where nothing follows it, the rules to even.
 bool IsTieAt15Digits(double value) {
   std::array<char, 64> text{};
@@ -201,10 +203,11 @@ TEST_F(BothRuleSets, WriteTheSameNumbers) {
               std::pow(10.0, static_cast<double>(random() % 20));
     }
     if (!std::isfinite(value) || IsTieAt15Digits(value)) continue;
+    if (testing::IsWine8() && std::abs(value) < 0.0001) continue;
     ++compared;
     ASSERT_EQ(Text(TextOf(oleaut32(), value)), Text(TextOf(stand_in_, value))) << value;
   }
-  EXPECT_GT(compared, 50000);
+  EXPECT_GT(compared, testing::IsWine8() ? 40000 : 50000);
   for (const double value : {0.0, -0.0, HUGE_VAL, -HUGE_VAL, std::nan("")})
     EXPECT_EQ(Text(TextOf(oleaut32(), value)), Text(TextOf(stand_in_, value))) << value;
 }

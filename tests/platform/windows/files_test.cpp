@@ -8,9 +8,11 @@
 #include "platform/files.h"
 #include "platform/windows/file_errors.h"
 #include "platform/windows/os_headers.h"
+#include "tests/platform/wild_cards.h"
 #include "tests/support/raises.h"
 #include "tests/support/sample_bytes.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/wine_windows.h"
 
 namespace quorvane {
 namespace {
@@ -115,6 +117,13 @@ TEST_F(WindowsFiles, ThePlainTestAgreesWithTheListing) {
     bool listed = false;
     static_cast<void>(ErrorNumberOf([&] { listed = !files().ListName(name).IsEmpty(); }));
     EXPECT_EQ(listed, IsListedBySystem(name)) << ToUtf8(name);
+  }
+}
+
+TEST(WindowsWildCards, FollowTheRuleOfWindowsButInWine8) {
+  for (const auto& row : testing::kWildCards) {
+    const Text expected = testing::IsWine8() ? row.finds_in_wine_8 : row.finds;
+    EXPECT_EQ(testing::FoundByWildCard(row.pattern), expected) << ToUtf8(row.pattern);
   }
 }
 
