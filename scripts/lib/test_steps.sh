@@ -17,6 +17,7 @@ asan|the Linux tests again, under the address and undefined-behaviour sanitizers
 windows|build the module and the programs for 32-bit Windows; examine the module as a file|Look for the first error above.
 wine|scripts/wine itself: arguments, exit codes, bytes, windows, parallel runs|Try: scripts/wine --setup
 windows-tests|the same tests, and those of the loaded module, as Windows programs in Wine|Run one by hand: scripts/with-display scripts/wine build/windows-tests/tests/ROOM/ROOM_tests.exe
+wine-next|the loaded module, its container and its scripts in the next generation of Wine|Run one by hand: QUORVANE_WINE_SUITE=trixie scripts/wine PROGRAM
 run-native|the whole example on Linux: ./run --native|Run it by hand: ./run --native
 run|the whole example in Wine: ./run; what the pages show as output, against real runs|Run it by hand: ./run; scripts/check-shown tells how a page is compared
 help|what users read and run first: the help file, the reference, the manual, check-install, licences|Run it by hand: cd tests/help && /usr/bin/python3 -m unittest
@@ -31,7 +32,7 @@ step_names() { awk -F'|' 'NF { print $1 }' <<<"$steps"; }
 list_steps() { awk -F'|' 'NF { printf "%-14s %s\n", $1, $2 }' <<<"$steps"; }
 # The steps that wait for Wine most of the time, in an order in which each finds built what it needs; the others are for
 # Linux and run beside them.
-windows_steps() { printf '%s\n' windows windows-tests wine reproducible run help release; }
+windows_steps() { printf '%s\n' windows windows-tests wine wine-next reproducible run help release; }
 # Steps that build or read build/native.
 uses_native_build() { [[ " native tidy run-native run help release " = *" $1 "* ]]; }
 is_step() { [ -n "$1" ] && step_names | grep -qxF -- "$1"; }
@@ -52,11 +53,11 @@ build() {
   cmake --build --preset "$1" -j"$jobs"
 }
 
-# tests_of PRESET [RUNNER]: all that ctest knows, under RUNNER if one is given.
+# tests_of PRESET [RUNNER]: all that ctest knows, or those whose names match $only, under RUNNER if one is given.
 tests_of() {
   local preset=$1
   shift
-  "$@" ctest --test-dir "build/$preset" --no-tests=error --output-on-failure \
+  "$@" ctest --test-dir "build/$preset" --tests-regex "${only:-}" --no-tests=error --output-on-failure \
     --test-output-size-passed 1000000 --test-output-size-failed 1000000 \
     --output-junit "$results/$step/$preset.xml"
 }
@@ -111,6 +112,22 @@ step_windows_tests() {
   build windows
   build windows-tests
   tests_of windows-tests "${in_test_prefix[@]}"
+}
+step_wine_next() {
+  local beside code=0
+  scripts/setup
+  export QUORVANE_WINE_SUITE=trixie
+  scripts/wine --setup
+  build windows
+  cmake --preset windows-tests >/dev/null
+  cmake --build --preset windows-tests -j"$jobs" --target component_tests platform_tests
+  # What starts many programs, beside those that are one each. The Linux tests of the package need no Wine, the others are
+  # the logic over the same calls: one generation serves for them.
+  only='^(examples|programs_container)$' tests_of windows &
+  beside=$!
+  only='^(component|platform)_tests$' tests_of windows-tests "${in_test_prefix[@]}" || code=1
+  wait "$beside" || code=1
+  return "$code"
 }
 step_run_native() { case_of run ./run --native; }
 step_run() {

@@ -11,7 +11,13 @@ wine_root=
 wine_template=
 
 # The private root: what is in it. Any change here gives the root another name, so that it is made anew.
-root_suite=bookworm
+# The Debian of the root decides the generation of Wine.
+root_suite=${QUORVANE_WINE_SUITE:-bookworm}
+case $root_suite in
+  bookworm) root_wine='Wine 8' ;;
+  trixie) root_wine='Wine 10' ;;
+  *) fail "QUORVANE_WINE_SUITE is $root_suite; known are: bookworm trixie" ;;
+esac
 root_packages=(
   wine32 wine
   # What Wine's window driver loads at run time.
@@ -28,7 +34,7 @@ environment_for() {
   local name
   printf '%s\0' "HOME=$1" "WINEPREFIX=$1" "WINEDEBUG=${WINEDEBUG:--all}" \
     "WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-winemenubuilder.exe=d;mscoree,mshtml=}" \
-    "LANG=${LANG:-C.UTF-8}" "QUORVANE_WINE_TEMPLATE=$wine_template"
+    "LANG=${LANG:-C.UTF-8}" "QUORVANE_WINE_TEMPLATE=$wine_template" "XDG_RUNTIME_DIR=$1/.quorvane"
   for name in DISPLAY XAUTHORITY TZ "${!LC_@}" "${!QUORVANE_@}" "${!GTEST_@}" "${!BENCHMARK_@}"; do
     [ -z "${!name+set}" ] || printf '%s\0' "$name=${!name}"
   done
@@ -65,7 +71,7 @@ own_wine_runs_pe32() {
 }
 
 find_own_wine() {
-  [ "${QUORVANE_WINE:-}" != private ] && have wine && have wineserver || return 1
+  [ "${QUORVANE_WINE:-}" != private ] && [ -z "${QUORVANE_WINE_SUITE:-}" ] && have wine && have wineserver || return 1
   local program key answer
   program=$(readlink -f "$(command -v wine)")
   key=$({ printf '%s ' "$program"; stat -c '%s %Y' "$program"; } | short_hash)
@@ -131,10 +137,21 @@ find_private_wine() {
     flock 8
     if [ ! -e "$root" ]; then
       as_root_possible || fail "no Wine here runs 32-bit programs; making a private one needs root, or a sudo that asks for no password"
-      say "wine: making a private i386 Debian with Wine in $root (once; a minute or two)"
-      complete "$root" make_root >"$wine_cache/root.log" 2>&1 ||
-        fail "could not make it; the last lines of $wine_cache/root.log:
-$(tail -5 "$wine_cache/root.log")"
+      local log=$wine_cache/root-$root_suite.log
+      say "wine: making a private i386 Debian $root_suite with $root_wine in $root (once; a minute or two)"
+      local code=0
+      set +e # left of an `||` its first failing command would not end it
+      (
+        set -e
+        complete "$root" make_root
+      ) >"$log" 2>&1
+      code=$?
+      set -e
+      if [ "$code" != 0 ]; then
+        as_root rm -rf --one-file-system "$root".part.*
+        fail "could not make it; the last lines of $log:
+$(tail -5 "$log")"
+      fi
     fi
     wine_root=$root
     complete "$template" make_template

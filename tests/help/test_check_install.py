@@ -48,8 +48,8 @@ class CheckInstall(unittest.TestCase):
         cls.help = cls.folder / "SecurityOCX.chm"
         cls.help.write_bytes(b"looked for, not into")
         wine("reg", "delete", LIBRARY, "/f")  # of an earlier registration, which may not be there
-        must(wine("regsvr32", cls.module))
-        cls.addClassCleanup(lambda: must(wine("regsvr32", "/u", cls.module)))
+        must(wine("regsvr32", "/s", cls.module))
+        cls.addClassCleanup(lambda: must(wine("regsvr32", "/s", "/u", cls.module)))
 
     def check(self, *words, before=""):
         command = "&& ".join(filter(None, [before, " ".join(["check-install.cmd", *words])]))
@@ -119,8 +119,8 @@ class CheckInstall(unittest.TestCase):
         self.assertIn("The module is not where it was registered.", self.output)
 
     def test_misses_the_registration(self):
-        must(wine("regsvr32", "/u", self.module))
-        self.addCleanup(lambda: must(wine("regsvr32", self.module)))
+        must(wine("regsvr32", "/s", "/u", self.module))
+        self.addCleanup(lambda: must(wine("regsvr32", "/s", self.module)))
         self.assertEqual(self.check(), SOMETHING_IS_WRONG, self.output)
         self.assertEqual(self.wrong_rows(), ["Registration", "Creation"])
         self.assertIn("SysWOW64\\regsvr32 QuorvaneSecurity.ocx", self.output)
