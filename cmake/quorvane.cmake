@@ -22,7 +22,7 @@ target_compile_options(quorvane_options INTERFACE
 
 if(WIN32)
   target_compile_options(quorvane_options INTERFACE -ffunction-sections -fdata-sections)
-  if(QUORVANE_MODULE OR QUORVANE_TESTS)
+  if(QUORVANE_MODULE OR QUORVANE_TESTS OR QUORVANE_BENCHMARKS)
     # Hosts may enter with a stack aligned to 4 bytes only, and nothing here needs more. Not so in a library for
     # programs: what they derive from its classes is called with the alignment that their compiler counts on.
     target_compile_options(quorvane_options INTERFACE -mpreferred-stack-boundary=2)
