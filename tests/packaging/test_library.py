@@ -7,6 +7,7 @@ import json
 import os
 import re
 import shlex
+import shutil
 import tarfile
 import tempfile
 import threading
@@ -116,6 +117,15 @@ class Library(unittest.TestCase):
     def test_pkg_config_for_windows_with_and_without_type_information(self):
         for name, options in (("consumer-pc.exe", ["-static"]), ("consumer-nr.exe", ["-static", "-fno-rtti", "-O2"])):
             self.assert_works(self.by_pkg_config(self.mingw, "i686-w64-mingw32-g++-win32", self.folder / name, *options))
+
+    def test_installed_by_the_presets(self):
+        installed = TREE / "build/installed"
+        shutil.rmtree(installed, ignore_errors=True)
+        environment = os.environ | {"CCACHE_BASEDIR": str(TREE)}
+        must("cmake", "--preset", "release", cwd=TREE, env=environment)
+        must("cmake", "--build", "--preset", "install", cwd=TREE, env=environment)
+        self.assertEqual(must(installed / "bin/quorvane", "--version"), must(TREE / "build/native/quorvane", "--version"))
+        self.assert_works(self.by_pkg_config(installed, "g++", self.folder / "consumer-preset"))
 
     def test_as_a_part_of_a_project_natively(self):
         sources = self.unpacked_sources("c")

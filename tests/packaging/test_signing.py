@@ -3,8 +3,10 @@
 import os
 import shutil
 import tempfile
+import threading
 import unittest
 import zlib
+from http.server import BaseHTTPRequestHandler, HTTPServer
 from pathlib import Path
 
 from release import FOLDER, INSTALLER, MODULE, TREE, must, published_crc, run
@@ -19,6 +21,48 @@ def make_certificate(folder, name, usage, days="30"):
     must("openssl", "pkcs12", "-export", "-inkey", key, "-in", certificate, "-out", both, "-passout",
          f"file:{folder}/pass")
     return both
+
+
+class TimeStampServer:
+    """A time-stamp authority (RFC 3161) on loopback, with a certificate of its own; openssl gives its answers."""
+
+    def __init__(self, folder):
+        self.folder = folder
+        extension = "extendedKeyUsage=critical,timeStamping"
+        must("openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-keyout", folder / "clock.key", "-out",
+             folder / "clock.pem", "-days", "30", "-subj", "/CN=clock", "-addext", extension)
+        (folder / "clock.serial").write_text("01\n")
+        (folder / "clock.cnf").write_text(
+            f"[tsa]\ndefault_tsa = clock\n[clock]\nserial = {folder}/clock.serial\nsigner_digest = sha256\n"
+            "default_policy = 1.2.3.4\ndigests = sha256\n")
+        answer = self.answer
+
+        class Handler(BaseHTTPRequestHandler):
+            def do_POST(self):
+                reply = answer(self.rfile.read(int(self.headers["Content-Length"])))
+                self.send_response(200)
+                self.send_header("Content-Type", "application/timestamp-reply")
+                self.send_header("Content-Length", str(len(reply)))
+                self.end_headers()
+                self.wfile.write(reply)
+
+            def log_message(self, *_):
+                pass
+
+        self.server = HTTPServer(("127.0.0.1", 0), Handler)
+        self.address = f"http://127.0.0.1:{self.server.server_port}/"
+        threading.Thread(target=self.server.serve_forever, daemon=True).start()
+
+    def answer(self, question):
+        query, reply = self.folder / "clock.query", self.folder / "clock.reply"
+        query.write_bytes(question)
+        must("openssl", "ts", "-reply", "-config", self.folder / "clock.cnf", "-queryfile", query, "-signer",
+             self.folder / "clock.pem", "-inkey", self.folder / "clock.key", "-out", reply)
+        return reply.read_bytes()
+
+    def stop(self):
+        self.server.shutdown()
+        self.server.server_close()
 
 
 class Sign(unittest.TestCase):
@@ -69,6 +113,26 @@ class Sign(unittest.TestCase):
         before = {path.name: path.read_bytes() for path in self.signed.iterdir()}
         must(SIGN, "--pkcs12", self.good, "--pass-file", self.folder / "pass", "--time", "1700000000", self.release)
         self.assertEqual({path.name: path.read_bytes() for path in self.signed.iterdir()}, before)
+
+    def test_a_time_stamp_server_s_word_goes_into_the_signature(self):
+        stamped = self.folder / "stamped"
+        stamped.mkdir()
+        for path in (MODULE, INSTALLER):
+            shutil.copy(path, stamped)
+        server = TimeStampServer(self.folder)
+        try:
+            must(SIGN, "--pkcs12", self.good, "--pass-file", self.folder / "pass", "--timestamp", server.address, stamped)
+        finally:
+            server.stop()
+        for path in (MODULE, INSTALLER):
+            done = run("osslsigncode", "verify", "-CAfile", self.folder / "publisher.pem", "-TSA-CAfile",
+                       self.folder / "clock.pem", "-in", stamped / "signed" / path.name)
+            self.assertIn("Timestamp Server Signature verification: ok", done.stdout + done.stderr)
+            self.assertIn("Signature verification: ok", done.stdout + done.stderr)
+
+    def test_without_the_time_stamp_asked_for_nothing_is_signed(self):
+        self.assert_refused("cannot sign QuorvaneSecurity.ocx", "--pkcs12", self.good, "--pass-file", self.folder / "pass",
+                            "--timestamp", "http://127.0.0.1:9/")
 
     def test_an_altered_module_takes_no_signature(self):
         altered = bytearray(MODULE.read_bytes())
