@@ -7,16 +7,12 @@
 
 #include <optional>
 
-#include "control/SecurityCtrl.h"
 #include "control/stream_bag.h"
+#include "fuzz/loaded_settings.h"
 #include "fuzz/target.h"
-#include "platform/conversions.h"
-#include "runtime/runtime_error.h"
 
 namespace quorvane::fuzz::stream_bag {
 
-using basGlobals::ConnectionSettings;
-using basGlobals::connectionSettings;
 using Stream = std::span<const std::uint8_t>;
 
 struct StoredEntry {
@@ -74,44 +70,6 @@ TaggedValue FirstOf(const std::vector<StoredEntry>& entries, const std::u16strin
   return missing;
 }
 
-// One setting after the other, until one cannot be converted.
-ConnectionSettings Loaded(const std::vector<StoredEntry>& entries) {
-  ConnectionSettings loaded;
-  const auto text = [&](const char16_t* name) { return ToText(FirstOf(entries, name, Text(u""))); };
-  try {
-    loaded.ServerAddress = text(u"ServerAddress");
-    loaded.ServerPort = ToInteger16(FirstOf(entries, u"ServerPort", std::int16_t{80}));
-    loaded.ServerFile = text(u"ServerFile");
-    loaded.UseProxy = ToBoolean(FirstOf(entries, u"UseProxy", kFalse));
-    loaded.ProxyServer = text(u"ProxyServer");
-    loaded.UserName = text(u"Username");
-    loaded.Password = text(u"Password");
-  } catch (const RuntimeError&) {
-    return loaded;
-  }
-  return loaded;
-}
-
-bool Same(const ConnectionSettings& left, const ConnectionSettings& right) {
-  return left.ServerAddress == right.ServerAddress && left.ServerPort == right.ServerPort &&
-         left.ServerFile == right.ServerFile && left.UseProxy.bits == right.UseProxy.bits &&
-         left.ProxyServer == right.ProxyServer && left.UserName == right.UserName &&
-         left.Password == right.Password;
-}
-
-class SilentSite final : public ControlSite {
- public:
-  void PropertyChanged(const identities::Property& /*property*/) override {}
-  void SetHeight(float /*twips*/) override {}
-  void SetWidth(float /*twips*/) override {}
-};
-
-ConnectionSettings LoadInto(SecurityCtrl& control, PropertyBag& bag) {
-  connectionSettings() = {};
-  control.ReadProperties(bag);
-  return connectionSettings();
-}
-
 void CheckBag(StreamBag& bag, const std::vector<StoredEntry>& entries) {
   for (const StoredEntry& entry : entries)
     Require(bag.ReadProperty(entry.name, {}) == FirstOf(entries, entry.name, {}), "an entry");
@@ -127,7 +85,10 @@ void CheckBag(StreamBag& bag, const std::vector<StoredEntry>& entries) {
   SilentSite site;
   SecurityCtrl control(site);
   const ConnectionSettings loaded = LoadInto(control, bag);
-  Require(Same(loaded, Loaded(entries)), "the control loads other settings");
+  const auto stored = [&](const std::u16string& name, const TaggedValue& missing) {
+    return FirstOf(entries, name, missing);
+  };
+  Require(Same(loaded, LoadedFrom(stored)), "the control loads other settings");
   StreamBag saved;
   control.WriteProperties(saved);
   // A port that could not be loaded is 0, which the default of a saved form is not.
