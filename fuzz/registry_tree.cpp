@@ -196,7 +196,7 @@ std::u16string CallersText(Input& input) {
 void CheckChanges(Input& input) {
   RegistryTree tree;
   List list;
-  while (!input.IsEmpty()) {
+  for (int change = 0; change < 12 && !input.IsEmpty(); ++change) {
     const std::uint8_t kind = input.Byte(5);
     // A hive, then what the caller says.
     const std::u16string path = (input.Byte(1) == 0 ? u"H\\" : u"h\\\\") + CallersText(input);
