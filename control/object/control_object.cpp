@@ -23,6 +23,7 @@ ControlObject::ControlObject(IUnknown* outer)
       storage_(outer != nullptr ? outer : this, persistence_),
       connection_points_(outer != nullptr ? outer : this),
       view_(outer != nullptr ? outer : this, extent_),
+      data_(outer != nullptr ? outer : this, extent_, storage_),
       in_place_(outer != nullptr ? outer : this, logic_, extent_),
       ole_object_(outer != nullptr ? outer : this, logic_, extent_, persistence_, in_place_, view_),
       ole_control_(outer != nullptr ? outer : this) {
@@ -63,6 +64,7 @@ void* ControlObject::Find(REFIID id) {
   if (void* found = storage_.Find(id)) return found;
   if (void* found = connection_points_.Find(id)) return found;
   if (void* found = view_.Find(id)) return found;
+  if (void* found = data_.Find(id)) return found;
   if (void* found = in_place_.Find(id)) return found;
   if (void* found = ole_object_.Find(id)) return found;
   return ole_control_.Find(id);

@@ -53,6 +53,7 @@ class ControlObject final : public IUnknown, private ControlSite {
   StorageFace storage_;
   ConnectionPointsFace connection_points_;
   ViewFace view_;
+  DataFace data_;
   InPlaceFace in_place_;
   OleObjectFace ole_object_;
   OleControlFace ole_control_;

@@ -80,25 +80,28 @@ HRESULT StorageFace::Load(IStorage* storage) {
   return result;
 }
 
+HRESULT StorageFace::Write(IStorage& storage) {
+  return Guarded([&]() -> HRESULT {
+    const std::vector<std::uint8_t> bytes = persistence_.Bytes();
+    ComPtr<IStream> contents = held_.contents;
+    if (&storage != held_.storage.Get()) {
+      const HRESULT result = Create(storage, contents);
+      if (FAILED(result)) return result;
+    }
+    return WriteFromTheFront(*contents.Get(), bytes);
+  });
+}
+
 HRESULT StorageFace::Save(IStorage* storage, BOOL same_as_load) {
   if (storage == nullptr) return E_POINTER;
   if (hands_off_) return E_UNEXPECTED;
   const auto alive = KeepAlive();
-  return Guarded([&]() -> HRESULT {
-    const std::vector<std::uint8_t> bytes = persistence_.Bytes();
-    const std::uint32_t saved = persistence_.Changes();
-    ComPtr<IStream> contents;
-    HRESULT result = S_OK;
-    if (storage == held_.storage.Get())
-      contents = held_.contents;
-    else
-      result = Create(*storage, contents);
-    if (SUCCEEDED(result)) result = WriteFromTheFront(*contents.Get(), bytes);
-    if (FAILED(result)) return result;
-    if (same_as_load != FALSE) persistence_.MarkCleanAt(saved);
-    saved_at_ = saved;
-    return result;
-  });
+  const std::uint32_t saved = persistence_.Changes();
+  const HRESULT result = Write(*storage);
+  if (FAILED(result)) return result;
+  if (same_as_load != FALSE) persistence_.MarkCleanAt(saved);
+  saved_at_ = saved;
+  return S_OK;
 }
 
 HRESULT StorageFace::SaveCompleted(IStorage* storage) {

@@ -27,6 +27,10 @@ class StorageFace final : public Face<IPersistStorage> {
       : Face(outer), persistence_(persistence) {}
 
   [[nodiscard]] void* Find(REFIID id);
+  /// The settings of the moment, into the stream held when that is the storage held, else into a
+  /// new one; state and mark stay. The storage's own failure, or E_OUTOFMEMORY before it is
+  /// touched.
+  [[nodiscard]] HRESULT Write(IStorage& storage);
 
   // IPersist.
   HRESULT STDMETHODCALLTYPE GetClassID(CLSID* out) override;
@@ -41,9 +45,8 @@ class StorageFace final : public Face<IPersistStorage> {
   /// E_FAIL when the stream does not hold a whole StreamBag. A storage that can only be read will
   /// do.
   HRESULT STDMETHODCALLTYPE Load(IStorage* storage) override;
-  /// Into the stream held when that is the storage held, else into a new one in the storage given,
-  /// whatever `same_as_load` says. That clears the mark of changes; without it SaveCompleted with a
-  /// storage does. E_UNEXPECTED in "hands off".
+  /// Where it goes is decided by the storage, not by `same_as_load`. That clears the mark of
+  /// changes; without it SaveCompleted with a storage does. E_UNEXPECTED in "hands off".
   HRESULT STDMETHODCALLTYPE Save(IStorage* storage, BOOL same_as_load) override;
   /// Null: the storage is as before. E_UNEXPECTED in the normal state, E_INVALIDARG for null in
   /// "hands off".

@@ -3,6 +3,7 @@
 #include "control/automation/com.h"
 #include "control/automation/face.h"
 #include "control/object/extent.h"
+#include "control/object/storage.h"
 
 namespace quorvane::component {
 
@@ -44,6 +45,38 @@ class ViewFace final : public Face<IViewObject2> {
   ComPtr<IAdviseSink> sink_;
   DWORD aspects_ = 0;
   DWORD flags_ = 0;
+};
+
+/// The control as data, for documents that copy an embedded object and for the clipboard: its
+/// picture as a metafile (CF_METAFILEPICT), and itself in a storage with class id and settings,
+/// from which a document can make another ("Embed Source"). Of the content only; the index is not
+/// looked at. It takes no data and tells nobody of changes.
+class DataFace final : public Face<IDataObject> {
+ public:
+  DataFace(IUnknown* outer, const Extent& extent, StorageFace& storage)
+      : Face(outer), extent_(extent), storage_(storage) {}
+
+  [[nodiscard]] void* Find(REFIID id);
+
+  // IDataObject. The caller owns what it is given: by ReleaseStgMedium.
+  HRESULT STDMETHODCALLTYPE GetData(FORMATETC* asked, STGMEDIUM* out) override;
+  /// "Embed Source" only, into the caller's storage.
+  HRESULT STDMETHODCALLTYPE GetDataHere(FORMATETC* asked, STGMEDIUM* medium) override;
+  /// S_OK, or what of the request cannot be met: DV_E_FORMATETC, DV_E_DVASPECT or DV_E_TYMED.
+  HRESULT STDMETHODCALLTYPE QueryGetData(FORMATETC* asked) override;
+  HRESULT STDMETHODCALLTYPE GetCanonicalFormatEtc(FORMATETC* asked, FORMATETC* out) override;
+  HRESULT STDMETHODCALLTYPE SetData(FORMATETC* format, STGMEDIUM* medium, BOOL release) override;
+  HRESULT STDMETHODCALLTYPE EnumFormatEtc(DWORD direction, IEnumFORMATETC** out) override;
+  HRESULT STDMETHODCALLTYPE DAdvise(FORMATETC* format, DWORD flags, IAdviseSink* sink,
+                                    DWORD* cookie) override;
+  HRESULT STDMETHODCALLTYPE DUnadvise(DWORD cookie) override;
+  HRESULT STDMETHODCALLTYPE EnumDAdvise(IEnumSTATDATA** out) override;
+
+ private:
+  [[nodiscard]] HRESULT WriteSource(IStorage& storage);
+
+  const Extent& extent_;
+  StorageFace& storage_;
 };
 
 }  // namespace quorvane::component

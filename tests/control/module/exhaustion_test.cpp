@@ -249,6 +249,15 @@ TEST(Exhaustion, SavingAndLoadingAStorageSaySo) {
       {E_OUTOFMEMORY, S_OK});
 }
 
+TEST(Exhaustion, ListingFormatsSaysSo) {
+  FailFromEachAllocationOn(
+      [&](const auto& control) {
+        Com<IEnumFORMATETC> formats;
+        return control.template As<IDataObject>()->EnumFormatEtc(DATADIR_GET, formats.Out());
+      },
+      {E_OUTOFMEMORY});
+}
+
 TEST(Exhaustion, ConnectingAndListingSaySo) {
   FakePropertySink sink;
   FailFromEachAllocationOn(

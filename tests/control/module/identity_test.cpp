@@ -2,6 +2,9 @@
 // ids are refused.
 
 #include "tests/support/component/module_under_test.h"
+// Behind the headers of the support:
+#include <docobj.h>
+#include <objsafe.h>
 
 namespace quorvane::component {
 namespace {
@@ -28,9 +31,9 @@ TEST(Identity, AnswersWhatContainersAskFor) {
     for (const IID& id :
          {IID_IUnknown, IID_IDispatch, IID_ISupportErrorInfo, IID_IProvideClassInfo,
           IID_IProvideClassInfo2, IID_IConnectionPointContainer, IID_IPersist, IID_IPersistStream,
-          IID_IPersistStreamInit, IID_IPersistStorage, IID_IPersistPropertyBag, IID_IOleObject,
-          IID_IOleControl, IID_IOleWindow, IID_IOleInPlaceObject, IID_IOleInPlaceActiveObject,
-          IID_IViewObject, IID_IViewObject2}) {
+          IID_IPersistStreamInit, IID_IPersistStorage, IID_IPersistPropertyBag, IID_IDataObject,
+          IID_IOleObject, IID_IOleControl, IID_IOleWindow, IID_IOleInPlaceObject,
+          IID_IOleInPlaceActiveObject, IID_IViewObject, IID_IViewObject2}) {
       Com<IUnknown> face;
       EXPECT_EQ(control->QueryInterface(id, face.OutVoid()), S_OK) << std::hex << id.Data1;
     }
@@ -41,10 +44,27 @@ TEST(Identity, RefusesWhatItDoesNotOffer) {
   OnApartmentThread([] {
     const Module module;
     const auto control = module.CreateControl();
-    for (const IID& id :
-         {IID_IQuickActivate, IID_IPersistPropertyBag2, IID_IOleInPlaceObjectWindowless,
-          IID_IRunnableObject, IID_IDataObject, IID_ISpecifyPropertyPages, IID_IObjectWithSite,
-          IID_IMarshal, IID_IStream, kClassId, kSourceId}) {
+    for (const IID& id : {IID_IQuickActivate,
+                          IID_IPersistPropertyBag2,
+                          IID_IPersistMemory,
+                          IID_IPersistFile,
+                          IID_IRunnableObject,
+                          IID_IOleCache,
+                          IID_IOleCache2,
+                          IID_IOleCacheControl,
+                          IID_IOleLink,
+                          IID_IExternalConnection,
+                          IID_IOleInPlaceObjectWindowless,
+                          IID_IViewObjectEx,
+                          IID_IOleDocument,
+                          IID_ISpecifyPropertyPages,
+                          IID_IPerPropertyBrowsing,
+                          IID_IObjectSafety,
+                          IID_IObjectWithSite,
+                          IID_IMarshal,
+                          IID_IStream,
+                          kClassId,
+                          kSourceId}) {
       void* out = reinterpret_cast<void*>(0x1234);
       EXPECT_EQ(control->QueryInterface(id, &out), E_NOINTERFACE) << std::hex << id.Data1;
       EXPECT_EQ(out, nullptr);
@@ -68,8 +88,8 @@ TEST(Identity, HasOneIUnknownFromEveryInterface) {
     for (const IID& id :
          {IID_IDispatch, IID_IOleObject, IID_IOleControl, IID_IOleInPlaceObject,
           IID_IOleInPlaceActiveObject, IID_IViewObject2, IID_IPersistStreamInit, IID_IPersistStream,
-          IID_IPersistStorage, IID_IPersistPropertyBag, IID_IConnectionPointContainer,
-          IID_IProvideClassInfo2, IID_ISupportErrorInfo}) {
+          IID_IPersistStorage, IID_IPersistPropertyBag, IID_IDataObject,
+          IID_IConnectionPointContainer, IID_IProvideClassInfo2, IID_ISupportErrorInfo}) {
       Com<IUnknown> face;
       ASSERT_EQ(control->QueryInterface(id, face.OutVoid()), S_OK);
       EXPECT_EQ(face.As<IUnknown>().Get(), control.Get());

@@ -3,56 +3,13 @@
 
 #include <set>
 
+#include "tests/support/component/canvas.h"
 #include "tests/support/component/fake_sinks.h"
 #include "tests/support/component/fake_site.h"
 #include "tests/support/component/module_under_test.h"
 
 namespace quorvane::component {
 namespace {
-
-// A picture in memory to draw on, all magenta at first.
-class Canvas {
- public:
-  Canvas() {
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof(info.bmiHeader);
-    info.bmiHeader.biWidth = kSize;
-    info.bmiHeader.biHeight = -kSize;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    device_ = ::CreateCompatibleDC(nullptr);
-    bitmap_ = ::CreateDIBSection(device_, &info, DIB_RGB_COLORS, &bits_, nullptr, 0);
-    ::SelectObject(device_, bitmap_);
-    std::fill_n(Pixels(), kSize * kSize, kMagenta);
-  }
-  Canvas(const Canvas&) = delete;
-  Canvas& operator=(const Canvas&) = delete;
-  ~Canvas() {
-    ::DeleteDC(device_);
-    ::DeleteObject(bitmap_);
-  }
-
-  HDC Device() const { return device_; }
-  std::set<DWORD> Colours(const RECT& part) const {
-    ::GdiFlush();
-    std::set<DWORD> colours;
-    for (LONG y = part.top; y < part.bottom; ++y) {
-      for (LONG x = part.left; x < part.right; ++x)
-        colours.insert(Pixels()[y * kSize + x] & 0xFFFFFF);
-    }
-    return colours;
-  }
-
-  static constexpr LONG kSize = 64;
-  static constexpr DWORD kMagenta = 0xFF00FF;
-
- private:
-  DWORD* Pixels() const { return static_cast<DWORD*>(bits_); }
-
-  HDC device_ = nullptr;
-  HBITMAP bitmap_ = nullptr;
-  void* bits_ = nullptr;
-};
 
 template <class Body>
 void WithView(Body body) {
@@ -90,6 +47,26 @@ TEST(View, TakesClipBoundsThoughTheTargetIsNoMetafile) {
     EXPECT_EQ(view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, canvas.Device(), &bounds,
                          &clip, nullptr, 0),
               S_OK);
+  });
+}
+
+TEST(View, DrawsIntoAMetafileWhatItDrawsAnywhere) {
+  WithView([](auto&, auto& view) {
+    const HDC recorder = ::CreateMetaFileW(nullptr);
+    ::SetMapMode(recorder, MM_ANISOTROPIC);
+    ::SetWindowExtEx(recorder, 741, 741, nullptr);
+    const RECTL bounds{0, 0, 741, 741};
+    EXPECT_EQ(view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, recorder, &bounds,
+                         &bounds, nullptr, 0),
+              S_OK);
+    const HMETAFILE metafile = ::CloseMetaFile(recorder);
+    const Canvas canvas;
+    ::SetMapMode(canvas.Device(), MM_ANISOTROPIC);
+    ::SetViewportExtEx(canvas.Device(), 28, 28, nullptr);
+    EXPECT_TRUE(::PlayMetaFile(canvas.Device(), metafile));
+    EXPECT_GT(canvas.Colours({0, 0, 28, 28}).size(), 2U);
+    EXPECT_EQ(canvas.Colours({28, 0, 64, 64}), (std::set<DWORD>{Canvas::kMagenta}));
+    ::DeleteMetaFile(metafile);
   });
 }
 

@@ -103,8 +103,8 @@ class MediumStream final : public FakeUnknown<IStream> {
   Medium& medium_;
 };
 
-/// A storage over a real compound file, on a medium that may fail. It makes and opens streams only
-/// and counts what else is called.
+/// A storage over a real compound file, on a medium that may fail. It makes and opens streams
+/// and takes a class id, and counts what else is called.
 class FakeStorage final : public FakeUnknown<IStorage> {
  public:
   explicit FakeStorage(Com<IStorage> over = NewCompoundFile()) : real(std::move(over)) {}
@@ -151,7 +151,11 @@ class FakeStorage final : public FakeUnknown<IStorage> {
                                             const FILETIME*) override {
     return Other();
   }
-  HRESULT STDMETHODCALLTYPE SetClass(REFCLSID) override { return Other(); }
+  HRESULT STDMETHODCALLTYPE SetClass(REFCLSID id) override {
+    ++class_calls;
+    const HRESULT result = medium.Next();
+    return FAILED(result) ? result : real->SetClass(id);
+  }
   HRESULT STDMETHODCALLTYPE SetStateBits(DWORD, DWORD) override { return Other(); }
   HRESULT STDMETHODCALLTYPE Stat(STATSTG*, DWORD) override { return Other(); }
 
@@ -161,6 +165,7 @@ class FakeStorage final : public FakeUnknown<IStorage> {
   Com<IStorage> real;
   Medium medium;
   int other_calls = 0;
+  int class_calls = 0;              ///< of SetClass
   bool leaves_streams_out = false;  ///< says S_OK and gives none
 
  private:
