@@ -195,12 +195,27 @@ void CheckText(const std::u16string& characters) {
           "VarBoolFromStr()");
 }
 
-void CheckNumber(double number) {
+// In up to 15 digits; a small one without its exponent, where that takes no more than 15 places and
+// the first digit stands before the 15th.
+std::string WrittenOut(double number) {
   char room[64];
   std::snprintf(room, sizeof room, "%.15G", number == 0 ? 0 : number);
+  const std::string text = room;
+  const std::size_t sign = text.find("E-");
+  if (sign == std::string::npos) return text;
+  const int zeros = std::atoi(text.c_str() + sign + 2) - 1;
+  std::string digits = text.substr(0, sign);
+  std::erase(digits, '.');
+  const bool is_negative = digits.starts_with('-');
+  if (is_negative) digits.erase(0, 1);
+  if (zeros > 13 || static_cast<std::size_t>(zeros) + digits.size() > 15) return text;
+  return (is_negative ? "-0." : "0.") + std::string(static_cast<std::size_t>(zeros), '0') + digits;
+}
+
+void CheckNumber(double number) {
   std::u16string text;
   Require(NumericText().VarBstrFromR8(number, 0, 0, &text) == 0, "VarBstrFromR8() fails");
-  Require(Narrow(text) == room, "VarBstrFromR8()");
+  Require(Narrow(text) == WrittenOut(number), "VarBstrFromR8()");
   const double rounded = std::nearbyint(number);
   const bool is_in_range = rounded >= -2147483648.0 && rounded <= 2147483647.0;
   try {
