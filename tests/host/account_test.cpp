@@ -246,6 +246,15 @@ TEST_F(LookupAccountSidBytes, GivesOneZeroByteAfterAnyOtherFailure) {
   }
 }
 
+TEST_F(LookupAccountSidBytes, GoesOnWhere122ComesWithASizeOfOne) {
+  accounts_.passes = {{0, 122, 1, 5, "", ""}, {1, 0, 1, 4, "\1", "HOST"}};
+  const ByteArray sid = Lookup();
+  EXPECT_EQ(accounts_.passes_made, 2U);
+  EXPECT_EQ(sid.LowerBound(), 1);
+  EXPECT_EQ(sid.UpperBound(), 1);
+  EXPECT_EQ(domain_, Text(u"HOST"));
+}
+
 TEST_F(LookupAccountSidBytes, EndsWhen122ComesWithoutASize) {
   for (const std::int32_t size : {0, -28}) {
     accounts_.passes_made = 0;

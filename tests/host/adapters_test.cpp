@@ -40,7 +40,10 @@ class FakeAdapters final : public Iphlpapi {
     std::memcpy(block, chain.data(), std::min(chain.size(), static_cast<std::size_t>(*size)));
     return 0;
   }
-  Address32 AddressOf(const void* /*block*/) override { return Address32{kStart}; }
+  Address32 AddressOf(const void* block) override {
+    EXPECT_EQ(block, block_received.data()) << "the block that was filled";
+    return Address32{kStart};
+  }
 
   void Add(const Bytes& address) {
     chain.resize(chain.size() + kRecordSize, 0xEE);

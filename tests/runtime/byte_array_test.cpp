@@ -52,6 +52,7 @@ TEST(ByteArray, IsEmptyWithItsLowerBoundAboveTheUpper) {
   EXPECT_EQ(array.UpperBound(), -1);
   EXPECT_TRUE(array.Elements().empty());
   EXPECT_EQ(ErrorNumberOf([&] { (void)array.At(0); }), 9);
+  EXPECT_TRUE(ByteArray(100, -100).Elements().empty()) << "however far above";
 }
 
 TEST(ByteArray, HoldsBoundsAtTheEndsOf32Bits) {
@@ -62,6 +63,7 @@ TEST(ByteArray, HoldsBoundsAtTheEndsOf32Bits) {
   EXPECT_EQ(top.Elements()[1], 7);
   const ByteArray bottom(kMin, kMin);
   EXPECT_EQ(bottom.At(kMin), 0);
+  EXPECT_EQ(bottom.Elements().size(), 1U);
 }
 
 TEST(ByteArray, ShowsOnlyBoundsAndBlockOfSeveralDimensions) {

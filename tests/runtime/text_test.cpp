@@ -33,6 +33,13 @@ TEST(Text, ComparesCharactersExactly) {
   EXPECT_TRUE(Text(u"abc") == Text(u"abc"));
 }
 
+TEST(Text, IsPresentOfAnyCharactersAlsoOfNone) {
+  EXPECT_FALSE(Text(u"").IsAbsent());
+  EXPECT_FALSE(Text(std::u16string()).IsAbsent());
+  EXPECT_FALSE(Text(std::u16string_view()).IsAbsent());
+  EXPECT_FALSE(Text(0, u'x').IsAbsent());
+}
+
 TEST(Text, IsMadeOfRepeatedCharacters) { EXPECT_EQ(Text(3, u' '), Text(u"   ")); }
 
 TEST(Text, IsPresentAfterConcatenation) {

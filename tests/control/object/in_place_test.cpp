@@ -137,6 +137,22 @@ TEST(Activation, FallsBackToTheVerbsRectangleWithoutAWindowContext) {
   });
 }
 
+TEST(Activation, TakesTheSitesWindowForItsParentAndTheVerbsWithoutOne) {
+  for (const bool site_has_none : {false, true}) {
+    OnStage(Offers::kInPlaceSiteEx,
+            [site_has_none](auto& host, auto& site, auto& object, auto& in_place, auto) {
+              const HostWindow other;
+              if (site_has_none) site.failing_call = "GetWindow";
+              EXPECT_EQ(object->DoVerb(OLEIVERB_SHOW, nullptr, site.Site(), 0, other.Get(),
+                                       &site.rectangle),
+                        S_OK);
+              ASSERT_NE(WindowOf(in_place), nullptr);
+              EXPECT_EQ(::GetParent(WindowOf(in_place)), site_has_none ? other.Get() : host.Get());
+              EXPECT_EQ(in_place->InPlaceDeactivate(), S_OK);
+            });
+  }
+}
+
 TEST(Activation, BearsNullAndEmptyRectangles) {
   OnStage(Offers::kInPlaceSiteEx, [](auto&, auto& site, auto&, auto& in_place, auto do_verb) {
     site.failing_call = "GetWindowContext";
@@ -404,6 +420,31 @@ TEST(Window, KeepsTheModuleInMemoryWhileItLives) {
     EXPECT_EQ(module.CanUnloadNow(), S_FALSE);
     EXPECT_TRUE(::DestroyWindow(::GetWindow(host.Get(), GW_CHILD)));
     EXPECT_EQ(module.CanUnloadNow(), S_OK);
+  });
+}
+
+// A class that stayed would lead the windows of the next load into the code of this one.
+TEST(Window, TakesItsClassAlongWithTheModule) {
+  OnApartmentThread([] {
+    const TemporaryFolder folder;
+    const std::wstring copy = folder.File(L"class.ocx");
+    ASSERT_TRUE(::CopyFileW(QUORVANE_MODULE_FILE, copy.c_str(), TRUE));
+    const wchar_t* const name = L"QuorvaneSecurity.SecurityCtrl";
+    HINSTANCE instance = nullptr;
+    WNDCLASSW description{};
+    {
+      const Module module(copy);
+      instance = module.Handle();
+      HostWindow host;
+      FakeSite site(Offers::kInPlaceSiteEx, host.Get());
+      const auto object = module.CreateControl().As<IOleObject>();
+      EXPECT_EQ(object->SetClientSite(site.Site()), S_OK);
+      EXPECT_EQ(object->DoVerb(OLEIVERB_SHOW, nullptr, nullptr, 0, host.Get(), nullptr), S_OK);
+      EXPECT_TRUE(::GetClassInfoW(instance, name, &description));
+      EXPECT_EQ(object->SetClientSite(nullptr), S_OK);
+    }
+    EXPECT_FALSE(IsInMemory(copy));
+    EXPECT_FALSE(::GetClassInfoW(instance, name, &description));
   });
 }
 
