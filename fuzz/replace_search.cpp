@@ -13,12 +13,18 @@ namespace quorvane::fuzz::replace_search {
 
 using testing::FakeCollation;
 
-// Few characters, so that one text is found in the other; some that a collation passes over.
-std::u16string FewCharacters(Input& input, std::size_t count) {
+// Few characters, so that one text is found in the other: two, so that it begins again and again
+// before it is found, or several, of which a collation passes over one.
+std::u16string FewCharacters(Input& input, std::size_t count, bool only_two) {
   constexpr std::u16string_view kFew = u"aAbB \u00AD\u00DFss";
   std::u16string characters = input.Characters(count);
-  for (char16_t& c : characters)
-    if (c < 0x20) c = kFew[c % kFew.size()];
+  for (char16_t& c : characters) {
+    if (only_two) {
+      c = c % 2 == 0 ? u'a' : u'b';
+    } else if (c < 0x20) {
+      c = kFew[c % kFew.size()];
+    }
+  }
   return characters;
 }
 
@@ -45,9 +51,10 @@ void Run(Input input) {
                                : choice % 2 == 0 ? static_cast<const Collation&>(kPlain)
                                                  : kNotPlain;
   CheckBase36(choice == 30 ? input.Number32() : input.Number16());
-  const Text find = FewCharacters(input, input.Byte(7));
-  const Text replacement = FewCharacters(input, input.Byte(7));
-  const Text text = FewCharacters(input, SIZE_MAX);
+  const bool only_two = choice % 4 >= 2;
+  const Text find = FewCharacters(input, input.Byte(15), only_two);
+  const Text replacement = FewCharacters(input, input.Byte(15), only_two);
+  const Text text = FewCharacters(input, SIZE_MAX, only_two);
   Require(ReplaceAll(text, find, replacement, collation) ==
               testing::LiteralReplaceAll(text, find, replacement, collation),
           "ReplaceAll()");

@@ -87,7 +87,7 @@ void Run(Input input) {
   const std::uint8_t failure = input.Byte();
   if (failure >= 253) web.fails_at = failure - 252;
   web.sends = failure != 252;
-  while (!input.IsEmpty() && web.blocks.size() < 8) {
+  while (!input.IsEmpty() && web.blocks.size() < 4) {
     const std::uint8_t kind = input.Byte();
     Block block{input.Bytes(kind % 64), 0, kind != 255};
     // Most come as they are; some say that they are longer, or fill their buffer.
