@@ -87,7 +87,9 @@ void CheckLookup(Input& input) {
     pass.result = input.Byte(2) - 1;
     pass.last_error = input.Byte(3) != 0 ? 122 : 0;
     pass.sid_size = input.Number16() % 600 - 20;
-    pass.domain_size = input.Number16() % 1400 - 20;
+    // Often about as much as there is room for.
+    const std::uint16_t size = input.Number16();
+    pass.domain_size = size < 0x8000 ? size % 1400 - 20 : size % 4 + 510;
     pass.sid = input.Bytes(input.Byte(40));
     pass.domain = input.Bytes(input.Byte(40));
     if (input.Byte(7) == 0) pass.domain.append(1300, 'd');
