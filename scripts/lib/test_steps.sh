@@ -18,6 +18,7 @@ windows|build the module and the programs for 32-bit Windows; examine the module
 wine|scripts/wine itself: arguments, exit codes, bytes, windows, parallel runs|Try: scripts/wine --setup
 windows-tests|the same tests, and those of the loaded module, as Windows programs in Wine|Run one by hand: scripts/with-display scripts/wine build/windows-tests/tests/ROOM/ROOM_tests.exe
 wine-next|the loaded module, its container and its scripts in the next generation of Wine|Run one by hand: QUORVANE_WINE_SUITE=trixie scripts/wine PROGRAM
+hosts|the module in hosts that others wrote, in both generations of Wine: ATL, ole32, Free Pascal, Node|docs/hosts.md says how to repeat each by hand.
 run-native|the whole example on Linux: ./run --native|Run it by hand: ./run --native
 run|the whole example in Wine: ./run; what the pages show as output, against real runs|Run it by hand: ./run; scripts/check-shown tells how a page is compared
 help|what users read and run first: the help file, the reference, the manual, check-install, licences|Run it by hand: cd tests/help && /usr/bin/python3 -m unittest
@@ -32,7 +33,7 @@ step_names() { awk -F'|' 'NF { print $1 }' <<<"$steps"; }
 list_steps() { awk -F'|' 'NF { printf "%-14s %s\n", $1, $2 }' <<<"$steps"; }
 # The steps that wait for Wine most of the time, in an order in which each finds built what it needs; the others are for
 # Linux and run beside them.
-windows_steps() { printf '%s\n' windows windows-tests wine wine-next reproducible run help release; }
+windows_steps() { printf '%s\n' windows windows-tests wine wine-next hosts reproducible run help release; }
 # Steps that build or read build/native.
 uses_native_build() { [[ " native tidy run-native run help release " = *" $1 "* ]]; }
 is_step() { [ -n "$1" ] && step_names | grep -qxF -- "$1"; }
@@ -127,6 +128,20 @@ step_wine_next() {
   beside=$!
   only='^(component|platform)_tests$' tests_of windows-tests "${in_test_prefix[@]}" || code=1
   wait "$beside" || code=1
+  return "$code"
+}
+step_hosts() {
+  local suite code=0
+  scripts/setup
+  build windows
+  QUORVANE_HOSTS=$(scripts/fetch-hosts)
+  export QUORVANE_HOSTS QUORVANE_WINEPREFIX=$tree/build/hosts-prefix
+  tests/hosts/build build/hosts
+  for suite in bookworm trixie; do
+    QUORVANE_WINE_SUITE=$suite scripts/wine --setup
+    QUORVANE_WINE_SUITE=$suite case_of "hosts-$suite" scripts/with-display "$python" -B -m unittest discover -s tests/hosts ||
+      code=1
+  done
   return "$code"
 }
 step_run_native() { case_of run ./run --native; }
