@@ -26,6 +26,7 @@ inline constexpr char kClassName[] = "SecurityCtrl";
 inline constexpr char kProgId[] = "QuorvaneSecurity.SecurityCtrl";
 inline constexpr char kInterfaceName[] = "_SecurityCtrl";
 inline constexpr char kSourceInterfaceName[] = "__SecurityCtrl";
+inline constexpr char kMarshallingName[] = "QuorvaneSecurityMarshalling";
 // NOLINTEND(*-avoid-c-arrays)
 
 // --- Library and class ---------------------------------------------------------------------------
@@ -38,6 +39,12 @@ inline constexpr std::uint32_t kLocale = 0x0409;
 inline constexpr Guid kClassId = ParseGuid("D87A57E7-81C3-11D5-97D8-0050BA8CAAD8");
 inline constexpr std::uint16_t kClassMajor = 1;  ///< of the class and of all interface generations
 inline constexpr std::uint16_t kClassMinor = 16;
+
+/// The second library, for the system's marshaller only: see resources/control_library.h.
+inline constexpr Guid kMarshallingId = ParseGuid("34356A0C-F8F5-4F2E-97B7-A27990164D0B");
+inline constexpr std::uint16_t kMarshallingMajor = 1;
+inline constexpr std::uint16_t kMarshallingMinor = 0;
+inline constexpr std::uint16_t kMarshallingFlags = 4;  ///< hidden (LIBFLAG_FHIDDEN)
 
 /// The automation library that ours imports, and IDispatch in it.
 inline constexpr Guid kAutomationLibraryId = ParseGuid("00020430-0000-0000-C000-000000000046");
@@ -185,7 +192,8 @@ inline constexpr auto kMembers = details::Members();
 
 // --- Resources -----------------------------------------------------------------------------------
 
-inline constexpr std::uint16_t kTypeLibraryResource = 1;  ///< of type TYPELIB
+inline constexpr std::uint16_t kTypeLibraryResource = 1;         ///< of type TYPELIB
+inline constexpr std::uint16_t kMarshallingLibraryResource = 2;  ///< likewise
 // NOLINTBEGIN(*-avoid-c-arrays): as above
 inline constexpr char kInterfaceIdsType[] = "_IID_SECURITYCTRL";  // resource type, id 1
 inline constexpr char kSourceIdsType[] = "_SRCIID_SECURITYCTRL";  // resource type, id 1

@@ -51,11 +51,11 @@ std::string StatusWords(std::uint32_t status) {
 }
 
 void PrintMarshaller(const char* name, const identities::Guid& id,
-                     const identities::Guid& marshaller) {
+                     const identities::Guid& marshaller, const identities::Guid& library) {
   std::printf(
       "  <comInterfaceExternalProxyStub name=\"%s\" iid=\"%s\"\n"
       "    proxyStubClsid32=\"%s\" tlbid=\"%s\"/>\n",
-      name, Id(id).c_str(), Id(marshaller).c_str(), Id(identities::kLibraryId).c_str());
+      name, Id(id).c_str(), Id(marshaller).c_str(), Id(library).c_str());
 }
 
 void PrintManifest(const char* own_identity, const char* file) {
@@ -73,13 +73,25 @@ void PrintManifest(const char* own_identity, const char* file) {
       identities::kProgId, StatusWords(identities::kMiscStatus).c_str());
   std::printf(
       "    <typelib tlbid=\"%s\" version=\"%d.%d\" resourceid=\"%d\" flags=\"CONTROL\" "
-      "helpdir=\"\"/>\n"
-      "  </file>\n",
+      "helpdir=\"\"/>\n",
       Id(identities::kLibraryId).c_str(), identities::kLibraryMajor, identities::kLibraryMinor,
       identities::kTypeLibraryResource);
+  std::printf(
+      "    <typelib tlbid=\"%s\" version=\"%d.%d\" resourceid=\"%d\" flags=\"HIDDEN\" "
+      "helpdir=\"\"/>\n"
+      "  </file>\n",
+      Id(identities::kMarshallingId).c_str(), identities::kMarshallingMajor,
+      identities::kMarshallingMinor, identities::kMarshallingLibraryResource);
   const identities::Generation& present = identities::kPresent;
-  PrintMarshaller(identities::kInterfaceName, present.interface_id, kInterfaceMarshaller);
-  PrintMarshaller(identities::kSourceInterfaceName, present.source_id, kEventMarshaller);
+  PrintMarshaller(identities::kInterfaceName, present.interface_id, kInterfaceMarshaller,
+                  identities::kLibraryId);
+  PrintMarshaller(identities::kSourceInterfaceName, present.source_id, kEventMarshaller,
+                  identities::kLibraryId);
+  for (const identities::Generation& earlier : identities::kGenerations) {
+    if (&earlier == &present) continue;
+    PrintMarshaller(earlier.entry, earlier.interface_id, kInterfaceMarshaller,
+                    identities::kMarshallingId);
+  }
   std::printf("</assembly>\n");
 }
 
@@ -92,9 +104,8 @@ std::string AssemblyIdentity() {
 int Main(int count, char** words) {
   const std::string what = count > 1 ? words[1] : "";
   if (what == "rows" && count == 2) {
-    PrintRows(ClassEntries(u"[MODULE]"));
     PrintRows(TypeLibraryEntries(u"[MODULE]", u"[FOLDER]"));
-    PrintRows(NeutralLibraryEntries(u"[MODULE]"));
+    PrintRows(OwnEntries(u"[MODULE]"));
   } else if (what == "manifest" && count <= 3) {
     PrintManifest("", count == 3 ? words[2] : identities::kModuleFileName);
   } else if (what == "assembly" && count == 2) {

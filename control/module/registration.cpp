@@ -1,6 +1,5 @@
 #include "control/module/registration.h"
 
-#include <utility>
 #include <vector>
 
 #include "control/automation/strings.h"
@@ -94,19 +93,11 @@ HRESULT UnregisterTypeLibrary() {
   return SUCCEEDED(result) || is_gone ? S_OK : SELFREG_E_TYPELIB;
 }
 
-// What the module writes itself.
-std::vector<RegistrationEntry> OwnEntries() {
-  const Text file = ModuleFileName();
-  std::vector<RegistrationEntry> entries = ClassEntries(file);
-  for (RegistrationEntry& entry : NeutralLibraryEntries(file)) entries.push_back(std::move(entry));
-  return entries;
-}
-
 }  // namespace
 
 HRESULT Register() {
   if (const HRESULT result = RegisterTypeLibrary(); FAILED(result)) return result;
-  for (const RegistrationEntry& entry : OwnEntries()) {
+  for (const RegistrationEntry& entry : OwnEntries(ModuleFileName())) {
     if (!WriteValue(entry.key, entry.value, entry.data)) return SELFREG_E_CLASS;
   }
   return S_OK;
@@ -114,7 +105,7 @@ HRESULT Register() {
 
 // The library last: its removal by the system takes the key of the version along.
 HRESULT Unregister() {
-  const std::vector<RegistrationEntry> entries = OwnEntries();
+  const std::vector<RegistrationEntry> entries = OwnEntries(ModuleFileName());
   bool is_removed = true;
   for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
     if (!RemoveValue(entry->key, entry->value)) is_removed = false;

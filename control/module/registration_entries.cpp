@@ -28,8 +28,12 @@ std::uint32_t LastWord(const identities::Guid& id, std::size_t start) {
 
 Text Decimal(std::uint32_t number) { return Number(number, 10); }
 
+Text Version(std::uint32_t major, std::uint32_t minor, std::uint32_t base) {
+  return Number(major, base) + u"." + Number(minor, base);
+}
+
 Text LibraryVersion(std::uint32_t base) {
-  return Number(identities::kLibraryMajor, base) + u"." + Number(identities::kLibraryMinor, base);
+  return Version(identities::kLibraryMajor, identities::kLibraryMinor, base);
 }
 
 struct ClassEntry {
@@ -38,9 +42,7 @@ struct ClassEntry {
   Text data;
 };
 
-}  // namespace
-
-std::vector<RegistrationEntry> ClassEntries(const Text& module_file) {
+void AppendClass(const Text& module_file, std::vector<RegistrationEntry>& entries) {
   const Text class_id = IdText(identities::kClassId);
   const Text name = Ascii(identities::kProgId);
   const auto of_class = std::to_array<ClassEntry>({
@@ -57,17 +59,54 @@ std::vector<RegistrationEntry> ClassEntries(const Text& module_file) {
       {u"\\Version", nullptr, LibraryVersion(10)},
       {u"\\ProgID", nullptr, name},
   });
-  std::vector<RegistrationEntry> entries{{name, {}, name}, {name + u"\\CLSID", {}, class_id}};
+  entries.push_back({name, {}, name});
+  entries.push_back({name + u"\\CLSID", {}, class_id});
   for (const ClassEntry& entry : of_class) {
     entries.push_back({Text(u"CLSID\\") + class_id + entry.key,
                        entry.value != nullptr ? Text(entry.value) : Text(), entry.data});
   }
+}
+
+void AppendEarlierInterfaces(const Text& module_file, std::vector<RegistrationEntry>& entries) {
+  const Text version = Version(identities::kMarshallingMajor, identities::kMarshallingMinor, 16);
+  const Text library = Text(u"TypeLib\\") + IdText(identities::kMarshallingId);
+  const Text key = library + u"\\" + version;
+  const Text neutral = key + u"\\0";
+  entries.push_back({library, {}, u""});
+  entries.push_back({key, {}, Ascii(identities::kMarshallingName)});
+  entries.push_back({key + u"\\FLAGS", {}, Decimal(identities::kMarshallingFlags)});
+  entries.push_back({neutral, {}, u""});
+  entries.push_back({neutral + u"\\win32",
+                     {},
+                     module_file + u"\\" + Decimal(identities::kMarshallingLibraryResource)});
+  const Marshalling by{kInterfaceMarshaller, identities::kMarshallingId, version};
+  for (const identities::Generation& one : identities::kGenerations) {
+    if (&one != &identities::kPresent) AppendInterface(one.interface_id, one.entry, by, entries);
+  }
+}
+
+}  // namespace
+
+std::vector<RegistrationEntry> OwnEntries(const Text& module_file) {
+  std::vector<RegistrationEntry> entries;
+  AppendClass(module_file, entries);
+  const Text neutral = TypeLibraryVersionKey() + u"\\0";
+  entries.push_back({neutral, {}, u""});
+  entries.push_back({neutral + u"\\win32", {}, module_file});
+  AppendEarlierInterfaces(module_file, entries);
   return entries;
 }
 
-std::vector<RegistrationEntry> NeutralLibraryEntries(const Text& module_file) {
-  const Text neutral = TypeLibraryVersionKey() + u"\\0";
-  return {{neutral, {}, u""}, {neutral + u"\\win32", {}, module_file}};
+void AppendInterface(const identities::Guid& id, const char* name, const Marshalling& by,
+                     std::vector<RegistrationEntry>& entries) {
+  const Text key = Text(u"Interface\\") + IdText(id);
+  const Text library_key = key + u"\\TypeLib";
+  const Text marshaller = IdText(by.marshaller);
+  entries.push_back({key, {}, Ascii(name)});
+  entries.push_back({key + u"\\ProxyStubClsid", {}, marshaller});
+  entries.push_back({key + u"\\ProxyStubClsid32", {}, marshaller});
+  entries.push_back({library_key, {}, IdText(by.library)});
+  entries.push_back({library_key, u"Version", by.version});
 }
 
 Text IdText(const identities::Guid& id) {

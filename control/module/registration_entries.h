@@ -23,17 +23,25 @@ struct RegistrationEntry {
   Text data;
 };
 
-/// What registers the control class of the module in `module_file`: a key stands before those below
-/// it.
-[[nodiscard]] std::vector<RegistrationEntry> ClassEntries(const Text& module_file);
+/// What the module in `module_file` writes itself, a key before those below it: the control class;
+/// the type library for hosts, and for the system's marshaller, that name no locale or another than
+/// its own; and the earlier interfaces, with the library by which they are marshalled.
+[[nodiscard]] std::vector<RegistrationEntry> OwnEntries(const Text& module_file);
 
-/// What registers the type library for hosts, and for the system's marshaller, that name no locale
-/// or another than its own; beside what the system's registration of it writes.
-[[nodiscard]] std::vector<RegistrationEntry> NeutralLibraryEntries(const Text& module_file);
+/// What the entries of one interface name: who marshals it, by which version of which library.
+struct Marshalling {
+  identities::Guid marshaller;
+  identities::Guid library;
+  Text version;
+};
+
+/// Appends what registers an interface.
+void AppendInterface(const identities::Guid& id, const char* name, const Marshalling& by,
+                     std::vector<RegistrationEntry>& entries);
 
 /// What the system's registration of the type library writes for the module in `module_file`, whose
-/// folder is `folder`. The module leaves that to the system; an installer has to write it itself.
-/// Not in the module.
+/// folder is `folder`, beside OwnEntries. The module leaves that to the system; an installer has to
+/// write it itself. Not in the module.
 [[nodiscard]] std::vector<RegistrationEntry> TypeLibraryEntries(const Text& module_file,
                                                                 const Text& folder);
 

@@ -20,16 +20,6 @@ Text LocaleInHex() {
   return FromUtf8(digits.data());
 }
 
-void AppendInterface(const identities::Guid& id, const char* name,
-                     const identities::Guid& marshaller, std::vector<RegistrationEntry>& entries) {
-  const Text key = Text(u"Interface\\") + IdText(id);
-  entries.push_back({key, {}, FromUtf8(name)});
-  entries.push_back({key + u"\\ProxyStubClsid", {}, IdText(marshaller)});
-  entries.push_back({key + u"\\ProxyStubClsid32", {}, IdText(marshaller)});
-  entries.push_back({key + u"\\TypeLib", {}, IdText(identities::kLibraryId)});
-  entries.push_back({key + u"\\TypeLib", u"Version", VersionInHex()});
-}
-
 }  // namespace
 
 std::vector<RegistrationEntry> TypeLibraryEntries(const Text& module_file, const Text& folder) {
@@ -41,8 +31,10 @@ std::vector<RegistrationEntry> TypeLibraryEntries(const Text& module_file, const
       {version + u"\\FLAGS", {}, u"2"},
       {version + u"\\HELPDIR", {}, folder}};
   const identities::Generation& present = identities::kPresent;
-  AppendInterface(present.interface_id, identities::kInterfaceName, kInterfaceMarshaller, entries);
-  AppendInterface(present.source_id, identities::kSourceInterfaceName, kEventMarshaller, entries);
+  AppendInterface(present.interface_id, identities::kInterfaceName,
+                  {kInterfaceMarshaller, identities::kLibraryId, VersionInHex()}, entries);
+  AppendInterface(present.source_id, identities::kSourceInterfaceName,
+                  {kEventMarshaller, identities::kLibraryId, VersionInHex()}, entries);
   return entries;
 }
 

@@ -73,7 +73,7 @@ Bytes ControlLibrary() {
                      LIBFLAG_FCONTROL,
                      kModuleName,
                      kHelpFile});
-  writer.ImportDispatch(kAutomationLibraryId, {2, 0}, "stdole2.tlb", kDispatchInterfaceId);
+  writer.ImportDispatch({kAutomationLibraryId, {2, 0}, "stdole2.tlb", kDispatchInterfaceId});
 
   const TypeReference members = writer.AddDualInterface(
       {kInterfaceName, kPresent.interface_id, kVersion, kInterfaceFlags}, Functions());
@@ -93,6 +93,29 @@ Bytes ControlLibrary() {
                      {kClassMajor, generation.minor_version},
                      TYPEFLAG_FHIDDEN},
                     members);
+  }
+  return writer.Write();
+}
+
+Bytes MarshallingLibrary() {
+  constexpr std::uint16_t kFlags =
+      TYPEFLAG_FHIDDEN | TYPEFLAG_FOLEAUTOMATION | TYPEFLAG_FDISPATCHABLE;
+  MsftWriter writer({kMarshallingName,
+                     kMarshallingId,
+                     {kMarshallingMajor, kMarshallingMinor},
+                     kLocale,
+                     kMarshallingFlags,
+                     kMarshallingName,
+                     ""});
+  const TypeReference present = writer.ImportDualInterface(
+      {kLibraryId, {kLibraryMajor, kLibraryMinor}, kModuleFileName, kPresent.interface_id});
+  for (const Generation& generation : kGenerations) {
+    if (&generation == &kPresent) continue;
+    writer.AddEmptyHeir({generation.entry,
+                         generation.interface_id,
+                         {kClassMajor, generation.minor_version},
+                         kFlags},
+                        present, kMembers.size());
   }
   return writer.Write();
 }

@@ -1,7 +1,7 @@
 // Usage: make_resources VERSION IMAGES OUTPUT
 //
 // Writes into the folder OUTPUT everything that is made from identities.h: what QuorvaneSecurity.rc
-// takes up (the type library, the two tables of interface ids, the images made from the texts in
+// takes up (the type libraries, the two tables of interface ids, the images made from the texts in
 // the folder IMAGES, and identities.rh with the numbers and texts and with VERSION, such as
 // 3.09.0001), the interface definition QuorvaneSecurity.idl, and the two C++ headers of the
 // interface under their paths from the root of the repository. Runs on the building machine.
@@ -86,6 +86,7 @@ Bytes Definitions(const std::string& version) {
   };
   text.PutText("// Made from control/interface/identities.h.\n");
   define("TYPE_LIBRARY", std::to_string(kTypeLibraryResource));
+  define("MARSHALLING_LIBRARY", std::to_string(kMarshallingLibraryResource));
   define("ID_TABLE", std::to_string(kIdTableResource));
   define("INTERFACE_IDS", kInterfaceIdsType);
   define("SOURCE_IDS", kSourceIdsType);
@@ -104,6 +105,7 @@ Bytes Definitions(const std::string& version) {
 
 void MakeResources(const std::string& version, const std::string& images) {
   Write("QuorvaneSecurity.tlb", typelib::ControlLibrary());
+  Write("marshalling.tlb", typelib::MarshallingLibrary());
   Write("interface_ids.bin", IdTable(&identities::Generation::interface_id));
   Write("source_ids.bin", IdTable(&identities::Generation::source_id));
   Write("toolbox.bmp", resources::BitmapFile(ImageIn(images + "/toolbox.txt")));

@@ -8,6 +8,7 @@ namespace quorvane::typelib {
 namespace {
 
 // Kinds of type entries. An interface that is dual is stored as its dispatch half with a mark.
+constexpr std::uint32_t kInterfaceKind = 3;
 constexpr std::uint32_t kDispatchKind = 4;
 constexpr std::uint32_t kClassKind = 5;
 constexpr std::uint32_t kAliasKind = 6;
@@ -17,8 +18,7 @@ constexpr std::uint32_t kEntrySize = 100;
 constexpr std::uint32_t kSegmentCount = 15;
 constexpr std::uint32_t kHeaderSize = 84;
 
-// IDispatch: the only imported type, and the counts that its heirs begin with.
-constexpr TypeReference kDispatch = kImportedType;
+// The counts that heirs of IDispatch begin with.
 constexpr std::uint32_t kDispatchMethods = 7;
 constexpr std::uint32_t kDispatchDepth = 2;
 
@@ -45,21 +45,30 @@ MsftWriter::MsftWriter(const LibraryTraits& library)
     : library_(library),
       library_id_(ids_.Add(library.id, kThisLibrary)),
       library_name_(names_.AddLibrary(library.name)),
-      help_file_(texts_.Add(library.help_file)),
+      help_file_(library.help_file.empty() ? kNone : texts_.Add(library.help_file)),
       help_text_(texts_.Add(library.help_text)) {}
 
-void MsftWriter::ImportDispatch(const identities::Guid& library_id, Version version,
-                                const std::string& file, const identities::Guid& dispatch_id) {
+TypeReference MsftWriter::Import(const ImportTraits& traits, std::uint32_t kind) {
   constexpr std::uint32_t kNeutralLocale = 0;
-  constexpr std::uint32_t kInterfaceById = 0x03010000;
+  constexpr std::uint32_t kById = 0x00010000;
   const std::uint32_t import = imported_libraries_.Size();
-  imported_libraries_.Put32(
-      {ids_.Add(library_id, import + kImportedLibrary), kNeutralLocale, Packed(version)});
+  const std::string& file = traits.file;
+  imported_libraries_.Put32({ids_.Add(traits.library_id, import + kImportedLibrary), kNeutralLocale,
+                             Packed(traits.version)});
   imported_libraries_.Put16((static_cast<std::uint32_t>(file.size()) << 2) | 1);
   imported_libraries_.PutText(file);
   imported_libraries_.Align('W');
 
-  imported_types_.Put32({kInterfaceById, import, ids_.Add(dispatch_id, kDispatch)});
+  imported_types_.Put32({kind << 24 | kById, import, ids_.Add(traits.id, kImportedType)});
+  return kImportedType;
+}
+
+void MsftWriter::ImportDispatch(const ImportTraits& dispatch) {
+  dispatch_ = Import(dispatch, kInterfaceKind);
+}
+
+TypeReference MsftWriter::ImportDualInterface(const ImportTraits& traits) {
+  return Import(traits, kDispatchKind);
 }
 
 TypeReference MsftWriter::NextReference() const {
@@ -97,7 +106,7 @@ TypeReference MsftWriter::AddDualInterface(const TypeTraits& traits,
   entry.hints[1] = count * 0x48U;
   entry.base_count = 1;
   entry.table_size = static_cast<std::uint16_t>((kDispatchMethods + count) * kPointerSize);
-  entry.type = kDispatch;
+  entry.type = dispatch_;
   entry.inherited = Packed(kDispatchDepth, kDispatchMethods);
   entry.functions = WriteFunctions(functions);
   return Add(std::move(entry));
@@ -122,10 +131,30 @@ TypeReference MsftWriter::AddClass(const TypeTraits& traits,
   return Add(std::move(entry));
 }
 
+TypeReference MsftWriter::AddEmptyHeir(const TypeTraits& traits, TypeReference base,
+                                       std::size_t members) {
+  Entry entry = NewEntry(traits, kInterfaceKind, 8);
+  const std::uint32_t methods = kDispatchMethods + static_cast<std::uint32_t>(members);
+  entry.base_count = 1;
+  entry.table_size = static_cast<std::uint16_t>(methods * kPointerSize);
+  entry.type = base;
+  entry.inherited = Packed(kDispatchDepth + 1, methods);
+  return Add(std::move(entry));
+}
+
 TypeReference MsftWriter::AddAlias(const TypeTraits& traits, TypeReference of) {
   Entry entry = NewEntry(traits, kAliasKind, 4);
   entry.type = types_.Named(of);
   return Add(std::move(entry));
+}
+
+// A reader asks for the names of a member by its dispatch id and is told those of the first
+// function that bears it. Where that is the get, its return value has to bear the name of the put's
+// argument, or the put's would stay unknown.
+std::uint32_t MsftWriter::NameOfResult(const std::vector<Function>& functions,
+                                       std::uint32_t index) {
+  const std::uint32_t partner = PartnerOf(functions, index);
+  return partner > index ? names_.AddArgument(functions[partner].argument) : kNone;
 }
 
 // The block of an interface's functions: its size, the records, then three columns with the
@@ -170,7 +199,8 @@ Bytes MsftWriter::WriteFunction(const std::vector<Function>& functions, std::uin
     record.Put32(
         {TypeTable::Simple(function.variant_type), names_.AddArgument(function.argument), kIn});
   } else {
-    record.Put32({types_.PointerTo(function.variant_type), kNone, kOutReturnValue});
+    record.Put32(
+        {types_.PointerTo(function.variant_type), NameOfResult(functions, index), kOutReturnValue});
   }
   return record;
 }
@@ -178,13 +208,14 @@ Bytes MsftWriter::WriteFunction(const std::vector<Function>& functions, std::uin
 void MsftWriter::WriteHeader(Bytes& file) const {
   constexpr std::uint32_t kMagic = 0x5446534D;  // "MSFT"
   constexpr std::uint32_t kFormat = 0x00010002;
-  constexpr std::uint32_t kTraits = 0x40 | 0x10 | 1;  // has a help file; for 32-bit Windows
+  constexpr std::uint32_t kHasHelpFile = 0x10;
+  const std::uint32_t traits = 0x40 | 1 | (help_file_ != kNone ? kHasHelpFile : 0);  // 32 bits
   constexpr std::uint32_t kImportedTypes = 1;
-  file.Put32({kMagic, kFormat, library_id_, library_.locale, library_.locale, kTraits});
+  file.Put32({kMagic, kFormat, library_id_, library_.locale, library_.locale, traits});
   file.Put32({Packed(library_.version), library_.flags, static_cast<std::uint32_t>(entries_.size()),
               help_text_, 0, 0});
   file.Put32({names_.Count(), names_.Characters(), library_name_, help_file_, kNone});
-  file.Put32({32, 128, kDispatch, kImportedTypes});  // 32 and 128: buckets of the hash tables
+  file.Put32({32, 128, dispatch_, kImportedTypes});  // 32 and 128: buckets of the hash tables
 }
 
 Bytes MsftWriter::WriteEntries(std::uint32_t functions_start) const {
@@ -234,6 +265,7 @@ Bytes MsftWriter::Write() const {
   directory[0] = {place, entry_count * kEntrySize};
   place += entry_count * kEntrySize;
   for (const Segment& table : tables) {
+    if (table.bytes->Size() == 0) continue;
     directory[table.number] = {place, table.bytes->Size()};
     place += table.bytes->Size();
   }

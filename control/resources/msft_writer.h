@@ -5,7 +5,7 @@
 // but the calls made here, so two builds give the same bytes.
 //
 // Covered is what a control needs: dual interfaces whose members take or return one value, empty
-// dispatch interfaces, classes and aliases.
+// dispatch interfaces, classes, aliases, and interfaces that add nothing to one of another library.
 #pragma once
 
 #include <cstdint>
@@ -31,7 +31,15 @@ struct LibraryTraits {
   std::uint32_t locale;
   std::uint16_t flags;  ///< LIBFLAG_...
   std::string help_text;
-  std::string help_file;
+  std::string help_file;  ///< or empty: it has none
+};
+
+/// An interface of another library.
+struct ImportTraits {
+  identities::Guid library_id;
+  Version version;
+  std::string file;
+  identities::Guid id;
 };
 
 struct TypeTraits {
@@ -44,8 +52,9 @@ struct TypeTraits {
 /// How a member is called; the values are those of INVOKEKIND.
 enum class Invoke : std::uint32_t { kFunction = 1, kPropertyGet = 2, kPropertyPut = 4 };
 
-/// A member that returns HRESULT. A put takes its value; the others hand theirs out through a
-/// nameless last argument, the return value of the call.
+/// A member that returns HRESULT. A put takes its value; the others hand theirs out through their
+/// only argument, the return value of the call. That is nameless, but for a get in front of its
+/// put: it bears the name of the put's argument.
 struct Function {
   std::string name;
   Invoke invoke;
@@ -67,14 +76,17 @@ class MsftWriter {
  public:
   explicit MsftWriter(const LibraryTraits& library);
 
-  /// The interface IDispatch of the automation library, the base of all interfaces added later. To
-  /// be called once, before any other.
-  void ImportDispatch(const identities::Guid& library_id, Version version, const std::string& file,
-                      const identities::Guid& dispatch_id);
+  /// The one import, to be called before any other: IDispatch, the base of the dual interfaces
+  /// added later, ...
+  void ImportDispatch(const ImportTraits& dispatch);
+  /// ... or a dual interface of another library.
+  TypeReference ImportDualInterface(const ImportTraits& traits);
 
   TypeReference AddDualInterface(const TypeTraits& traits, const std::vector<Function>& functions);
   TypeReference AddDispatchInterface(const TypeTraits& traits);
   TypeReference AddClass(const TypeTraits& traits, const std::vector<Implemented>& interfaces);
+  /// An interface without members of its own, with `members` inherited from a dual one.
+  TypeReference AddEmptyHeir(const TypeTraits& traits, TypeReference base, std::size_t members);
   TypeReference AddAlias(const TypeTraits& traits, TypeReference of);
 
   /// The whole file.
@@ -99,10 +111,12 @@ class MsftWriter {
     Bytes functions;
   };
 
+  TypeReference Import(const ImportTraits& traits, std::uint32_t kind);
   Entry NewEntry(const TypeTraits& traits, std::uint32_t kind, std::uint32_t alignment);
   TypeReference Add(Entry entry);
   TypeReference NextReference() const;
   Bytes WriteFunctions(const std::vector<Function>& functions);
+  std::uint32_t NameOfResult(const std::vector<Function>& functions, std::uint32_t index);
   Bytes WriteFunction(const std::vector<Function>& functions, std::uint32_t index);
   void WriteHeader(Bytes& file) const;
   Bytes WriteEntries(std::uint32_t functions_start) const;
@@ -112,6 +126,7 @@ class MsftWriter {
   IdTable ids_;
   TextTable texts_;
   TypeTable types_;
+  TypeReference dispatch_ = kNone;
   std::uint32_t library_id_;
   std::uint32_t library_name_;
   std::uint32_t help_file_;

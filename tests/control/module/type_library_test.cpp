@@ -131,6 +131,32 @@ TEST_F(TypeLibrary, HasTheDualInterfaceWithItsMembersInOrder) {
   }
 }
 
+// A reader asks by the dispatch id, so it is told of the first of the two members that bear it. In
+// the interface that has an argument in any case; in its dispatch half a get has none, so where the
+// get comes first no name of an argument can be told there.
+TEST_F(TypeLibrary, GivesTheNamesOfTheArgumentsOfAllPuts) {
+  const auto type = TypeOf(kSecurityCtrlId);
+  Com<ITypeInfo> table;
+  HREFTYPE reference = 0;
+  ASSERT_EQ(type->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference), S_OK);
+  ASSERT_EQ(type->GetRefTypeInfo(reference, table.Out()), S_OK);
+  const auto argument_of = [](const Com<ITypeInfo>& half, MEMBERID id) {
+    BSTR names[2]{};
+    UINT count = 0;
+    EXPECT_EQ(half->GetNames(id, names, 2, &count), S_OK);
+    const std::wstring argument = count == 2 ? names[1] : L"(none)";
+    for (BSTR name : names) ::SysFreeString(name);
+    return argument;
+  };
+  for (const auto& property : identities::kProperties) {
+    const std::string narrow = property.argument;
+    const std::wstring argument(narrow.begin(), narrow.end());
+    EXPECT_EQ(argument_of(table, property.dispatch_id), argument);
+    EXPECT_EQ(argument_of(type, property.dispatch_id),
+              property.first == identities::First::kPut ? argument : L"(none)");
+  }
+}
+
 TEST_F(TypeLibrary, HasAnEmptySourceInterface) {
   const auto type = TypeOf(kSourceId);
   EXPECT_EQ(NameOf(type), "__SecurityCtrl");

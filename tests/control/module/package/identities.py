@@ -2,6 +2,7 @@
 list that the module is made of."""
 
 LIBRARY_ID = "D87A57E5-81C3-11D5-97D8-0050BA8CAAD8"
+MARSHALLING_ID = "34356A0C-F8F5-4F2E-97B7-A27990164D0B"
 CLASS_ID = "D87A57E7-81C3-11D5-97D8-0050BA8CAAD8"
 
 # Name, minor version, interface id, source interface id.

@@ -13,7 +13,7 @@ PROGRAM = os.environ["QUORVANE_MAKE_RESOURCES"]
 VERSION = "3.09.0001"
 PICTURES = SOURCES / "control/resources"
 FILES = ["QuorvaneSecurity.idl", "QuorvaneSecurity.tlb", "control.ico", "control/interface/security_ctrl.h",
-         "control/object/security_ctrl_members.h", "identities.rh", "interface_ids.bin", "source_ids.bin",
+         "control/object/security_ctrl_members.h", "identities.rh", "interface_ids.bin", "marshalling.tlb", "source_ids.bin",
          "toolbox.bmp"]
 
 
@@ -39,6 +39,7 @@ class MakeResources(unittest.TestCase):
         with tempfile.TemporaryDirectory() as folder:
             files = made(folder)
         self.assertEqual(files["QuorvaneSecurity.tlb"], resource("TYPELIB", 1))
+        self.assertEqual(files["marshalling.tlb"], resource("TYPELIB", 2))
         self.assertEqual(files["interface_ids.bin"], resource("_IID_SECURITYCTRL", 1))
         self.assertEqual(files["source_ids.bin"], resource("_SRCIID_SECURITYCTRL", 1))
 

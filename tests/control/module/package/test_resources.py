@@ -26,7 +26,7 @@ def bgr(colour):
 class ResourceDirectory(unittest.TestCase):
     def test_holds_exactly_these(self):
         self.assertEqual(set(resources()), {
-            ("TYPELIB", 1), ("_IID_SECURITYCTRL", 1), ("_SRCIID_SECURITYCTRL", 1), ("BITMAP", 30000),
+            ("TYPELIB", 1), ("TYPELIB", 2), ("_IID_SECURITYCTRL", 1), ("_SRCIID_SECURITYCTRL", 1), ("BITMAP", 30000),
             ("ICON", 1), ("GROUP_ICON", 30001), ("VERSION", 1)})
 
     def test_is_english_only(self):
