@@ -56,6 +56,8 @@ void Run(Input input) {
   CheckFixed(written, page);
   const std::string bytes = page.ToBytes(characters);
   Require(page.ToBytes(page.FromBytes(bytes)) == bytes, "the bytes of a text change");
+  Require(std::ranges::count(page.FromBytes(written), u'\0') == std::ranges::count(written, '\0'),
+          "a zero that does not pass through");
   std::string one_by_one;
   for (const char16_t c : characters) one_by_one += page.ToBytes({&c, 1});
   Require(one_by_one == bytes, "a character depends on its neighbours");
