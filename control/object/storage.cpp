@@ -65,7 +65,7 @@ HRESULT StorageFace::InitNew(IStorage* storage) {
   Place place{ComPtr<IStorage>(storage), {}};
   HRESULT result = Create(*storage, place.contents);
   if (SUCCEEDED(result)) result = persistence_.InitNew();
-  if (SUCCEEDED(result)) std::swap(held_, place);
+  if (SUCCEEDED(result) && !hands_off_) std::swap(held_, place);
   return result;
 }
 
@@ -76,7 +76,7 @@ HRESULT StorageFace::Load(IStorage* storage) {
   Place place{ComPtr<IStorage>(storage), {}};
   HRESULT result = OpenToKeep(*storage, place.contents);
   if (SUCCEEDED(result)) result = persistence_.Load(place.contents.Get());
-  if (SUCCEEDED(result)) std::swap(held_, place);
+  if (SUCCEEDED(result) && !hands_off_) std::swap(held_, place);
   return result;
 }
 

@@ -215,6 +215,7 @@ TEST(Embedding, IsCarriedOverTheClipboard) {
     Com<IDataObject> copied;
     ASSERT_EQ(::OleGetClipboard(copied.Out()), S_OK);
     EXPECT_EQ(::OleQueryCreateFromData(copied.Get()), S_OK);
+    EXPECT_EQ(::OleQueryLinkFromData(copied.Get()), S_FALSE) << "nothing to link to";
     FakeSite site(FakeSite::Offers::kClientSiteOnly);
     const auto storage = NewCompoundFile();
     ASSERT_EQ(::OleCreateFromData(copied.Get(), IID_IOleObject, OLERENDER_DRAW, nullptr,

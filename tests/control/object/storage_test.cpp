@@ -466,11 +466,9 @@ TEST(StorageSave, LeavesTheOldBytesWhereThereIsNoRoomForMore) {
     const ByteVector before = ContentsOf(storage.real);
     EXPECT_EQ(persistence->Load(&storage), S_OK);
     PutValues(control, kOthers);
-    storage.medium.calls = 0;
-    storage.medium.failing_call = 1;
-    storage.medium.fails_ever_after = true;
-    storage.medium.failure = STG_E_MEDIUMFULL;
+    storage.medium.room = before.size();
     EXPECT_EQ(persistence->Save(&storage, TRUE), STG_E_MEDIUMFULL);
+    EXPECT_EQ(persistence->IsDirty(), S_OK);
     EXPECT_EQ(persistence->HandsOffStorage(), S_OK);
     EXPECT_EQ(ContentsOf(storage.real), before);
   });
@@ -534,6 +532,21 @@ TEST(StorageCalls, MayTakeTheStorageAway) {
     EXPECT_EQ(persistence->SaveCompleted(&storage), S_OK);
     EXPECT_EQ(persistence->HandsOffStorage(), S_OK);
   });
+}
+
+TEST(StorageCalls, MayTakeTheStorageAwayBeforeItIsHeld) {
+  for (const bool is_new : {true, false}) {
+    WithControl([&](auto&, auto& persistence) {
+      FakeStorage storage(StorageOf(kOthers));
+      storage.medium.on_call = [&] { EXPECT_EQ(persistence->HandsOffStorage(), S_OK); };
+      EXPECT_EQ(is_new ? persistence->InitNew(&storage) : persistence->Load(&storage), S_OK);
+      EXPECT_TRUE(storage.IsFree());
+      storage.medium.on_call = nullptr;
+      EXPECT_EQ(persistence->SaveCompleted(&storage), S_OK);
+      EXPECT_FALSE(storage.IsFree());
+      EXPECT_EQ(persistence->HandsOffStorage(), S_OK);
+    });
+  }
 }
 
 TEST(StorageCalls, MayLoadAnotherStorage) {

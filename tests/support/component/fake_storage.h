@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cstdint>
 #include <functional>
 #include <utility>
 
@@ -34,17 +36,15 @@ inline Com<IStorage> OpenCompoundFile(const std::wstring& path,
 struct Medium {
   int calls = 0;
   int failing_call = 0;  ///< counted from 1; 0 for none
-  bool fails_ever_after = false;
   HRESULT failure = STG_E_WRITEFAULT;
+  std::uint64_t room = UINT64_MAX;  ///< for a stream, in bytes; more is STG_E_MEDIUMFULL
   int open_streams = 0;
   std::function<void()> on_call;  ///< what it does first at each call
 
   HRESULT Next() {
     if (const auto now = on_call) now();
     ++calls;
-    const bool fails =
-        failing_call != 0 && (fails_ever_after ? calls >= failing_call : calls == failing_call);
-    return fails ? failure : S_OK;
+    return calls == failing_call ? failure : S_OK;
   }
 };
 
@@ -69,7 +69,13 @@ class MediumStream final : public FakeUnknown<IStream> {
   }
   HRESULT STDMETHODCALLTYPE Write(const void* source, ULONG count, ULONG* written) override {
     const HRESULT result = medium_.Next();
-    return FAILED(result) ? result : real_->Write(source, count, written);
+    if (FAILED(result)) return result;
+    ULARGE_INTEGER at{};
+    EXPECT_EQ(real_->Seek({}, STREAM_SEEK_CUR, &at), S_OK);
+    const ULONG fits =
+        static_cast<ULONG>(std::min<std::uint64_t>(count, medium_.room - at.QuadPart));
+    const HRESULT wrote = real_->Write(source, fits, written);
+    return fits < count ? STG_E_MEDIUMFULL : wrote;
   }
   HRESULT STDMETHODCALLTYPE Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* at) override {
     const HRESULT result = medium_.Next();
@@ -77,7 +83,8 @@ class MediumStream final : public FakeUnknown<IStream> {
   }
   HRESULT STDMETHODCALLTYPE SetSize(ULARGE_INTEGER size) override {
     const HRESULT result = medium_.Next();
-    return FAILED(result) ? result : real_->SetSize(size);
+    if (FAILED(result)) return result;
+    return size.QuadPart > medium_.room ? STG_E_MEDIUMFULL : real_->SetSize(size);
   }
   HRESULT STDMETHODCALLTYPE CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*,
                                    ULARGE_INTEGER*) override {
