@@ -7,6 +7,10 @@
 #ifndef NOMINMAX  // the standard library for this target sets it itself
 #define NOMINMAX
 #endif
+#ifndef DECLSPEC_IMPORT  // tests may have the system's headers already
+// No function of the system throws: whoever calls nothing else needs no unwinding.
+#define DECLSPEC_IMPORT __declspec(dllimport) __attribute__((nothrow))
+#endif
 #include <windows.h>
 
 #undef RtlMoveMemory
