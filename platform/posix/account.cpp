@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 
@@ -48,19 +49,36 @@ auto Lookup(int (*call)(Key, Entry*, char*, std::size_t, Entry**), Key key, Make
   return found != nullptr ? std::optional(make(*found)) : std::nullopt;
 }
 
-User UserFrom(const passwd& entry) { return {entry.pw_name, entry.pw_dir, entry.pw_uid}; }
+// Nothing but an absolute path counts.
+std::filesystem::path Absolute(const char* place) {
+  std::filesystem::path path(place != nullptr ? place : "");
+  return path.is_absolute() ? path : std::filesystem::path();
+}
+
+std::filesystem::path Home() {
+  if (auto home = Absolute(std::getenv("HOME")); !home.empty()) return home;
+  const auto user = CurrentUser();
+  auto home = Absolute(user ? user->home.c_str() : "");
+  return home.empty() ? "/" : home;
+}
+
+std::filesystem::path FolderFor(const char* variable, const char* usual_place) {
+  auto base = Absolute(std::getenv(variable));
+  if (base.empty()) base = Home() / usual_place;
+  return base / "quorvane";
+}
 
 }  // namespace
 
-std::optional<User> CurrentUser() { return Lookup(&::getpwuid_r, ::geteuid(), UserFrom); }
-
-std::optional<User> FindUser(const std::string& name) {
-  return Lookup(&::getpwnam_r, name.c_str(), UserFrom);
+std::optional<User> CurrentUser() {
+  return Lookup(&::getpwuid_r, ::geteuid(), [](const passwd& entry) {
+    return User{entry.pw_name, entry.pw_dir, entry.pw_uid};
+  });
 }
 
-std::optional<std::uint32_t> FindGroup(const std::string& name) {
-  return Lookup(&::getgrnam_r, name.c_str(), [](const group& entry) { return entry.gr_gid; });
-}
+std::filesystem::path DataFolder() { return FolderFor("XDG_DATA_HOME", ".local/share"); }
+
+std::filesystem::path ConfigFolder() { return FolderFor("XDG_CONFIG_HOME", ".config"); }
 
 std::string HostName() {
   std::array<char, HOST_NAME_MAX + 1> name{};
@@ -75,11 +93,18 @@ std::optional<Account> Find(std::string_view name) {
   const auto in = [](std::string_view domain, std::string_view plain) -> std::optional<Account> {
     const std::string known = ToUtf8(Text(FromSystemPage(plain)));
     const bool any = domain.empty() || IsThisMachine(domain);
-    const auto user = any || SameWord(domain, kUserDomain) ? FindUser(known) : std::nullopt;
-    if (user) return Account{UnixSid(kUsers, user->id), std::string(kUserDomain), kUsers};
-    const auto group = any || SameWord(domain, kGroupDomain) ? FindGroup(known) : std::nullopt;
-    if (group) return Account{UnixSid(kGroups, *group), std::string(kGroupDomain), kGroups};
-    return std::nullopt;
+    std::optional<Account> found;
+    if (any || SameWord(domain, kUserDomain)) {
+      found = Lookup(&::getpwnam_r, known.c_str(), [](const passwd& entry) {
+        return Account{UnixSid(kUsers, entry.pw_uid), std::string(kUserDomain), kUsers};
+      });
+    }
+    if (!found && (any || SameWord(domain, kGroupDomain))) {
+      found = Lookup(&::getgrnam_r, known.c_str(), [](const group& entry) {
+        return Account{UnixSid(kGroups, entry.gr_gid), std::string(kGroupDomain), kGroups};
+      });
+    }
+    return found;
   };
   const std::size_t sign = name.find('\\');
   auto whole = in("", name);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,10 +17,13 @@ struct User {
 /// The user that the program runs as (its effective id), or nothing when the user database does not
 /// know it.
 [[nodiscard]] std::optional<User> CurrentUser();
-/// The user of a name, which is told exactly: case counts.
-[[nodiscard]] std::optional<User> FindUser(const std::string& name);
-/// The id of the group of a name.
-[[nodiscard]] std::optional<std::uint32_t> FindGroup(const std::string& name);
+// Where a desktop keeps what belongs to a user, as the XDG Base Directory Specification has it: the
+// environment variable when it holds an absolute path, else the usual folder in the home directory.
+
+/// For data: $XDG_DATA_HOME or ~/.local/share, and there the folder `quorvane`.
+[[nodiscard]] std::filesystem::path DataFolder();
+/// For settings: $XDG_CONFIG_HOME or ~/.config, and there the folder `quorvane`.
+[[nodiscard]] std::filesystem::path ConfigFolder();
 
 /// The name of this machine.
 [[nodiscard]] std::string HostName();

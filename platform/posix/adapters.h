@@ -29,13 +29,7 @@ struct AdapterInfoRecord {
   std::uint32_t dhcp_enabled;
   std::uint32_t current_ip_address;
   IpText ip_addresses;
-  IpText gateways;
-  IpText dhcp_server;
-  std::uint32_t have_wins;
-  IpText primary_wins_server;
-  IpText secondary_wins_server;
-  std::uint32_t lease_obtained;
-  std::uint32_t lease_expires;
+  std::array<std::byte, 172> unused;  ///< gateways, DHCP, name servers, leases: zeros here
 };
 static_assert(sizeof(AdapterInfoRecord) == 640);
 static_assert(offsetof(AdapterInfoRecord, address) == 404);

@@ -101,8 +101,8 @@ class NextFile {
   [[nodiscard]] int Lock() const {
     struct stat own {};
     struct stat named {};
-    if (::flock(descriptor_.Number(), LOCK_EX | LOCK_NB) != 0) return errno;
-    if (::fstat(descriptor_.Number(), &own) != 0) return errno;
+    const int descriptor = descriptor_.Number();
+    if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0 || ::fstat(descriptor, &own) != 0) return errno;
     if (::lstat(path_.c_str(), &named) != 0) return errno == ENOENT ? EAGAIN : errno;
     return own.st_ino == named.st_ino && own.st_dev == named.st_dev ? 0 : EAGAIN;
   }

@@ -190,7 +190,6 @@ class SystemCodePage final : public CodePage {
   std::u16string FromBytes(std::string_view bytes) const override {
     return Page()->FromBytes(bytes);
   }
-  std::int16_t CodeOf(char16_t character) const override { return Page()->CodeOf(character); }
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <utility>
 
 namespace quorvane {
@@ -42,5 +43,8 @@ class Descriptor {
   errno = EOPNOTSUPP;
   return {};
 }
+
+/// The run-time error number of a system error code (errno) that a file call failed with.
+[[nodiscard]] std::int32_t FileErrorNumber(int system_code);
 
 }  // namespace quorvane

@@ -18,7 +18,6 @@
 
 #include "platform/file_numbers.h"
 #include "platform/posix/descriptor.h"
-#include "platform/posix/file_errors.h"
 #include "platform/posix/system_text.h"
 
 // The stand-in on Linux; its rules are in docs/host-services/stand-ins.md.
@@ -27,6 +26,8 @@ namespace quorvane {
 namespace {
 
 using OpenFile = Descriptor;
+
+[[noreturn]] void RaiseFileError(int system_code) { Raise(FileErrorNumber(system_code)); }
 
 FileNumbers<OpenFile>& openFiles() { return threadRecord<FileNumbers<OpenFile>>(); }
 
@@ -195,6 +196,25 @@ class PosixFiles final : public Files {
 };
 
 }  // namespace
+
+std::int32_t FileErrorNumber(int system_code) {
+  constexpr auto kNumbers = std::to_array<std::pair<int, std::int32_t>>({
+      {ENOENT, ErrorNumber::kFileNotFound},      {ENOTDIR, ErrorNumber::kPathNotFound},
+      {EMFILE, ErrorNumber::kTooManyFiles},      {ENFILE, ErrorNumber::kTooManyFiles},
+      {EAGAIN, ErrorNumber::kPermissionDenied},  {EBUSY, ErrorNumber::kPermissionDenied},
+      {ETXTBSY, ErrorNumber::kPermissionDenied}, {EROFS, ErrorNumber::kPermissionDenied},
+      {ENOMEM, ErrorNumber::kOutOfMemory},       {EBADF, ErrorNumber::kBadFileNumber},
+      {EINVAL, ErrorNumber::kBadFileNumber},     {ENAMETOOLONG, ErrorNumber::kBadFileNumber},
+      {EIO, ErrorNumber::kDeviceInputOutput},    {EEXIST, ErrorNumber::kFileAlreadyExists},
+      {ENOSPC, ErrorNumber::kDiskFull},          {EDQUOT, ErrorNumber::kDiskFull},
+      {ENODEV, ErrorNumber::kDeviceUnavailable}, {ENXIO, ErrorNumber::kDeviceUnavailable},
+      {ENOMEDIUM, ErrorNumber::kDiskNotReady},
+  });
+  for (const auto& [code, number] : kNumbers) {
+    if (code == system_code) return number;
+  }
+  return ErrorNumber::kPathFileAccess;  // EACCES, EPERM, EISDIR and ELOOP among them
+}
 
 Files& files() noexcept {
   static PosixFiles instance;

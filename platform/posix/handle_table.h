@@ -5,7 +5,10 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <utility>
+
+#include "platform/address32.h"
 
 namespace quorvane {
 
@@ -50,5 +53,11 @@ class HandleTable {
   std::map<Number, Object> objects_;
   std::uint32_t latest_ = 0;
 };
+
+/// The memory that the stand-ins' calls hand out by its address: texts, each with its zero.
+inline HandleTable<Address32, std::string>& localMemory() {
+  static HandleTable<Address32, std::string> memory;
+  return memory;
+}
 
 }  // namespace quorvane

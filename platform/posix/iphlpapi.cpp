@@ -22,7 +22,6 @@ namespace {
 namespace error = system_error;
 // A pointer does not fit into the records' links, so every block starts at this one.
 constexpr Address32 kBlockStart{0x10000};
-constexpr std::string_view kNoIp = "0.0.0.0";
 
 // By the numbers of the record's field: Ethernet, point to point, other.
 std::uint32_t TypeOf(unsigned kernel_type) {
@@ -35,13 +34,19 @@ void CopyText(std::array<char, Size>& place, std::string_view text) {
   std::copy_n(text.begin(), std::min(text.size(), Size - 1), place.begin());
 }
 
+// No address counts as 0.0.0.0.
 void CopyIp(std::array<char, INET_ADDRSTRLEN>& place, const sockaddr* address) {
-  if (address == nullptr) return;
-  const in_addr& ip = reinterpret_cast<const sockaddr_in*>(address)->sin_addr;
+  const auto* const known = reinterpret_cast<const sockaddr_in*>(address);
+  const in_addr ip = known != nullptr ? known->sin_addr : in_addr{};
   ::inet_ntop(AF_INET, &ip, place.data(), INET_ADDRSTRLEN);
 }
 
-AdapterInfoRecord RecordOf(const ifaddrs& entry) {
+bool IsOf(const ifaddrs& entry, int family) {
+  return entry.ifa_addr != nullptr && entry.ifa_addr->sa_family == family;
+}
+
+// Of a link, with its first address among the entries.
+AdapterInfoRecord RecordOf(const ifaddrs& entry, const ifaddrs* entries) {
   const auto& link = *reinterpret_cast<const sockaddr_ll*>(entry.ifa_addr);
   AdapterInfoRecord record{};
   record.combo_index = record.index = static_cast<std::uint32_t>(link.sll_ifindex);
@@ -51,42 +56,13 @@ AdapterInfoRecord RecordOf(const ifaddrs& entry) {
   static_assert(sizeof link.sll_addr == sizeof record.address);
   record.address_length = std::min<std::uint32_t>(link.sll_halen, sizeof record.address);
   std::copy_n(link.sll_addr, record.address_length, record.address.begin());
-  CopyText(record.ip_addresses.address, kNoIp);
-  CopyText(record.ip_addresses.mask, kNoIp);
+  const std::string_view name = entry.ifa_name;
+  const ifaddrs* ip = entries;
+  while (ip != nullptr && (!IsOf(*ip, AF_INET) || ip->ifa_name != name)) ip = ip->ifa_next;
+  CopyIp(record.ip_addresses.address, ip != nullptr ? ip->ifa_addr : nullptr);
+  CopyIp(record.ip_addresses.mask, ip != nullptr ? ip->ifa_netmask : nullptr);
   return record;
 }
-
-}  // namespace
-
-std::optional<std::vector<AdapterInfoRecord>> KernelAdapters() {
-  ifaddrs* first = nullptr;
-  if (::getifaddrs(&first) != 0) return std::nullopt;
-  const std::unique_ptr<ifaddrs, decltype(&::freeifaddrs)> owner(first, &::freeifaddrs);
-  std::vector<AdapterInfoRecord> adapters;
-  for (const ifaddrs* entry = first; entry != nullptr; entry = entry->ifa_next) {
-    const bool is_link = entry->ifa_addr != nullptr && entry->ifa_addr->sa_family == AF_PACKET;
-    if (is_link && (entry->ifa_flags & IFF_LOOPBACK) == 0) adapters.push_back(RecordOf(*entry));
-  }
-  for (const ifaddrs* entry = first; entry != nullptr; entry = entry->ifa_next) {
-    if (entry->ifa_addr == nullptr || entry->ifa_addr->sa_family != AF_INET) continue;
-    for (AdapterInfoRecord& adapter : adapters) {
-      auto& ip = adapter.ip_addresses;
-      if (adapter.name.data() != std::string_view(entry->ifa_name)) continue;
-      if (ip.address.data() != kNoIp) continue;
-      CopyIp(ip.address, entry->ifa_addr);
-      CopyIp(ip.mask, entry->ifa_netmask);
-    }
-  }
-  return adapters;
-}
-
-void MakeChain(std::vector<AdapterInfoRecord>& records, Address32 start) {
-  auto next = static_cast<std::uint32_t>(start);
-  for (AdapterInfoRecord& record : records) record.next = next += sizeof record;
-  if (!records.empty()) records.back().next = 0;
-}
-
-namespace {
 
 class PosixIphlpapi final : public Iphlpapi {
  public:
@@ -108,6 +84,24 @@ class PosixIphlpapi final : public Iphlpapi {
 };
 
 }  // namespace
+
+std::optional<std::vector<AdapterInfoRecord>> KernelAdapters() {
+  ifaddrs* first = nullptr;
+  if (::getifaddrs(&first) != 0) return std::nullopt;
+  const std::unique_ptr<ifaddrs, decltype(&::freeifaddrs)> owner(first, &::freeifaddrs);
+  std::vector<AdapterInfoRecord> adapters;
+  for (const ifaddrs* entry = first; entry != nullptr; entry = entry->ifa_next) {
+    const bool loops_back = (entry->ifa_flags & IFF_LOOPBACK) != 0;
+    if (IsOf(*entry, AF_PACKET) && !loops_back) adapters.push_back(RecordOf(*entry, first));
+  }
+  return adapters;
+}
+
+void MakeChain(std::vector<AdapterInfoRecord>& records, Address32 start) {
+  auto next = static_cast<std::uint32_t>(start);
+  for (AdapterInfoRecord& record : records) record.next = next += sizeof record;
+  if (!records.empty()) records.back().next = 0;
+}
 
 Iphlpapi& iphlpapi() noexcept {
   static PosixIphlpapi instance;

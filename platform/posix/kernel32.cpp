@@ -9,7 +9,7 @@
 #include <cstring>
 #include <filesystem>
 
-#include "platform/posix/local_memory.h"
+#include "platform/posix/handle_table.h"
 #include "platform/posix/profile_store.h"
 #include "platform/posix/system_text.h"
 #include "runtime/runtime_error.h"

@@ -33,8 +33,6 @@ struct Number {
 
 bool Holds(std::string_view text, char c) { return text.find(c) != std::string_view::npos; }
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 // A byte for each character: a blank for all white space, "?" for what else is not ASCII.
 std::string Plain(std::u16string_view text) {
   constexpr std::u16string_view kWhite =
@@ -107,7 +105,7 @@ class Reader {
   bool TakeDecimal(bool may_have_exponent) {
     bool any_digit = false;
     for (bool in_fraction = false; next_ != end_; ++next_) {
-      if (IsDigit(*next_)) {
+      if (*next_ >= '0' && *next_ <= '9') {
         any_digit = true;
         number_.AddDigit(*next_, in_fraction);
       } else if (*next_ == '.' && !in_fraction) {

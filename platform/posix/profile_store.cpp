@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <string>
 
+#include "platform/posix/account.h"
 #include "platform/posix/atomic_file.h"
-#include "platform/posix/desktop_places.h"
 #include "platform/posix/profile_document.h"
 #include "platform/posix/system_text.h"
 

@@ -1,147 +1,190 @@
 #include "platform/posix/registry.h"
 
 #include <algorithm>
-#include <array>
-#include <cstring>
+#include <charconv>
+#include <sstream>
 
-#include "platform/posix/system_errors.h"
+#include "platform/posix/account.h"
 #include "platform/posix/system_text.h"
+#include "runtime/utf8.h"
 
 namespace quorvane {
 namespace {
 
-namespace error = system_error;
+constexpr std::string_view kFirstLine = "quorvane registry 1";
+constexpr std::string_view kLastLine = "end";
 
-constexpr std::int32_t kQueryValue = 1;
-constexpr std::int32_t kSetValue = 2;
-constexpr std::int32_t kAllRights = -1;
-constexpr std::int32_t kCreatedNewKey = 1;
-constexpr std::int32_t kOpenedExistingKey = 2;
-constexpr std::size_t kLongestKeyName = 255;
-constexpr std::size_t kLongestValueName = 16383;
-
-// By the low bits of the predefined handle, whose top bit is set.
-constexpr std::array<std::u16string_view, 6> kHives = {
-    u"HKEY_CLASSES_ROOT", u"HKEY_CURRENT_USER",     u"HKEY_LOCAL_MACHINE",
-    u"HKEY_USERS",        u"HKEY_PERFORMANCE_DATA", u"HKEY_CURRENT_CONFIG"};
-
-std::optional<std::u16string_view> HiveOf(Registry::Handle handle) {
-  const std::uint32_t index = static_cast<std::uint32_t>(handle) - 0x80000000U;
-  if (index >= kHives.size() || kHives[index] == u"HKEY_PERFORMANCE_DATA") return std::nullopt;
-  return kHives[index];
-}
-
-std::u16string NameFrom(const char* bytes) {
-  return bytes != nullptr ? FromSystemPage(bytes) : std::u16string();
-}
-
-bool HasTooLongName(std::u16string_view path) {
-  std::size_t length = 0;
-  const auto goes_too_far = [&length](char16_t character) {
-    return (length = character == u'\\' ? 0 : length + 1) > kLongestKeyName;
-  };
-  return std::ranges::any_of(path, goes_too_far);
-}
-
-// What the operation gives, or the code of a store that fails.
-template <class Operation>
-std::int32_t Guarded(Operation operation) {
-  try {
-    return operation();
-  } catch (const StoreFailure&) {
-    return error::kRegistryIoFailed;
+// Without what of its "\" does not count.
+std::u16string Plain(std::u16string_view path) {
+  std::u16string plain;
+  for (const char16_t character : path) {
+    const bool counts = !plain.empty() && plain.back() != u'\\';
+    if (character != u'\\' || counts) plain += character;
   }
+  if (plain.ends_with(u'\\')) plain.pop_back();
+  return plain;
 }
 
-bool IsText(std::int32_t type) { return type == 1 || type == 2 || type == 7; }
+// "%" and two digits for a byte that would be taken for something else; above 127 if so wanted.
+std::string Escaped(std::string_view bytes, bool high_ones_too) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string escaped;
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
+    const bool is_plain = byte < 0x80 ? byte >= 0x20 && byte != 0x7F : !high_ones_too;
+    if (is_plain && c != '%' && c != '=' && c != '[') {
+      escaped += c;
+    } else {
+      escaped.append({'%', kDigits[byte >> 4U], kDigits[byte & 15U]});
+    }
+  }
+  return escaped;
+}
 
-// A text without its zero takes the one that stands behind it in the caller's memory.
-std::string DataOf(std::int32_t type, const char* data, std::size_t size) {
-  std::string bytes(data, size);
-  if (IsText(type) && size > 0 && data[size - 1] != '\0' && data[size] == '\0') bytes += '\0';
+std::string NameText(const std::u16string& name) { return Escaped(ToUtf8(name), false); }
+
+template <class Number>
+bool ReadNumber(std::string_view digits, int base, Number& number) {
+  const char* const end = digits.data() + digits.size();
+  const auto [rest, error] = std::from_chars(digits.data(), end, number, base);
+  return error == std::errc() && rest == end;
+}
+
+std::optional<std::string> Unescaped(std::string_view text) {
+  std::string bytes;
+  while (!text.empty()) {
+    auto byte = static_cast<unsigned char>(text.front());
+    const bool is_escaped = byte == '%';
+    if (is_escaped && (text.size() < 3 || !ReadNumber(text.substr(1, 2), 16, byte))) return {};
+    bytes += static_cast<char>(byte);
+    text.remove_prefix(is_escaped ? 3 : 1);
+  }
   return bytes;
+}
+
+std::optional<std::u16string> NameFrom(std::string_view text) {
+  const auto bytes = Unescaped(text);
+  const Text name = bytes ? FromUtf8(*bytes) : Text();
+  if (!bytes || ToUtf8(name) != *bytes) return std::nullopt;
+  return name.Characters();
+}
+
+// name=type:data
+std::optional<StoredValue> ValueFrom(std::string_view line) {
+  const std::size_t sign = std::min(line.find('='), line.size());
+  const std::size_t colon = line.find(':', sign);
+  if (colon == std::string_view::npos) return std::nullopt;
+  const auto name = NameFrom(line.substr(0, sign));
+  const auto data = Unescaped(line.substr(colon + 1));
+  std::int32_t type = 0;
+  if (!name || !data || !ReadNumber(line.substr(sign + 1, colon - sign - 1), 10, type)) return {};
+  return StoredValue{*name, type, *data};
+}
+
+RegistryTree TreeFrom(const std::filesystem::path& file, const std::optional<std::string>& bytes) {
+  auto tree = bytes ? RegistryTree::From(*bytes) : RegistryTree();
+  if (!tree) throw StoreFailure(file.native() + ": damaged, or of a later version");
+  return std::move(*tree);
 }
 
 }  // namespace
 
-std::optional<Registry::OpenKey> Registry::Resolve(Handle handle) {
-  if (const auto hive = HiveOf(handle)) return OpenKey{std::u16string(*hive), kAllRights};
-  return open_keys_.Find(handle);
+bool RegistryTree::Has(std::u16string_view path) const {
+  const std::u16string plain = Plain(path);
+  return plain.find(u'\\') == std::u16string::npos || keys_.contains(FoldCase(plain));
 }
 
-std::int32_t Registry::OpenOrCreate(Handle from, const char* path, std::int32_t access,
-                                    Handle* opened, std::int32_t* disposition) {
-  if (opened == nullptr) return error::kInvalidParameter;
-  const auto start = Resolve(from);
-  if (!start) return error::kInvalidHandle;
-  const std::u16string names = NameFrom(path);
-  if (names.starts_with(u'\\')) return error::kBadPathName;
-  if (HasTooLongName(names)) return error::kInvalidParameter;
-  const std::u16string full_path = start->path + u'\\' + names;
-  bool is_new = !store_.Read().Has(full_path);
-  if (is_new && disposition == nullptr) return error::kFileNotFound;
-  if (is_new) store_.Change([&](RegistryTree& tree) { is_new = tree.Make(full_path); });
-  if (disposition != nullptr) *disposition = is_new ? kCreatedNewKey : kOpenedExistingKey;
-  *opened = names.empty() && HiveOf(from) ? from : open_keys_.Add({full_path, access});
-  return error::kSuccess;
+const StoredValue* RegistryTree::Find(std::u16string_view path, std::u16string_view name) const {
+  const auto key = keys_.find(FoldCase(Plain(path)));
+  if (key == keys_.end()) return nullptr;
+  const auto value = key->second.values.find(FoldCase(name));
+  return value != key->second.values.end() ? &value->second : nullptr;
 }
 
-std::int32_t Registry::Open(Handle from, const char* path, std::int32_t access, Handle* opened) {
-  return Guarded([&] { return OpenOrCreate(from, path, access, opened, nullptr); });
+std::vector<const RegistryKey*> RegistryTree::KeysFrom(std::u16string_view path) const {
+  const std::u16string folded = FoldCase(Plain(path));
+  std::vector<const RegistryKey*> found;
+  for (const auto& [key_path, key] : keys_) {
+    const bool is_below = folded.empty() || key_path.starts_with(folded + u'\\');
+    if (is_below || key_path == folded) found.push_back(&key);
+  }
+  return found;
 }
 
-std::int32_t Registry::Create(Handle from, const char* path, std::int32_t access, Handle* opened,
-                              std::int32_t* disposition) {
-  std::int32_t unread = 0;
-  return Guarded([&] {
-    return OpenOrCreate(from, path, access, opened, disposition != nullptr ? disposition : &unread);
+bool RegistryTree::Make(std::u16string_view path) {
+  const std::u16string plain = Plain(path);
+  const std::size_t sign = plain.rfind(u'\\');
+  if (sign != std::u16string::npos && !keys_.contains(FoldCase(plain))) Make(plain.substr(0, sign));
+  return keys_.try_emplace(FoldCase(plain), RegistryKey{plain, {}}).second;
+}
+
+void RegistryTree::Set(std::u16string_view path, std::u16string_view name, std::int32_t type,
+                       std::string_view data) {
+  Make(path);
+  RegistryKey& key = keys_.at(FoldCase(Plain(path)));
+  StoredValue& value =
+      key.values.try_emplace(FoldCase(name), StoredValue{std::u16string(name), 0, ""})
+          .first->second;
+  value.type = type;
+  value.data = data;
+}
+
+bool RegistryTree::RemoveValue(std::u16string_view path, std::u16string_view name) {
+  const auto key = keys_.find(FoldCase(Plain(path)));
+  return key != keys_.end() && key->second.values.erase(FoldCase(name)) > 0;
+}
+
+bool RegistryTree::RemoveKey(std::u16string_view path) {
+  const auto gone = KeysFrom(path);
+  for (const RegistryKey* const key : gone) keys_.erase(FoldCase(key->path));
+  return !gone.empty();
+}
+
+std::string RegistryTree::Bytes() const {
+  std::string bytes = std::string(kFirstLine) + '\n';
+  for (const auto& [folded, key] : keys_) {
+    bytes += "[" + NameText(key.path) + "]\n";
+    for (const auto& [folded_name, value] : key.values) {
+      bytes += NameText(value.name) + "=" + std::to_string(value.type) + ":" +
+               Escaped(value.data, true) + "\n";
+    }
+  }
+  return bytes.append(kLastLine) + '\n';
+}
+
+std::optional<RegistryTree> RegistryTree::From(std::string_view bytes) {
+  std::istringstream lines{std::string(bytes)};
+  std::string line;
+  if (!std::getline(lines, line) || line != kFirstLine) return std::nullopt;
+  RegistryTree tree;
+  std::u16string path;
+  // The last line has its end, too.
+  while (std::getline(lines, line) && !lines.eof()) {
+    if (line == kLastLine && lines.peek() == std::istringstream::traits_type::eof()) return tree;
+    if (line.starts_with('[') && line.ends_with(']')) {
+      path = NameFrom(line.substr(1, line.size() - 2)).value_or(u"");
+      if (path.empty()) return std::nullopt;
+      tree.Make(path);
+    } else {
+      const auto value = ValueFrom(line);
+      if (path.empty() || !value) return std::nullopt;
+      tree.Set(path, value->name, value->type, value->data);
+    }
+  }
+  return std::nullopt;
+}
+
+RegistryTree RegistryStore::Read() const { return TreeFrom(file_, ReadFile(file_)); }
+
+void RegistryStore::Change(const std::function<void(RegistryTree&)>& change) const {
+  CreatePrivateFolder(file_.parent_path());
+  ChangeFile(file_, 0600, [&](const std::optional<std::string>& before) {
+    RegistryTree tree = TreeFrom(file_, before);
+    change(tree);
+    return tree.Bytes();
   });
 }
 
-std::int32_t Registry::Query(Handle key, const char* name, std::int32_t* type, void* data,
-                             std::int32_t* size) {
-  return Guarded([&]() -> std::int32_t {
-    if (data != nullptr && size == nullptr) return error::kInvalidParameter;
-    const auto open = Resolve(key);
-    if (!open) return error::kInvalidHandle;
-    if ((open->access & kQueryValue) == 0) return error::kAccessDenied;
-    const RegistryTree tree = store_.Read();
-    const StoredValue* const value = tree.Find(open->path, NameFrom(name));
-    if (value == nullptr) return error::kFileNotFound;
-    const auto length = static_cast<std::int32_t>(value->data.size());
-    if (type != nullptr) *type = value->type;
-    if (size == nullptr) return error::kSuccess;
-    const std::int32_t room = *size;
-    *size = length;
-    if (data == nullptr) return error::kSuccess;
-    if (room < length) return error::kMoreData;
-    std::copy(value->data.begin(), value->data.end(), static_cast<char*>(data));
-    return error::kSuccess;
-  });
-}
-
-std::int32_t Registry::Set(Handle key, const char* name, std::int32_t type, const void* data,
-                           std::int32_t size) {
-  return Guarded([&]() -> std::int32_t {
-    const auto open = Resolve(key);
-    if (!open) return error::kInvalidHandle;
-    if ((open->access & kSetValue) == 0) return error::kAccessDenied;
-    if (size < 0 || (data == nullptr && size > 0)) return error::kNoAccess;
-    const std::u16string value_name = NameFrom(name);
-    if (value_name.size() > kLongestValueName) return error::kInvalidParameter;
-    const auto* const bytes = static_cast<const char*>(data != nullptr ? data : "");
-    const std::string stored = DataOf(type, bytes, static_cast<std::size_t>(size));
-    bool is_there = false;
-    store_.Change([&](RegistryTree& tree) {
-      is_there = tree.Has(open->path);
-      if (is_there) tree.Set(open->path, value_name, type, stored);
-    });
-    return is_there ? error::kSuccess : error::kKeyDeleted;
-  });
-}
-
-std::int32_t Registry::Close(Handle key) {
-  return HiveOf(key) || open_keys_.Remove(key) ? error::kSuccess : error::kInvalidHandle;
-}
+RegistryStore UserRegistry() { return RegistryStore(DataFolder() / "registry.txt"); }
 
 }  // namespace quorvane

@@ -13,20 +13,13 @@ namespace {
 
 constexpr char16_t kByteMark = 0xDC00;
 
-// The C library's own rules for all of Unicode, whatever locale the program runs in.
-locale_t UnicodeLocale() {
-  static const locale_t kLocale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-  return kLocale;
-}
-
+// By the C library's own rules for all of Unicode, whatever locale the program runs in; for ASCII
+// alone where it lacks them.
 char16_t UpperCase(char16_t character) {
-  if (character < 0x80) {
-    const bool lower = character >= u'a' && character <= u'z';
-    return lower ? static_cast<char16_t>(character - u'a' + u'A') : character;
-  }
-  const locale_t locale = UnicodeLocale();
-  if (locale == nullptr) return character;
-  const wint_t upper = ::towupper_l(character, locale);
+  static const locale_t kUnicode = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  static const locale_t kRules =
+      kUnicode != nullptr ? kUnicode : ::newlocale(LC_CTYPE_MASK, "C", nullptr);
+  const wint_t upper = ::towupper_l(character, kRules);
   return upper <= 0xFFFF ? static_cast<char16_t>(upper) : character;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <sstream>
 #include <utility>
 
 namespace quorvane {
@@ -13,22 +14,15 @@ constexpr long kMostRedirects = 10;
 constexpr long kDefaultProxyPort = 80;
 
 // The entry of a proxy list that serves HTTP, without its "http="; empty when there is none.
-std::string HttpProxyIn(std::string_view list) {
+std::string HttpProxyIn(std::string list) {
   constexpr std::string_view kScheme = "http=";
-  constexpr std::string_view kDividers = "; ";
-  while (!list.empty()) {
-    const std::size_t end = std::min(list.find_first_of(kDividers), list.size());
-    std::string_view entry = list.substr(0, end);
-    list.remove_prefix(std::min(end + 1, list.size()));
-    if (entry.starts_with(kScheme)) entry.remove_prefix(kScheme.size());
-    if (!entry.empty() && entry.find('=') == std::string_view::npos) return std::string(entry);
+  std::ranges::replace(list, ';', ' ');
+  std::istringstream entries(list);
+  for (std::string entry; entries >> entry;) {
+    if (entry.starts_with(kScheme)) entry.erase(0, kScheme.size());
+    if (!entry.empty() && entry.find('=') == std::string::npos) return entry;
   }
   return {};
-}
-
-bool InitializeLibrary() {
-  static const CURLcode kResult = curl_global_init(CURL_GLOBAL_DEFAULT);
-  return kResult == CURLE_OK;
 }
 
 }  // namespace
@@ -88,7 +82,6 @@ web_client::Reason WebExchange::Failure() const {
 }
 
 bool WebExchange::Prepare(std::string_view body) {
-  if (!InitializeLibrary()) return false;
   easy_.reset(curl_easy_init());
   multi_.reset(curl_multi_init());
   if (!easy_ || !multi_ || !SetAddress() || !SetWay()) return false;
@@ -122,8 +115,8 @@ bool WebExchange::SetAddress() {
 }
 
 bool WebExchange::SetWay() {
-  if (request_.uses_proxy) {
-    const std::string proxy = HttpProxyIn(request_.proxy);
+  if (request_.proxy) {
+    const std::string proxy = HttpProxyIn(*request_.proxy);
     if (proxy.empty() || !Set(CURLOPT_PROXY, proxy.c_str()) ||
         !Set(CURLOPT_PROXYPORT, kDefaultProxyPort) || !Set(CURLOPT_NOPROXY, "")) {
       return false;
@@ -142,11 +135,10 @@ void WebExchange::SetHeaders() {
   const auto add = [this](const std::string& line) {
     headers_.reset(curl_slist_append(headers_.release(), line.c_str()));
   };
-  std::string_view lines = request_.headers;
-  while (!lines.empty()) {
-    const std::size_t end = std::min(lines.find("\r\n"), lines.size());
-    if (end > 0) add(std::string(lines.substr(0, end)));
-    lines.remove_prefix(std::min(end + 2, lines.size()));
+  std::istringstream lines(request_.headers);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.ends_with('\r')) line.pop_back();
+    if (!line.empty()) add(line);
   }
   // A name without a value keeps libcurl from adding that header by itself, not one from above.
   add("Accept:");

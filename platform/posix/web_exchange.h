@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,8 +16,8 @@ namespace quorvane {
 /// What a request of the web client library has gathered until it is sent.
 struct WebRequest {
   std::string agent;
-  bool uses_proxy = false;  ///< whether `proxy` counts; else the system's configuration does
-  std::string proxy;        ///< as the library takes it, see WebExchange
+  /// As the library takes it, see WebExchange; without one the system's configuration counts.
+  std::optional<std::string> proxy;
   std::string server;
   std::uint16_t port = 0;
   std::string user_name;

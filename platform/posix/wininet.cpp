@@ -51,8 +51,7 @@ class CurlWinInet final : public WinInet {
     }
     WebRequest so_far;
     so_far.agent = TextOf(agent);
-    so_far.uses_proxy = uses_proxy;
-    so_far.proxy = TextOf(proxy);
+    if (uses_proxy) so_far.proxy = proxy;
     return Add(Kind::kSession, std::move(so_far));
   }
 

@@ -9,18 +9,20 @@ namespace {
 class PictureInMemory final : public Picture {
  public:
   PictureInMemory(std::int32_t width, std::int32_t height, Colour background)
-      : width_(width), height_(height), pixels_(width, height, background) {}
+      : pixels_(width, height, background) {}
 
   DeviceContext hDC() override { return pixels_.Handle(); }
-  double Width() override { return double{kTwipsPerPixel} * width_; }
-  double Height() override { return double{kTwipsPerPixel} * height_; }
-  [[nodiscard]] std::int32_t PixelWidth() const override { return width_; }
-  [[nodiscard]] std::int32_t PixelHeight() const override { return height_; }
-  Colour PixelAt(std::int32_t x, std::int32_t y) override { return pixels_.At(x, y); }
+  double Width() override { return double{kTwipsPerPixel} * pixels_.width; }
+  double Height() override { return double{kTwipsPerPixel} * pixels_.height; }
+  [[nodiscard]] std::int32_t PixelWidth() const override { return pixels_.width; }
+  [[nodiscard]] std::int32_t PixelHeight() const override { return pixels_.height; }
+  Colour PixelAt(std::int32_t x, std::int32_t y) override {
+    const bool inside = x >= 0 && x < pixels_.width && y >= 0 && y < pixels_.height;
+    if (!inside) Raise(ErrorNumber::kSubscriptOutOfRange);
+    return pixels_.At(x, y);
+  }
 
  private:
-  std::int32_t width_;
-  std::int32_t height_;
   Pixels pixels_;
 };
 

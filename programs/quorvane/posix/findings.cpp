@@ -9,9 +9,9 @@
 #include <cstring>
 #include <filesystem>
 
-#include "platform/posix/desktop_places.h"
+#include "platform/posix/account.h"
 #include "platform/posix/profile_store.h"
-#include "platform/posix/registry_store.h"
+#include "platform/posix/registry.h"
 #include "platform/posix/system_locale.h"
 
 namespace quorvane::programs {

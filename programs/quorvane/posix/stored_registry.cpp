@@ -1,6 +1,6 @@
 #include "programs/quorvane/stored_registry.h"
 
-#include "platform/posix/registry_store.h"
+#include "platform/posix/registry.h"
 #include "platform/posix/system_text.h"
 #include "programs/common/console.h"
 #include "programs/quorvane/utf16_bytes.h"

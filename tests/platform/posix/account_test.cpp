@@ -11,7 +11,7 @@
 
 #include "platform/advapi32.h"
 #include "platform/kernel32.h"
-#include "platform/posix/local_memory.h"
+#include "platform/posix/handle_table.h"
 #include "tests/support/raises.h"
 
 namespace quorvane {

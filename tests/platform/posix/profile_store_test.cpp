@@ -16,8 +16,8 @@
 #include <thread>
 #include <vector>
 
+#include "platform/posix/account.h"
 #include "platform/posix/atomic_file.h"
-#include "platform/posix/desktop_places.h"
 #include "tests/platform/posix/processes.h"
 #include "tests/support/temporary_folder.h"
 

@@ -1,8 +1,6 @@
 // Proves that the registry's store survives its programs, loses nothing to several writers, and
 // answers with error codes when its file cannot be used.
 
-#include "platform/posix/registry.h"
-
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -14,6 +12,7 @@
 #include "platform/posix/atomic_file.h"
 #include "platform/posix/system_errors.h"
 #include "tests/platform/posix/processes.h"
+#include "tests/platform/posix/registry_calls.h"
 #include "tests/support/temporary_folder.h"
 
 namespace quorvane {

@@ -12,9 +12,9 @@
 
 #include "platform/posix/atomic_file.h"
 #include "platform/posix/profile_store.h"
-#include "platform/posix/registry.h"
 #include "platform/posix/system_errors.h"
 #include "tests/platform/posix/ordinary_user.h"
+#include "tests/platform/posix/registry_calls.h"
 #include "tests/support/temporary_folder.h"
 
 namespace quorvane {
