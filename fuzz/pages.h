@@ -3,7 +3,7 @@
 #include <array>
 #include <memory>
 
-#include "platform/posix/code_page.h"
+#include "platform/posix/system_text.h"
 
 namespace quorvane::fuzz {
 

@@ -3,7 +3,7 @@
 // Oracle: a second reader of the file, and a plain list of keys that is searched from its start;
 // what is written reads back as the same tree.
 
-#include "platform/posix/registry_tree.h"
+#include "platform/posix/registry.h"
 
 #include <cstdlib>
 #include <optional>

@@ -20,8 +20,8 @@ namespace {
 constexpr std::string_view kUserDomain = "Unix User";
 constexpr std::string_view kGroupDomain = "Unix Group";
 // A type of account, and a part of its identifier.
-constexpr int kUsers = 1;
-constexpr int kGroups = 2;
+constexpr std::uint32_t kUsers = 1;
+constexpr std::uint32_t kGroups = 2;
 constexpr unsigned char kMostParts = 15;
 
 bool SameWord(std::string_view left, std::string_view right) {
@@ -29,10 +29,12 @@ bool SameWord(std::string_view left, std::string_view right) {
 }
 
 // A binary identifier's parts are numbers of 32 bits, low byte first, as the system's own.
-std::string UnixSid(std::uint32_t kind, std::uint32_t id) {
+account::Account AccountOf(std::uint32_t kind, std::uint32_t id) {
   const std::array parts{kind, id};
-  return std::string("\1\2\0\0\0\0\0\26", 8) +
-         std::string(reinterpret_cast<const char*>(parts.data()), sizeof parts);
+  return {std::string("\1\2\0\0\0\0\0\26", 8) +
+              std::string(reinterpret_cast<const char*>(parts.data()), sizeof parts),
+          std::string(kind == kUsers ? kUserDomain : kGroupDomain),
+          static_cast<std::int32_t>(kind)};
 }
 
 // What a call of the user database finds for a key, made into another form; nothing where it finds
@@ -95,14 +97,12 @@ std::optional<Account> Find(std::string_view name) {
     const bool any = domain.empty() || IsThisMachine(domain);
     std::optional<Account> found;
     if (any || SameWord(domain, kUserDomain)) {
-      found = Lookup(&::getpwnam_r, known.c_str(), [](const passwd& entry) {
-        return Account{UnixSid(kUsers, entry.pw_uid), std::string(kUserDomain), kUsers};
-      });
+      found = Lookup(&::getpwnam_r, known.c_str(),
+                     [](const passwd& entry) { return AccountOf(kUsers, entry.pw_uid); });
     }
     if (!found && (any || SameWord(domain, kGroupDomain))) {
-      found = Lookup(&::getgrnam_r, known.c_str(), [](const group& entry) {
-        return Account{UnixSid(kGroups, entry.gr_gid), std::string(kGroupDomain), kGroups};
-      });
+      found = Lookup(&::getgrnam_r, known.c_str(),
+                     [](const group& entry) { return AccountOf(kGroups, entry.gr_gid); });
     }
     return found;
   };

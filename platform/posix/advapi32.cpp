@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <string>
 
 #include "platform/posix/account.h"
@@ -9,6 +10,7 @@
 #include "platform/posix/registry.h"
 #include "platform/posix/system_errors.h"
 #include "platform/posix/system_text.h"
+#include "runtime/utf8.h"
 
 namespace quorvane {
 namespace {
@@ -55,12 +57,11 @@ std::int32_t Guarded(Operation operation) {
   }
 }
 
-bool IsText(std::int32_t type) { return type == 1 || type == 2 || type == 7; }
-
 // A text without its zero takes the one that stands behind it in the caller's memory.
 std::string DataOf(std::int32_t type, const char* data, std::size_t size) {
+  const bool is_text = type == 1 || type == 2 || type == 7;
   std::string bytes(data, size);
-  if (IsText(type) && size > 0 && data[size - 1] != '\0' && data[size] == '\0') bytes += '\0';
+  if (is_text && size > 0 && data[size - 1] != '\0' && data[size] == '\0') bytes += '\0';
   return bytes;
 }
 
@@ -75,8 +76,7 @@ std::int32_t EndWith(std::int32_t code) {
 
 class PosixAdvapi32 final : public Advapi32 {
  public:
-  /// Without a store the user's own is taken.
-  explicit PosixAdvapi32(std::optional<RegistryStore> store) : store_(std::move(store)) {}
+  explicit PosixAdvapi32(std::function<RegistryStore()> store) : store_(std::move(store)) {}
 
   std::int32_t RegOpenKeyExA(RegistryHandle hive, const char* path, std::int32_t /*options*/,
                              std::int32_t access, RegistryHandle* key) override {
@@ -99,7 +99,7 @@ class PosixAdvapi32 final : public Advapi32 {
       const auto open = Resolve(key);
       if (!open) return error::kInvalidHandle;
       if ((open->access & kQueryValue) == 0) return error::kAccessDenied;
-      const RegistryTree tree = Store().Read();
+      const RegistryTree tree = store_().Read();
       const StoredValue* const value = tree.Find(open->path, NameFrom(name));
       if (value == nullptr) return error::kFileNotFound;
       const auto length = static_cast<std::int32_t>(value->data.size());
@@ -126,7 +126,7 @@ class PosixAdvapi32 final : public Advapi32 {
       const auto* const bytes = static_cast<const char*>(data != nullptr ? data : "");
       const std::string stored = DataOf(type, bytes, static_cast<std::size_t>(size));
       bool is_there = false;
-      Store().Change([&](RegistryTree& tree) {
+      store_().Change([&](RegistryTree& tree) {
         is_there = tree.Has(open->path);
         if (is_there) tree.Set(open->path, value_name, type, stored);
       });
@@ -141,7 +141,7 @@ class PosixAdvapi32 final : public Advapi32 {
   std::int32_t GetUserNameA(char* buffer, std::int32_t* size) override {
     const auto user = CurrentUser();
     if (!user) return EndWith(error::kNoneMapped);
-    const std::string name = Utf8ToSystemPage(user->name);
+    const std::string name = ToSystemPage(FromUtf8(user->name).Characters());
     const auto needed = static_cast<std::int32_t>(name.size() + 1);
     const bool fits = buffer != nullptr && *size >= needed;
     *size = needed;
@@ -185,13 +185,6 @@ class PosixAdvapi32 final : public Advapi32 {
     std::int32_t access = 0;
   };
 
-  // Found at its first use, not where the library is asked for: finding the user's folder can fail.
-  const RegistryStore& Store() {
-    if (store_) return *store_;
-    static const RegistryStore kUsers = UserRegistry();
-    return kUsers;
-  }
-
   std::optional<OpenKey> Resolve(RegistryHandle handle) {
     if (const auto hive = HiveOf(handle)) return OpenKey{std::u16string(*hive), kAllRights};
     return open_keys_.Find(handle);
@@ -206,26 +199,27 @@ class PosixAdvapi32 final : public Advapi32 {
     if (names.starts_with(u'\\')) return error::kBadPathName;
     if (HasTooLongName(names)) return error::kInvalidParameter;
     const std::u16string full_path = start->path + u'\\' + names;
-    bool is_new = !Store().Read().Has(full_path);
+    bool is_new = !store_().Read().Has(full_path);
     if (is_new && disposition == nullptr) return error::kFileNotFound;
-    if (is_new) Store().Change([&](RegistryTree& tree) { is_new = tree.Make(full_path); });
+    if (is_new) store_().Change([&](RegistryTree& tree) { is_new = tree.Make(full_path); });
     if (disposition != nullptr) *disposition = is_new ? kCreatedNewKey : kOpenedExistingKey;
     *opened = names.empty() && HiveOf(from) ? from : open_keys_.Add({full_path, access});
     return error::kSuccess;
   }
 
-  std::optional<RegistryStore> store_;
+  // Asked at each call, as finding the user's folder can fail.
+  std::function<RegistryStore()> store_;
   HandleTable<RegistryHandle, OpenKey> open_keys_;
 };
 
 }  // namespace
 
-std::unique_ptr<Advapi32> MakeAdvapi32(RegistryStore store) {
-  return std::make_unique<PosixAdvapi32>(std::move(store));
+std::unique_ptr<Advapi32> MakeAdvapi32(const RegistryStore& store) {
+  return std::make_unique<PosixAdvapi32>([store] { return store; });
 }
 
 Advapi32& advapi32() noexcept {
-  static PosixAdvapi32 instance{std::nullopt};
+  static PosixAdvapi32 instance(UserRegistry);
   return instance;
 }
 

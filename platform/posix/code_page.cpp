@@ -1,9 +1,9 @@
-#include "platform/posix/code_page.h"
+#include "platform/posix/system_text.h"
 
 #include <iconv.h>
 
-#include <algorithm>
 #include <array>
+#include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -87,7 +87,9 @@ constexpr auto kOwnBytes =
 class TablePage final : public CodePage {
  public:
   TablePage(int number, Converter& to_units, Converter& to_bytes)
-      : default_unit_(number == 932 ? u'\u30FB' : u'?'), bytes_(kUnitCount) {
+      : default_unit_(number == 932 ? u'\u30FB' : u'?'),
+        pairs_(kUnitCount, default_unit_),
+        bytes_(kUnitCount) {
     units_.fill(kNone);
     for (std::size_t first = 0; first < units_.size(); ++first) ReadFirstByte(first, to_units);
     TakeOwnBytes(number);
@@ -99,7 +101,7 @@ class TablePage final : public CodePage {
       if (found && FromBytes(*found) == std::u16string{character}) bytes_[unit] = *found;
     }
     for (std::size_t byte = 0; byte < units_.size(); ++byte) {
-      if (!pairs_[byte].empty() || units_[byte] == default_unit_) continue;
+      if (leads_.test(byte) || units_[byte] == default_unit_) continue;
       std::string& bytes = bytes_[units_[byte]];
       if (bytes.empty()) bytes = static_cast<char>(byte);
     }
@@ -126,10 +128,11 @@ class TablePage final : public CodePage {
     characters.reserve(bytes.size());
     for (std::size_t i = 0; i < bytes.size(); ++i) {
       const auto first = static_cast<unsigned char>(bytes[i]);
-      if (pairs_[first].empty()) {
+      if (!leads_.test(first)) {
         characters += units_[first];
       } else if (i + 1 < bytes.size() && bytes[i + 1] != '\0') {
-        characters += pairs_[first][static_cast<unsigned char>(bytes[++i])];
+        const auto second = static_cast<unsigned char>(bytes[++i]);
+        characters += pairs_[static_cast<std::size_t>(first << 8 | second)];
       } else {
         characters += default_unit_;
       }
@@ -143,8 +146,8 @@ class TablePage final : public CodePage {
     for (std::size_t second = 0; second < 256 && units_[first] == kNone; ++second) {
       const char16_t unit = to_units.UnitOf({static_cast<char>(first), static_cast<char>(second)});
       if (unit == kNone) continue;
-      pairs_[first].resize(256, default_unit_);
-      pairs_[first][second] = unit;
+      leads_.set(first);
+      pairs_[first << 8 | second] = unit;
     }
   }
 
@@ -159,19 +162,19 @@ class TablePage final : public CodePage {
   // A byte that stands for nothing is the control character of its value, or, in a page of pairs,
   // leads some without characters.
   void FillUnusedBytes() {
-    const bool has_pairs =
-        std::ranges::any_of(pairs_, [](const auto& pairs) { return !pairs.empty(); });
+    const bool has_pairs = leads_.any();
     for (std::size_t byte = 0x80; byte < units_.size(); ++byte) {
-      if (units_[byte] != kNone || !pairs_[byte].empty()) continue;
+      if (units_[byte] != kNone || leads_.test(byte)) continue;
       units_[byte] = byte <= 0x9F ? static_cast<char16_t>(byte) : default_unit_;
-      if (has_pairs && byte > 0x80) pairs_[byte].assign(256, default_unit_);
+      if (has_pairs && byte > 0x80) leads_.set(byte);
     }
   }
 
   char16_t default_unit_;
   std::array<char16_t, 256> units_{};
-  std::array<std::vector<char16_t>, 256> pairs_;  // by lead byte; empty for a byte that leads none
-  std::vector<std::string> bytes_;                // by unit; empty for one that the page lacks
+  std::bitset<256> leads_;          // the first bytes of pairs
+  std::vector<char16_t> pairs_;     // by lead byte and second byte
+  std::vector<std::string> bytes_;  // by unit; empty for one that the page lacks
 };
 
 // The page in force. It is made at its first use, not where it is asked for: making its tables can

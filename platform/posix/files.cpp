@@ -25,11 +25,9 @@
 namespace quorvane {
 namespace {
 
-using OpenFile = Descriptor;
-
 [[noreturn]] void RaiseFileError(int system_code) { Raise(FileErrorNumber(system_code)); }
 
-FileNumbers<OpenFile>& openFiles() { return threadRecord<FileNumbers<OpenFile>>(); }
+FileNumbers<Descriptor>& openFiles() { return threadRecord<FileNumbers<Descriptor>>(); }
 
 struct PathParts {
   std::string directory;
@@ -85,15 +83,11 @@ bool Matches(std::u16string_view name, std::u16string_view pattern) {
   return true;
 }
 
-struct Lookup {
-  bool is_normal_file = false;
-  int error = 0;
-};
-
-Lookup LookUp(const std::string& path) {
+// 0 for a normal file; ENOENT for what is none, a hidden one among them.
+int LookUp(const std::string& path) {
   struct stat status {};
-  if (::stat(path.c_str(), &status) != 0) return {false, errno};
-  return {S_ISREG(status.st_mode) && Split(path).name.front() != '.'};
+  if (::stat(path.c_str(), &status) != 0) return errno;
+  return S_ISREG(status.st_mode) && Split(path).name.front() != '.' ? 0 : ENOENT;
 }
 
 // That there is nothing by that name is an answer; any other failure is one.
@@ -112,15 +106,15 @@ Text FirstMatch(const PathParts& wanted) {
     const Text name = FileNameFrom(entry->d_name);
     if (Matches(name.Characters(), pattern.Characters()) &&
         (first.IsEmpty() || name.Characters() < first.Characters()) &&
-        LookUp(wanted.directory + entry->d_name).is_normal_file) {
+        LookUp(wanted.directory + entry->d_name) == 0) {
       first = name;
     }
   }
   return first;
 }
 
-OpenFile Open(const std::string& path) {
-  OpenFile file = OpenRegularFile(path.c_str());
+Descriptor Open(const std::string& path) {
+  Descriptor file = OpenRegularFile(path.c_str());
   if (file) return file;
   const int error = errno;
   const std::string directory = Split(path).directory;
@@ -140,7 +134,7 @@ bool TellsOfWriters(int descriptor) {
          std::ranges::count(kTold, static_cast<std::uint32_t>(system.f_type)) > 0;
 }
 
-void ShutWritersOut(const OpenFile& file) {
+void ShutWritersOut(const Descriptor& file) {
   // The lease is granted only while nobody has the file open for writing. It is given back at once:
   // kept, it would make the next writer wait, and a signal that ends the process tells of one; so
   // for the moment that it lasts a harmless signal stands in.
@@ -161,16 +155,16 @@ class PosixFiles final : public Files {
     const PathParts parts = Split(path);
     if (parts.name.find_first_of("*?") != std::string::npos) return FirstMatch(parts);
     if (parts.name.empty()) return u"";
-    const Lookup found = LookUp(path);
-    RaiseUnlessAbsent(found.error);
-    return found.is_normal_file ? FileNameFrom(parts.name) : Text(u"");
+    const int error = LookUp(path);
+    RaiseUnlessAbsent(error);
+    return error == 0 ? FileNameFrom(parts.name) : Text(u"");
   }
 
   std::int16_t FreeFileNumber() override { return openFiles().Free(); }
 
   void OpenForReading(const Text& name, std::int16_t number) override {
     openFiles().RequireFree(number);
-    OpenFile file = Open(SystemFileName(name.Characters()));
+    Descriptor file = Open(SystemFileName(name.Characters()));
     ShutWritersOut(file);
     openFiles().Keep(number, std::move(file));
   }

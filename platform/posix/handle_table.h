@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <mutex>
@@ -40,12 +39,6 @@ class HandleTable {
     const std::lock_guard lock(mutex_);
     auto taken = objects_.extract(number);
     return taken ? std::optional(std::move(taken.mapped())) : std::nullopt;
-  }
-
-  /// How many objects there are.
-  [[nodiscard]] std::size_t Count() {
-    const std::lock_guard lock(mutex_);
-    return objects_.size();
   }
 
  private:

@@ -13,6 +13,7 @@
 #include "platform/posix/profile_store.h"
 #include "platform/posix/system_text.h"
 #include "runtime/runtime_error.h"
+#include "runtime/utf8.h"
 
 namespace quorvane {
 namespace {
@@ -46,7 +47,7 @@ class PosixKernel32 final : public Kernel32 {
   }
 
   std::int32_t GetSystemDirectoryA(char* buffer, std::int32_t size) override {
-    const std::string directory = Utf8ToSystemPage(SystemDirectory());
+    const std::string directory = ToSystemPage(FromUtf8(SystemDirectory()).Characters());
     const auto length = static_cast<std::int32_t>(directory.size());
     if (length == 0) return 0;
     if (length >= size) return length + 1;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <optional>
 #include <string_view>
@@ -169,6 +170,13 @@ std::int32_t ReadInteger(const char16_t* text, Integer* value) {
   return kSuccess;
 }
 
+// Nothing for what no double comes near to.
+std::optional<double> ValueOf(std::string_view text) {
+  double value = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+  return result.ec == std::errc() ? std::optional(value) : std::nullopt;
+}
+
 // Whether it is unlike 0, which what is too near to 0 for a double is not; nothing beyond the range
 // of a double.
 std::optional<bool> IsTrue(const Number& number) {
@@ -178,24 +186,15 @@ std::optional<bool> IsTrue(const Number& number) {
   }
   if (number.digits.empty()) return false;
   const std::string text = "." + number.digits + "e" + std::to_string(number.exponent);
-  double value = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (result.ec == std::errc::result_out_of_range && number.exponent > 0) return std::nullopt;
-  return value != 0;
+  const std::optional<double> value = ValueOf(text);
+  if (!value && number.exponent > 0) return std::nullopt;
+  return value && *value != 0;
 }
 
-// The places behind the point of a small number that stands with an exponent and is written out
-// instead, because they are few enough; 0 for any other.
-int PlacesBehindThePoint(std::string_view number) {
-  constexpr int kMost = 15;
-  const std::size_t exponent_at = number.find("e-");
-  if (exponent_at == std::string_view::npos) return 0;
-  int exponent = 0;
-  std::from_chars(number.data() + exponent_at + 2, number.data() + number.size(), exponent);
-  const auto digits = std::ranges::count_if(number.substr(0, exponent_at),
-                                            [](char c) { return c >= '0' && c <= '9'; });
-  const int places = exponent + static_cast<int>(digits) - 1;
-  return exponent < kMost && places <= kMost ? places : 0;
+std::string Written(double value, std::chars_format format) {
+  std::array<char, 32> room{};
+  const auto end = std::to_chars(room.data(), room.data() + room.size(), value, format, 15).ptr;
+  return {room.data(), end};
 }
 
 }  // namespace
@@ -231,19 +230,17 @@ std::int32_t NumericText::VarBoolFromStr(const char16_t* text, std::uint32_t /*l
 
 std::int32_t NumericText::VarBstrFromR8(double value, std::uint32_t /*locale*/,
                                         std::uint32_t /*flags*/, std::u16string* text) {
-  constexpr int kSignificantDigits = 15;
-  std::array<char, 32> room{};
-  const auto write = [&](std::chars_format format, int digits) {
-    return std::to_chars(room.data(), room.data() + room.size(), value == 0 ? 0.0 : value, format,
-                         digits)
-        .ptr;
-  };
-  const char* end = write(std::chars_format::general, kSignificantDigits);
-  const int places = PlacesBehindThePoint({room.data(), end});
-  if (places > 0) end = write(std::chars_format::fixed, places);
+  std::string written = Written(value == 0 ? 0.0 : value, std::chars_format::general);
+  // A small number is written out where 15 places behind the point hold all of its digits.
+  if (Holds(written, 'e') && std::abs(value) < 1 && !written.ends_with("e-15")) {
+    std::string out = Written(value, std::chars_format::fixed);
+    out.erase(out.find_last_not_of('0') + 1);
+    if (ValueOf(out) == ValueOf(written)) written = out;
+  }
   text->clear();
-  for (const char* c = room.data(); c != end; ++c)
-    *text += static_cast<char16_t>(*c >= 'a' && *c <= 'z' ? *c - ('a' - 'A') : *c);
+  for (const char c : written) {
+    *text += static_cast<char16_t>(c >= 'a' && c <= 'z' ? c - ('a' - 'A') : c);
+  }
   return kSuccess;
 }
 

@@ -13,8 +13,6 @@ constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view kUtf16LowFirstMark = "\xFF\xFE";
 constexpr std::string_view kUtf16HighFirstMark = "\xFE\xFF";
 
-bool IsUtf8(std::string_view bytes) { return ToUtf8(FromUtf8(bytes)) == bytes; }
-
 std::u16string_view TrimBlanks(std::u16string_view text) {
   constexpr std::u16string_view kBlanks = u" \t";
   const std::size_t first = text.find_first_not_of(kBlanks);
@@ -57,7 +55,7 @@ ProfileDocument::ProfileDocument(std::string_view bytes) {
   for (const std::string_view mark : {kUtf8Mark, kUtf16LowFirstMark, kUtf16HighFirstMark}) {
     if (bytes.starts_with(mark)) mark_ = mark;
   }
-  if (mark_.empty() && !IsUtf8(bytes)) is_utf8_ = false;
+  if (mark_.empty() && ToUtf8(FromUtf8(bytes)) != bytes) is_utf8_ = false;
   const std::u16string characters = Decode(bytes.substr(mark_.size()));
   std::u16string_view rest = characters;
   while (!rest.empty()) {

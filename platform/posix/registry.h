@@ -78,6 +78,6 @@ class RegistryStore {
 [[nodiscard]] RegistryStore UserRegistry();
 
 /// The stand-in of the system's library over a store of its own.
-[[nodiscard]] std::unique_ptr<Advapi32> MakeAdvapi32(RegistryStore store);
+[[nodiscard]] std::unique_ptr<Advapi32> MakeAdvapi32(const RegistryStore& store);
 
 }  // namespace quorvane

@@ -1,9 +1,7 @@
 #include "platform/posix/system_locale.h"
 
-#include <algorithm>
 #include <ctime>
 #include <iomanip>
-#include <iterator>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
@@ -43,11 +41,9 @@ std::wstring Decode(std::u16string_view text) {
   return characters;
 }
 
-std::wstring HalvesIn(const std::wstring& characters) {
-  std::wstring halves;
-  std::ranges::copy_if(characters, std::back_inserter(halves),
-                       [](wchar_t c) { return IsHighHalf(c) || IsLowHalf(c); });
-  return halves;
+std::wstring HalvesIn(std::wstring characters) {
+  std::erase_if(characters, [](wchar_t c) { return !IsHighHalf(c) && !IsLowHalf(c); });
+  return characters;
 }
 
 class LocaleCollation final : public Collation {

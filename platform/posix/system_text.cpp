@@ -31,10 +31,6 @@ std::string ToSystemPage(std::u16string_view characters) {
   return systemCodePage().ToBytes(characters);
 }
 
-std::string Utf8ToSystemPage(std::string_view utf8) {
-  return ToSystemPage(FromUtf8(utf8).Characters());
-}
-
 std::u16string FoldCase(std::u16string_view name) {
   std::u16string folded(name);
   for (char16_t& character : folded) character = UpperCase(character);

@@ -1,8 +1,8 @@
 #include "platform/posix/web_exchange.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
+#include <map>
 #include <sstream>
 #include <utility>
 
@@ -62,7 +62,7 @@ bool WebExchange::Read(char* buffer, std::size_t size, std::size_t& count) {
 
 web_client::Reason WebExchange::Failure() const {
   using web_client::Reason;
-  constexpr auto kReasons = std::to_array<std::pair<CURLcode, Reason>>(
+  static const std::map<CURLcode, Reason> kReasons(
       {{CURLE_OPERATION_TIMEDOUT, Reason::kTimeOut},
        {CURLE_URL_MALFORMAT, Reason::kInvalidUrl},
        {CURLE_UNSUPPORTED_PROTOCOL, Reason::kUnrecognizedScheme},
@@ -75,10 +75,8 @@ web_client::Reason WebExchange::Failure() const {
        {CURLE_RECV_ERROR, Reason::kConnectionReset},
        {CURLE_WEIRD_SERVER_REPLY, Reason::kInvalidServerResponse},
        {CURLE_TOO_MANY_REDIRECTS, Reason::kRedirectFailed}});
-  for (const auto& [outcome, reason] : kReasons) {
-    if (outcome == outcome_) return reason;
-  }
-  return Reason::kInternalError;
+  const auto found = kReasons.find(outcome_);
+  return found != kReasons.end() ? found->second : Reason::kInternalError;
 }
 
 bool WebExchange::Prepare(std::string_view body) {
@@ -86,14 +84,25 @@ bool WebExchange::Prepare(std::string_view body) {
   multi_.reset(curl_multi_init());
   if (!easy_ || !multi_ || !SetAddress() || !SetWay()) return false;
   SetHeaders();
+  const auto on_body = [](char* data, std::size_t size, std::size_t count, void* self) {
+    static_cast<WebExchange*>(self)->arrived_.append(data, size * count);
+    static_cast<WebExchange*>(self)->received_ += static_cast<std::int64_t>(size * count);
+    return size * count;
+  };
+  const auto on_header = [](char* data, std::size_t size, std::size_t count, void* self) {
+    const std::string_view line(data, size * count);
+    static_cast<WebExchange*>(self)->received_ += static_cast<std::int64_t>(line.size());
+    static_cast<WebExchange*>(self)->head_ended_ = line == "\r\n" || line == "\n";
+    return size * count;
+  };
   const auto connect = static_cast<long>(request_.time_outs.connect.count());
   return Set(CURLOPT_NOSIGNAL, 1L) && Set(CURLOPT_CONNECTTIMEOUT_MS, connect) &&
          Set(CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_1_0}) &&
          Set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size())) &&
          Set(CURLOPT_COPYPOSTFIELDS, body.empty() ? "" : body.data()) &&
          Set(CURLOPT_USERAGENT, request_.agent.c_str()) &&
-         Set(CURLOPT_HTTPHEADER, headers_.get()) && Set(CURLOPT_WRITEFUNCTION, &OnBody) &&
-         Set(CURLOPT_WRITEDATA, this) && Set(CURLOPT_HEADERFUNCTION, &OnHeader) &&
+         Set(CURLOPT_HTTPHEADER, headers_.get()) && Set(CURLOPT_WRITEFUNCTION, +on_body) &&
+         Set(CURLOPT_WRITEDATA, this) && Set(CURLOPT_HEADERFUNCTION, +on_header) &&
          Set(CURLOPT_HEADERDATA, this) &&
          curl_multi_add_handle(multi_.get(), easy_.get()) == CURLM_OK;
 }
@@ -197,19 +206,6 @@ bool WebExchange::HasAnswer() const {
   curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
   const bool may_go_on = (status >= 300 && status < 400) || status == 401 || status == 407;
   return status >= 200 && !may_go_on;
-}
-
-std::size_t WebExchange::OnBody(char* data, std::size_t size, std::size_t count, void* self) {
-  static_cast<WebExchange*>(self)->arrived_.append(data, size * count);
-  static_cast<WebExchange*>(self)->received_ += static_cast<std::int64_t>(size * count);
-  return size * count;
-}
-
-std::size_t WebExchange::OnHeader(char* data, std::size_t size, std::size_t count, void* self) {
-  const std::string_view line(data, size * count);
-  static_cast<WebExchange*>(self)->received_ += static_cast<std::int64_t>(line.size());
-  static_cast<WebExchange*>(self)->head_ended_ = line == "\r\n" || line == "\n";
-  return size * count;
 }
 
 }  // namespace quorvane

@@ -64,9 +64,6 @@ class WebExchange {
     void operator()(auto* object) const { Free(object); }
   };
 
-  static std::size_t OnBody(char* data, std::size_t size, std::size_t count, void* self);
-  static std::size_t OnHeader(char* data, std::size_t size, std::size_t count, void* self);
-
   bool Prepare(std::string_view body);
   bool SetAddress();
   bool SetWay();

@@ -45,6 +45,7 @@ constexpr std::array kOptions{
            "input, and says OK or FAILED for each of its files; the exit "
            "code is 1 unless all are OK",
            'c', false, true},
+    Option{"--quiet", nullptr, "with --check: says nothing of the files that are OK", 'q'},
 };
 
 // The stream's own limit: position and block together must fit 32 bits.
@@ -197,17 +198,18 @@ std::optional<Result> ParseListLine(std::string line) {
 
 // --- the two ways
 
-bool CheckLine(const Result& expected, Console& console) {
+bool CheckLine(const Result& expected, bool is_quiet, Console& console) {
   const Result found = ResultOf(expected.name, console);
   const bool is_right = found.crc == expected.crc;
   if (!found.crc) console.Complain(found.error + ": " + expected.name);
+  if (is_right && is_quiet) return true;
   const std::string verdict = is_right ? ": OK\n" : found.crc ? ": FAILED\n" : ": FAILED to read\n";
   console.Out((NeedsEscapes(expected.name) ? "\\" + EscapedName(expected.name) : expected.name) +
               verdict);
   return is_right;
 }
 
-int Check(const std::string& list, Console& console) {
+int Check(const std::string& list, bool is_quiet, Console& console) {
   std::size_t right = 0;
   std::size_t wrong = 0;
   std::size_t number = 0;
@@ -215,7 +217,7 @@ int Check(const std::string& list, Console& console) {
   for (const std::string& line : LinesOf(list, console)) {
     ++number;
     if (const auto expected = ParseListLine(line)) {
-      ++(CheckLine(*expected, console) ? right : wrong);
+      ++(CheckLine(*expected, is_quiet, console) ? right : wrong);
     } else {
       console.Complain(list + ":" + std::to_string(number) + ": no number, tab and name");
       exit_code = ExitCode::kFailure;
@@ -262,7 +264,9 @@ int Crc(const Arguments& arguments, Console& console) {
                     static_cast<int>(arguments.Has("--unsigned")) +
                     static_cast<int>(arguments.Has("--json")) + static_cast<int>(list.has_value());
   if (forms > 1) throw UsageError("only one of --hex, --unsigned, --json and --check makes sense");
-  return list ? Check(*list, console) : Print(arguments.Operands(), arguments, console);
+  const bool is_quiet = arguments.Has("--quiet");
+  if (is_quiet && !list) throw UsageError("--quiet goes with --check");
+  return list ? Check(*list, is_quiet, console) : Print(arguments.Operands(), arguments, console);
 }
 
 constexpr std::array kCommands{

@@ -1,6 +1,6 @@
 #include <memory>
 
-#include "platform/posix/code_page.h"
+#include "platform/posix/system_text.h"
 #include "tests/support/code_pages.h"
 
 namespace quorvane::testing {

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "platform/posix/code_page.h"
+#include "platform/posix/system_text.h"
 
 namespace {
 

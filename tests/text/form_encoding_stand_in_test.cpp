@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <string>
 
-#include "platform/posix/code_page.h"
+#include "platform/posix/system_text.h"
 #include "tests/support/raises.h"
 #include "tests/support/table_1252.h"
 #include "text/form_encoding.h"

@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "platform/posix/code_page.h"
+#include "platform/posix/system_text.h"
 #include "programs/common/options.h"
 
 namespace quorvane::programs {

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "platform/posix/code_page.h"
+#include "platform/posix/system_text.h"
 #include "platform/system_code_page.h"
 
 namespace quorvane {

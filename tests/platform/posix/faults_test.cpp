@@ -19,6 +19,7 @@
 #include "platform/posix/system_errors.h"
 #include "platform/system_code_page.h"
 #include "runtime/runtime_error.h"
+#include "tests/platform/posix/ordinary_user.h"
 #include "tests/platform/posix/processes.h"
 #include "tests/platform/posix/registry_calls.h"
 #include "tests/platform/posix/system_faults.h"
@@ -243,6 +244,26 @@ TEST_F(SystemFault, ASystemWithoutAConverterIsAnErrorOfTheCall) {
     EXPECT_EQ(testing::ErrorNumberOf([] { static_cast<void>(systemCodePage().ToBytes(u"a")); }),
               48);
   }
+}
+
+// Neither in the environment nor in the user database: reading finds nothing, and whoever may not
+// write at the root is told so.
+TEST_F(SystemFault, WithoutAHomeTheStoresLieAtTheRoot) {
+  EXPECT_TRUE(testing::AsOrdinaryUser([] {
+    other_system.lacks_user = true;
+    ::setenv("HOME", "", 1);
+    ::unsetenv("XDG_DATA_HOME");
+    ::unsetenv("XDG_CONFIG_HOME");
+    Registry registry(UserRegistry());
+    Registry::Handle key = 0;
+    char value[20];
+    const fs::path profile = profile_store::NamedProfile(nullptr);
+    return DataFolder() == "/.local/share/quorvane" && profile == "/.config/quorvane/profile.ini" &&
+           registry.Open(kCurrentUser, "A", 131097, &key) == error::kFileNotFound &&
+           registry.Create(kCurrentUser, "A", 63, &key, nullptr) == error::kRegistryIoFailed &&
+           profile_store::Read(profile, "s", "k", "none", value, sizeof value) == 4 &&
+           !profile_store::Write(profile, "s", "k", "v");
+  }));
 }
 
 TEST_F(SystemFault, AdaptersThatTheKernelDoesNotTellAreAnError) {

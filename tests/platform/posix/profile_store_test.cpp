@@ -198,7 +198,8 @@ TEST_F(ProfileStore, LaysNamesWithoutAFolderInTheSettings) {
   EXPECT_EQ(profile_store::NamedProfile("x.ini"), folder_.Path(u"config") / "quorvane" / "x.ini");
   EXPECT_EQ(profile_store::NamedProfile("./x.ini"), "./x.ini");
   EXPECT_EQ(profile_store::NamedProfile("/x.ini"), "/x.ini");
-  EXPECT_EQ(profile_store::NamedProfile(nullptr), profile_store::NamedProfile(nullptr));
+  EXPECT_EQ(profile_store::NamedProfile(nullptr),
+            folder_.Path(u"config") / "quorvane" / "profile.ini");
   EXPECT_EQ(profile_store::NamedProfile("caf\xE9.ini").filename(), "caf\xC3\xA9.ini");
   EXPECT_TRUE(profile_store::Write(profile_store::NamedProfile("x.ini"), "s", "k", "v"));
   EXPECT_EQ(BytesOf(folder_.Path(u"config") / "quorvane" / "x.ini"), "[s]\nk=v\n");
@@ -212,8 +213,15 @@ TEST(DesktopPlaces, FollowTheEnvironmentOnlyByAbsolutePaths) {
   EXPECT_EQ(DataFolder(), "/home/somebody/.local/share/quorvane");
   ::unsetenv("XDG_CONFIG_HOME");
   EXPECT_EQ(ConfigFolder(), "/home/somebody/.config/quorvane");
+  const auto user = CurrentUser();
+  ASSERT_TRUE(user.has_value());
+  const fs::path by_the_database = fs::path(user->home) / ".config" / "quorvane";
   ::unsetenv("HOME");
-  EXPECT_TRUE(ConfigFolder().is_absolute()) << "the home of the user database";
+  EXPECT_EQ(ConfigFolder(), by_the_database);
+  for (const char* const none : {"", "somewhere"}) {
+    ::setenv("HOME", none, 1);
+    EXPECT_EQ(ConfigFolder(), by_the_database);
+  }
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <utility>
+#include <memory>
 
 #include "platform/posix/registry.h"
 #include "platform/posix/system_errors.h"
@@ -12,7 +12,7 @@ class Registry {
  public:
   using Handle = RegistryHandle;
 
-  explicit Registry(RegistryStore store) : calls_(MakeAdvapi32(std::move(store))) {}
+  explicit Registry(const RegistryStore& store) : calls_(MakeAdvapi32(store)) {}
 
   std::int32_t Open(Handle from, const char* path, std::int32_t access, Handle* opened) {
     return calls_->RegOpenKeyExA(from, path, 0, access, opened);

@@ -50,6 +50,8 @@ int __real_getpwnam_r(const char* name, passwd* entry, char* room, std::size_t s
                       passwd** found);
 int __wrap_getpwnam_r(const char* name, passwd* entry, char* room, std::size_t size,
                       passwd** found);
+int __real_getpwuid_r(uid_t id, passwd* entry, char* room, std::size_t size, passwd** found);
+int __wrap_getpwuid_r(uid_t id, passwd* entry, char* room, std::size_t size, passwd** found);
 iconv_t __real_iconv_open(const char* to, const char* from);
 iconv_t __wrap_iconv_open(const char* to, const char* from);
 int __real_nanosleep(const timespec* pause, timespec* left);
@@ -74,6 +76,12 @@ int __wrap_getifaddrs(ifaddrs** first) {
   if (!other_system.hides_adapters) return __real_getifaddrs(first);
   errno = EMFILE;
   return -1;
+}
+
+int __wrap_getpwuid_r(uid_t id, passwd* entry, char* room, std::size_t size, passwd** found) {
+  if (!other_system.lacks_user) return __real_getpwuid_r(id, entry, room, size, found);
+  *found = nullptr;
+  return 0;
 }
 
 int __wrap_getpwnam_r(const char* name, passwd* entry, char* room, std::size_t size,

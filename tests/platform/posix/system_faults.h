@@ -40,6 +40,7 @@ struct OtherSystem {
   bool hides_adapters = false;
   bool skips_pauses = false;
   bool lacks_converters = false;
+  bool lacks_user = false;  // the running program's, in the user database
 };
 inline OtherSystem other_system;
 

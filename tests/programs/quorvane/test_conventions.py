@@ -115,6 +115,16 @@ class Check(ConventionTest):
         self.assertEqual(outcome.err.splitlines(), ["quorvane: error 53: File not found (quorvane.File): gone",
                                                     "quorvane: 2 of 3 files FAILED"])
 
+    def test_quietly_only_the_others_are_told(self):
+        for name in ("same", "changed"):
+            self.write(name, b"before")
+        listing = self.quorvane("crc", "same", "changed").bytes
+        outcome = self.check(listing, "--quiet")
+        self.assertEqual((outcome.code, outcome.out, outcome.err), (0, "", ""))
+        self.write("changed", b"after")
+        outcome = self.check(listing, "-q")
+        self.assertEqual((outcome.code, outcome.out), (1, "changed: FAILED\n"))
+
     def test_the_list_may_come_from_standard_input_and_end_its_lines_as_windows_does(self):
         self.write("digits", b"123456789")
         outcome = self.quorvane("crc", "-c", "-", stdin=b"-873187034\tdigits\r\n3421780262\tdigits")

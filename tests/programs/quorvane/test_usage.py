@@ -32,6 +32,7 @@ WRONG = {
         ("--check",): "option '--check' wants a value",
         ("-c",): "option '-c' wants a value",
         ("--check", "list", "x"): "too many arguments, from 'x' on",
+        ("--quiet", "x"): "--quiet goes with --check",
         ("--hex", "-u", "x"): "only one of --hex, --unsigned, --json and --check makes sense",
     },
     "encode": {
