@@ -193,7 +193,7 @@ std::optional<bool> IsTrue(const Number& number) {
 
 std::string Written(double value, std::chars_format format) {
   std::array<char, 32> room{};
-  const auto* end = std::to_chars(room.data(), room.data() + room.size(), value, format, 15).ptr;
+  auto* const end = std::to_chars(room.data(), room.data() + room.size(), value, format, 15).ptr;
   return {room.data(), end};
 }
 
