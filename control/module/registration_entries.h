@@ -30,8 +30,8 @@ struct RegistrationEntry {
 
 /// What the entries of one interface name: who marshals it, by which version of which library.
 struct Marshalling {
-  identities::Guid marshaller;
-  identities::Guid library;
+  identities::Guid marshaller{};
+  identities::Guid library{};
   Text version;
 };
 
