@@ -161,7 +161,7 @@ std::optional<List> ReadFile(const std::string& bytes) {
     const std::size_t colon = sign == std::string::npos ? sign : line.find(':', sign);
     if (line.starts_with('[') && line.ends_with(']')) {
       const auto name = NameIn(line.substr(1, line.size() - 2));
-      if (!name || name->empty()) return std::nullopt;
+      if (!name || Names(*name).empty()) return std::nullopt;
       path = Names(*name);
       has_path = true;
       Make(list, path);

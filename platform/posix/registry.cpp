@@ -162,7 +162,7 @@ std::optional<RegistryTree> RegistryTree::From(std::string_view bytes) {
   while (std::getline(lines, line) && !lines.eof()) {
     if (line == kLastLine && lines.peek() == std::istringstream::traits_type::eof()) return tree;
     if (line.starts_with('[') && line.ends_with(']')) {
-      path = NameFrom(line.substr(1, line.size() - 2)).value_or(u"");
+      path = Plain(NameFrom(line.substr(1, line.size() - 2)).value_or(u""));
       if (path.empty()) return std::nullopt;
       tree.Make(path);
     } else {

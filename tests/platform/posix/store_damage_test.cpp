@@ -151,6 +151,11 @@ TEST_F(StoreDamage, ADamagedRegistryIsToldAndLeftAlone) {
   EXPECT_GT(told, 200);
 }
 
+// Taken for one, it would be written as a key that no reader takes.
+TEST_F(StoreDamage, AKeyOfBackslashesAloneIsDamage) {
+  EXPECT_FALSE(RegistryTree::From("quorvane registry 1\n[\\]\n=1:x\nend\n").has_value());
+}
+
 TEST_F(StoreDamage, ADamagedProfileKeepsItsOtherLines) {
   const std::string whole = "[one]\r\na=\xC3\xA9\r\n; comment\r\n[two]\nb = 'x'\n";
   for (int round = 0; round < 400; ++round) {
