@@ -136,7 +136,7 @@ class CurlWinInet final : public WinInet {
 
   // The object of that kind, kept alive even if the handle is closed meanwhile; else null.
   std::shared_ptr<Object> Find(InternetHandle handle, Kind kind) {
-    const auto found = handles_.Find(handle).value_or(nullptr);
+    auto found = handles_.Find(handle).value_or(nullptr);
     if (found && found->kind == kind) return found;
     last_failure = Reason::kInvalidHandle;
     return nullptr;
