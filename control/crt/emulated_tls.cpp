@@ -4,8 +4,7 @@
 //
 // The compiler calls __emutls_get_address with a description of the variable (the layout below is
 // its own). Each thread holds a list of its copies; a list of all copies serves the unloading. When
-// there is no memory for a copy, or no TLS index, it takes a place in the module itself: a thread's
-// first exception may well tell of just that.
+// there is no memory for a copy, or no TLS index, it lies in the thread's reserve.
 
 #include "control/crt/emulated_tls.h"
 
@@ -14,7 +13,13 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "control/crt/thread_reserve.h"
 #include "platform/windows/os_headers.h"
+
+using quorvane::component::FindReservedVariable;
+using quorvane::component::LeaveReserve;
+using quorvane::component::ReservedVariable;
+using quorvane::component::TakeReservedVariable;
 
 namespace {
 
@@ -82,47 +87,14 @@ Copy* Add(const Variable& variable, DWORD index, Copy* first_of_thread) {
   return copy;
 }
 
-// A place for one copy, held until its thread ends. 0 is no thread's id.
-struct Reserve {
-  Copy copy;
-  std::byte bytes[16];
-  LONG volatile thread;
-};
-
-constinit Reserve reserves[16]{};
-
-LONG ThisThread() { return static_cast<LONG>(::GetCurrentThreadId()); }
-
-Copy* FindReserve(const Variable& variable) {
-  for (Reserve& reserve : reserves) {
-    if (reserve.thread == ThisThread() && reserve.copy.variable == &variable) return &reserve.copy;
-  }
-  return nullptr;
-}
-
-// The exception handling cannot go on without its variables: more threads at once than there are
-// places end the process.
-Copy* TakeReserve(const Variable& variable) {
-  for (Reserve& reserve : reserves) {
-    if (variable.size > sizeof reserve.bytes) break;
-    if (::InterlockedCompareExchange(&reserve.thread, ThisThread(), 0) != 0) continue;
-    std::memset(reserve.bytes, 0, sizeof reserve.bytes);
-    Start(reserve.copy, variable);
-    return &reserve.copy;
-  }
-  std::abort();
-}
-
-void GiveBackReserves() {
-  for (Reserve& reserve : reserves) {
-    if (reserve.thread != ThisThread()) continue;
-    reserve.copy.variable = nullptr;
-    ::InterlockedExchange(&reserve.thread, 0);
-  }
+// The module has one such variable, that of the exception handling, which cannot go on without it.
+void* TakeReserve(const Variable& variable) {
+  if (variable.size > sizeof(ReservedVariable)) std::abort();
+  return &TakeReservedVariable();
 }
 
 void EndThread() {
-  GiveBackReserves();
+  LeaveReserve();
   if (tls_index == TLS_OUT_OF_INDEXES) return;
   auto* copy = static_cast<Copy*>(::TlsGetValue(tls_index));
   ::TlsSetValue(tls_index, nullptr);
@@ -160,11 +132,13 @@ extern "C" void* __emutls_get_address(Variable* variable) {
       index != TLS_OUT_OF_INDEXES ? static_cast<Copy*>(::TlsGetValue(index)) : nullptr;
   Copy* copy = first;
   while (copy != nullptr && copy->variable != variable) copy = copy->next_of_thread;
-  if (copy == nullptr) copy = FindReserve(*variable);
-  if (copy == nullptr) copy = Add(*variable, index, first);
-  if (copy == nullptr) copy = TakeReserve(*variable);
+  void* bytes = copy != nullptr ? copy->Bytes() : FindReservedVariable();
+  if (bytes == nullptr) {
+    copy = Add(*variable, index, first);
+    bytes = copy != nullptr ? copy->Bytes() : TakeReserve(*variable);
+  }
   ::SetLastError(last_error);
-  return copy->Bytes();
+  return bytes;
 }
 
 namespace quorvane::component {

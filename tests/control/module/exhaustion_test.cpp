@@ -2,8 +2,10 @@
 // it, on a thread that never met an exception before as on any other, and nothing is lost.
 
 #include <algorithm>
+#include <atomic>
 #include <functional>
-#include <optional>
+#include <thread>
+#include <vector>
 
 #include "tests/support/component/failing_allocations.h"
 #include "tests/support/component/fake_bags.h"
@@ -17,21 +19,6 @@ namespace quorvane::component {
 namespace {
 
 constexpr HRESULT kOutOfMemoryNumber = static_cast<HRESULT>(0x800A0007);
-
-// A copy of the module that no thread has used: its exception handling has no variables yet.
-class FreshModule {
- public:
-  FreshModule() : copy_(folder_.File(L"fresh.ocx")) {
-    EXPECT_TRUE(::CopyFileW(QUORVANE_MODULE_FILE, copy_.c_str(), TRUE));
-    module_.emplace(copy_);
-  }
-  const Module& Get() const { return *module_; }
-
- private:
-  TemporaryFolder folder_;
-  std::wstring copy_;
-  std::optional<Module> module_;
-};
 
 TEST(Exhaustion, CreationSaysSoFromTheFirstAllocationOn) {
   OnApartmentThread([] {
@@ -65,6 +52,33 @@ TEST(Exhaustion, CreationSaysSoOnThreadAfterThread) {
     }
     EXPECT_EQ(module.Get().CanUnloadNow(), S_OK);
   });
+}
+
+TEST(Exhaustion, MoreThreadsAtOnceThanTheReserveServesWaitForEachOther) {
+  const FreshModule module;
+  constexpr int kThreads = 40;
+  const HANDLE all_done = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  std::atomic<int> refused{0};
+  std::atomic<int> done{0};
+  std::vector<std::thread> threads;
+  {
+    const auto factory = module.Get().ClassObject();
+    const FailingAllocations failing(module.Get().Handle(), 1);
+    for (int i = 0; i < kThreads; ++i) {
+      threads.emplace_back([&] {
+        void* control = nullptr;
+        for (int again = 0; again < 20; ++again)
+          refused += factory->CreateInstance(nullptr, IID_IUnknown, &control) == E_OUTOFMEMORY;
+        // None ends before the others.
+        if (++done == kThreads) ::SetEvent(all_done);
+        ::WaitForSingleObject(all_done, INFINITE);
+      });
+    }
+    for (std::thread& thread : threads) thread.join();
+  }
+  EXPECT_EQ(refused, kThreads * 20);
+  ::CloseHandle(all_done);
+  OnApartmentThread([&] { EXPECT_EQ(module.Get().CanUnloadNow(), S_OK); });
 }
 
 // Runs the call with the n-th allocation and all later ones failing, n = 1, 2 ... until none does;

@@ -59,9 +59,11 @@ TemporaryFolder::TemporaryFolder() {
   wchar_t temp[MAX_PATH];
   ::GetTempPathW(MAX_PATH, temp);
   static LONG counter = 0;
-  path_ = std::wstring(temp) + L"quorvane-" + std::to_wstring(::GetCurrentProcessId()) + L"-" +
-          std::to_wstring(::InterlockedIncrement(&counter));
-  EXPECT_TRUE(::CreateDirectoryW(path_.c_str(), nullptr));
+  // A name may be taken by a run that was ended, whose number comes again.
+  do {
+    path_ = std::wstring(temp) + L"quorvane-" + std::to_wstring(::GetCurrentProcessId()) + L"-" +
+            std::to_wstring(::InterlockedIncrement(&counter));
+  } while (!::CreateDirectoryW(path_.c_str(), nullptr) && ::GetLastError() == ERROR_ALREADY_EXISTS);
 }
 
 TemporaryFolder::~TemporaryFolder() {
@@ -75,6 +77,12 @@ TemporaryFolder::~TemporaryFolder() {
     ::FindClose(search);
   }
   ::RemoveDirectoryW(path_.c_str());
+}
+
+FreshModule::FreshModule() {
+  const std::wstring copy = folder_.File(L"fresh.ocx");
+  EXPECT_TRUE(::CopyFileW(QUORVANE_MODULE_FILE, copy.c_str(), TRUE));
+  module_.emplace(copy);
 }
 
 }  // namespace quorvane::component

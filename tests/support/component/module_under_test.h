@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <thread>
 
 #include "tests/support/component/com.h"
@@ -69,6 +70,17 @@ class TemporaryFolder {
 
  private:
   std::wstring path_;
+};
+
+/// A copy of the module that no thread has used: its exception handling has no variables yet.
+class FreshModule {
+ public:
+  FreshModule();
+  const Module& Get() const { return *module_; }
+
+ private:
+  TemporaryFolder folder_;
+  std::optional<Module> module_;
 };
 
 }  // namespace quorvane::component
