@@ -14,6 +14,7 @@ format|the format of all C++ files|scripts/check-format --fix mends it.
 shell|shellcheck over all scripts|Each finding above has a number; shellcheck.net/wiki/NUMBER explains it.
 tidy|clang-tidy over the portable rooms and the programs|.clang-tidy says how to mark a finding that is wrong.
 asan|the Linux tests again, under the address and undefined-behaviour sanitizers, counting lines and branches of the portable rooms|The first report above is the one to read; or the lines listed are not reached by any test.
+memcheck|a selection of the Linux tests under valgrind|Run it by hand: scripts/check-valgrind
 windows|build the module and the programs for 32-bit Windows; examine the module as a file|Look for the first error above.
 wine|scripts/wine itself: arguments, exit codes, bytes, windows, parallel runs|Try: scripts/wine --setup
 windows-tests|the same tests, and those of the loaded module, as Windows programs in Wine|Run one by hand: scripts/with-display scripts/wine build/windows-tests/tests/ROOM/ROOM_tests.exe
@@ -35,7 +36,7 @@ list_steps() { awk -F'|' 'NF { printf "%-14s %s\n", $1, $2 }' <<<"$steps"; }
 # Linux and run beside them.
 windows_steps() { printf '%s\n' windows windows-tests wine wine-next hosts reproducible run help release; }
 # Steps that build or read build/native.
-uses_native_build() { [[ " native tidy run-native run help release " = *" $1 "* ]]; }
+uses_native_build() { [[ " native tidy memcheck run-native run help release " = *" $1 "* ]]; }
 is_step() { [ -n "$1" ] && step_names | grep -qxF -- "$1"; }
 
 # case_of NAME COMMAND: runs it and notes output and exit code as a test case (or as many as it reports itself).
@@ -96,6 +97,11 @@ step_asan() {
   CCACHE_BASEDIR='' build asan
   UBSAN_OPTIONS=print_stacktrace=1 tests_of asan
   case_of check-coverage scripts/check-coverage
+}
+step_memcheck() {
+  scripts/setup --native
+  build native
+  case_of check-valgrind scripts/check-valgrind
 }
 step_windows() {
   scripts/setup

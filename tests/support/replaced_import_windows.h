@@ -25,6 +25,10 @@ class ReplacedImport {
 
   /// Whether the module has an import of that name at all.
   [[nodiscard]] bool Took() const { return slot_ != nullptr; }
+  /// What stood there before, for the replacement to call on; null when there is no such import.
+  [[nodiscard]] void* Real() const { return real_; }
+  /// For a module that leaves memory first: nothing is put back.
+  void Forget() { slot_ = nullptr; }
 
  private:
   // Where the module keeps the address of what it imports under that name; null when it does not.

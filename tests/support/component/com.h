@@ -51,6 +51,8 @@ class Com {
     if (pointer_ != nullptr) std::exchange(pointer_, nullptr)->Release();
   }
   Interface* Get() const { return pointer_; }
+  /// Hands the reference over to the caller.
+  Interface* Detach() { return std::exchange(pointer_, nullptr); }
   Interface* operator->() const { return pointer_; }
   explicit operator bool() const { return pointer_ != nullptr; }
   Interface** Out() {

@@ -5,11 +5,14 @@
 namespace quorvane::component {
 
 /// While it lives, the module's own calls for memory and for TLS indices fail, from the n-th one
-/// on, on whatever thread; those of the test, and of the system's libraries, go on as before.
+/// on or the n-th one only, on whatever thread; those of the test, and of the system's libraries,
+/// go on as before. One at a time.
 class FailingAllocations {
  public:
+  enum class Lasting { kFromThenOn, kOnce };
+
   /// `first` counts from 1.
-  FailingAllocations(HMODULE module, int first);
+  FailingAllocations(HMODULE module, int first, Lasting lasting = Lasting::kFromThenOn);
   FailingAllocations(const FailingAllocations&) = delete;
   FailingAllocations& operator=(const FailingAllocations&) = delete;
 
