@@ -93,13 +93,21 @@ TEST(Extent, IsLockedAnewAtEachRequestForAnySize) {
 }
 
 TEST(Extent, IsKnownForContentOnly) {
-  WithControl([](auto&, auto& object) {
+  WithControl([](auto& control, auto& object) {
+    const auto view = control.template As<IViewObject2>();
     SIZEL size{741, 741};
     EXPECT_EQ(object->SetExtent(DVASPECT_CONTENT, nullptr), E_POINTER);
     EXPECT_EQ(object->GetExtent(DVASPECT_CONTENT, nullptr), E_POINTER);
     for (const DWORD aspect : {DVASPECT_ICON, DVASPECT_THUMBNAIL, DVASPECT_DOCPRINT}) {
       EXPECT_EQ(object->SetExtent(aspect, &size), DV_E_DVASPECT);
       EXPECT_EQ(object->GetExtent(aspect, &size), DV_E_DVASPECT);
+      EXPECT_EQ(size.cx, 0);
+      EXPECT_EQ(size.cy, 0);
+      size = {741, 741};
+      EXPECT_EQ(view->GetExtent(aspect, -1, nullptr, &size), DV_E_DVASPECT);
+      EXPECT_EQ(size.cx, 0);
+      EXPECT_EQ(size.cy, 0);
+      size = {741, 741};
     }
   });
 }
