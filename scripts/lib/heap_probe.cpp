@@ -1,4 +1,5 @@
-// A program with a fault of memory, for scripts/check-valgrind: one of those that it must tell of.
+// A program with a fault of memory, for scripts/check-heap and check-valgrind: one that they
+// must tell of.
 
 #include <cstdlib>
 #include <cstring>

@@ -118,7 +118,10 @@ step_windows_tests() {
   scripts/wine --setup
   build windows
   build windows-tests
-  tests_of windows-tests "${in_test_prefix[@]}"
+  local code=0
+  tests_of windows-tests "${in_test_prefix[@]}" || code=1
+  case_of check-heap scripts/check-heap || code=1
+  return "$code"
 }
 step_wine_next() {
   local beside code=0
