@@ -64,6 +64,7 @@ class Hosts(unittest.TestCase):
                            "UseProxy": "WordBool", "ProxyServer": "WideString", "UserName": "WideString",
                            "Password": "WideString"}.items():
             self.assertIn(f"property {name}:{kind} read Get_{name} write Set_{name};", unit.read_text())
+        self.assertIn("procedure Set_ServerPort(const int_New_ServerPort:Smallint)", unit.read_text())
 
     def test_node_calls_the_virtual_table(self):
         with tempfile.TemporaryDirectory(dir=BUILT) as folder:
