@@ -59,7 +59,7 @@ build() {
 tests_of() {
   local preset=$1
   shift
-  "$@" ctest --test-dir "build/$preset" --tests-regex "${only:-}" --no-tests=error --output-on-failure \
+  "$@" ctest --test-dir "build/$preset" --tests-regex "${only:-.}" --no-tests=error --output-on-failure \
     --test-output-size-passed 1000000 --test-output-size-failed 1000000 \
     --output-junit "$results/$step/$preset.xml"
 }
