@@ -13,8 +13,8 @@ rooms|the arrows between the rooms, and that each kept oddity is pinned by a tes
 format|the format of all C++ files|scripts/check-format --fix mends it.
 shell|shellcheck over all scripts|Each finding above has a number; shellcheck.net/wiki/NUMBER explains it.
 tidy|clang-tidy over the portable rooms and the programs|.clang-tidy says how to mark a finding that is wrong.
-asan|the Linux tests again, under the address and undefined-behaviour sanitizers, counting lines and branches of the portable rooms|The first report above is the one to read; or the lines listed are not reached by any test.
 memcheck|a selection of the Linux tests under valgrind|Run it by hand: scripts/check-valgrind
+asan|the Linux tests again, under the address and undefined-behaviour sanitizers, counting lines and branches of the portable rooms|The first report above is the one to read; or the lines listed are not reached by any test.
 windows|build the module and the programs for 32-bit Windows; examine the module as a file|Look for the first error above.
 wine|scripts/wine itself: arguments, exit codes, bytes, windows, parallel runs|Try: scripts/wine --setup
 windows-tests|the same tests, and those of the loaded module, as Windows programs in Wine|Run one by hand: scripts/with-display scripts/wine build/windows-tests/tests/ROOM/ROOM_tests.exe
@@ -34,7 +34,7 @@ step_names() { awk -F'|' 'NF { print $1 }' <<<"$steps"; }
 list_steps() { awk -F'|' 'NF { printf "%-14s %s\n", $1, $2 }' <<<"$steps"; }
 # The steps that wait for Wine most of the time, in an order in which each finds built what it needs; the others are for
 # Linux and run beside them.
-windows_steps() { printf '%s\n' windows windows-tests wine wine-next hosts reproducible run help release; }
+windows_steps() { printf '%s\n' windows windows-tests wine wine-next hosts run help release; }
 # Steps that build or read build/native.
 uses_native_build() { [[ " native tidy memcheck run-native run help release " = *" $1 "* ]]; }
 is_step() { [ -n "$1" ] && step_names | grep -qxF -- "$1"; }

@@ -71,11 +71,11 @@ class Hosts(unittest.TestCase):
             told, output = Path(folder) / "told", Path(folder) / "output"
             # Node looks at the version of Windows, which it does not like in Wine 8, and cannot start on pipes of Wine.
             words = [NODE / "node-win-x86/bin/node.exe", TREE / "tests/hosts/client.js", told, NODE / "koffi"]
+            call = " ".join(f'"{seen_by_wine(word)}"' for word in words)
+            (Path(folder) / "node_client.cmd").write_text(f"@set NODE_SKIP_PLATFORM_CHECK=1\n@{call}\n")
             with output.open("wb") as file:
-                done = subprocess.run(
-                    [TREE / "scripts/wine", "cmd", "/c",
-                     "set NODE_SKIP_PLATFORM_CHECK=1&& " + " ".join(map(seen_by_wine, words))],
-                    check=False, stdin=subprocess.DEVNULL, stdout=file, stderr=file, timeout=300)
+                done = subprocess.run([TREE / "scripts/wine", "cmd", "/c", "node_client.cmd"], cwd=folder,
+                                      check=False, stdin=subprocess.DEVNULL, stdout=file, stderr=file, timeout=300)
             self.assertEqual(0, done.returncode, output.read_text())
             self.assertEqual(["ServerAddress=node.example.com", "ServerPort=8080", f"GetCRCValue={crc()}",
                               "references left: 0", *GONE], told.read_text().splitlines())
