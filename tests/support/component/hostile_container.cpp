@@ -498,23 +498,31 @@ void HostileContainer::UseStreamInit(IPersistStreamInit& object) {
 }
 
 void HostileContainer::UseStorage(IPersistStorage& object) {
-  if (!storage_ || random_.OneIn(3)) storage_ = Com<IStorage>(new HostileStorage(*this, saved_));
-  const Com<IStorage> given = random_.OneIn(12) ? Com<IStorage>() : storage_;
+  // Nothing is counted before the call: whoever counts may let go of the object.
+  Com<IStorage> kept = std::exchange(storage_, {});
+  Com<IStorage> fresh;
+  if (!kept || random_.OneIn(3)) fresh = Com<IStorage>(new HostileStorage(*this, saved_));
+  IStorage* const given = random_.OneIn(12) ? nullptr : fresh ? fresh.Get() : kept.Get();
+  UseStorage(object, given);
+  storage_ = fresh ? std::move(fresh) : std::move(kept);
+}
+
+void HostileContainer::UseStorage(IPersistStorage& object, IStorage* given) {
   switch (random_.Below(6)) {
     case 0:
       EXPECT_TRUE(SUCCEEDED(Noted(object.IsDirty())));
       return;
     case 1:
-      Noted(object.InitNew(given.Get()));
+      Noted(object.InitNew(given));
       return;
     case 2:
-      Noted(object.Load(given.Get()));
+      Noted(object.Load(given));
       return;
     case 3:
-      Noted(object.Save(given.Get(), random_.OneIn(2)));
+      Noted(object.Save(given, random_.OneIn(2)));
       return;
     case 4:
-      Noted(object.SaveCompleted(given.Get()));
+      Noted(object.SaveCompleted(given));
       return;
     default:
       Noted(object.HandsOffStorage());

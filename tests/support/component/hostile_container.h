@@ -140,6 +140,7 @@ class HostileContainer {
   void UseClassInfo(IUnknown* object);
   void UseStreamInit(IPersistStreamInit& object);
   void UseStorage(IPersistStorage& object);
+  void UseStorage(IPersistStorage& object, IStorage* given);
   void UsePropertyBag(IPersistPropertyBag& object);
   void UsePointContainer(IConnectionPointContainer& object);
   void UsePoint(IConnectionPoint& object);

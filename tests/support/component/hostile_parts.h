@@ -33,14 +33,15 @@ class HostilePart : public Interfaces... {
   }
   ULONG STDMETHODCALLTYPE AddRef() override {
     const ULONG now = ++references_;
-    if (container_.ChangesItsMind()) Call("AddRef");
+    if (CountsAloud() && container_.ChangesItsMind()) Call("AddRef");
     return now;
   }
   ULONG STDMETHODCALLTYPE Release() override {
     const ULONG left = --references_;
     HostileContainer& container = container_;
+    const bool is_loud = CountsAloud() && container.ChangesItsMind();
     if (left == 0) End();
-    if (container.ChangesItsMind()) container.OnCallback("Release");
+    if (is_loud) container.OnCallback("Release");
     return left;
   }
 
@@ -48,6 +49,8 @@ class HostilePart : public Interfaces... {
   virtual ~HostilePart() { container_.CountPart(-1); }
   /// The interface of that id, uncounted, or null.
   virtual void* Find(REFIID id) = 0;
+  /// Whether it lets the container run when it is counted.
+  virtual bool CountsAloud() const { return true; }
   /// What it answers to QueryInterface.
   virtual HRESULT Answer(REFIID id, void** out) {
     *out = Find(id);
@@ -275,6 +278,8 @@ class HostileErrorInfo final : public HostilePart<IErrorInfo> {
     return answer;
   }
   void* Find(REFIID id) override { return FindAmong<IErrorInfo, IUnknown>(*this, id); }
+  // Wine's SetErrorInfo still has at hand what it has just given back.
+  bool CountsAloud() const override { return false; }
 };
 
 inline HRESULT STDMETHODCALLTYPE HostilePropertySink::OnChanged(DISPID) {
