@@ -15,8 +15,6 @@ target_compile_options(quorvane_options INTERFACE
   -Wno-maybe-uninitialized
   # And overlapping copies of two gigabytes in sums of short strings.
   -Wno-restrict
-  # No path of the building machine may reach the output: the module is the same file from every clone.
-  -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=build
   # The native module is a shared object made of the same archives.
   $<$<NOT:$<BOOL:${WIN32}>>:-fPIC>)
 
@@ -66,9 +64,13 @@ if(QUORVANE_FUZZ)
   target_link_options(quorvane_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 if(QUORVANE_COVERAGE)
-  # Of an inline function the linker keeps one copy, so what uses it counts, too; in some tests several threads at once.
-  target_compile_options(quorvane_options INTERFACE --coverage -fprofile-abs-path -fprofile-update=atomic)
+  # Of an inline function the linker keeps one copy, so what uses it counts, too. The counts name whole paths.
+  target_compile_options(quorvane_options INTERFACE --coverage -fprofile-abs-path)
   target_link_options(quorvane_options INTERFACE --coverage)
+else()
+  # No path of the building machine may reach the output: the module is the same file from every clone.
+  target_compile_options(quorvane_options INTERFACE
+    -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=build)
 endif()
 
 # quorvane_library_rooms(VARIABLE): the rooms that make the portable library, as rooms.txt lists them.
