@@ -1,8 +1,9 @@
-// The CRC of bytes in memory: the table, and arrays of three sizes in the plain way and in ours.
+// The CRC of bytes in memory: the table, and arrays of several sizes in the plain way and in ours.
 
 #include <benchmark/benchmark.h>
 
 #include "benchmarks/crc_samples.h"
+#include "benchmarks/sweep.h"
 #include "checksum/cCRC32.h"
 #include "tests/support/plain_crc.h"
 
@@ -30,12 +31,8 @@ void Table(benchmark::State& state) {
   }
 }
 
-BENCHMARK_CAPTURE(Plain, , kShort)->Name("Array16/base_plain_loop");
-BENCHMARK_CAPTURE(Ours, , kShort)->Name("Array16/GetByteArrayCrc32");
-BENCHMARK_CAPTURE(Plain, , kBlock)->Name("Array8192/base_plain_loop");
-BENCHMARK_CAPTURE(Ours, , kBlock)->Name("Array8192/GetByteArrayCrc32");
-BENCHMARK_CAPTURE(Plain, , kLargest)->Name("Array32767/base_plain_loop");
-BENCHMARK_CAPTURE(Ours, , kLargest)->Name("Array32767/GetByteArrayCrc32");
+[[maybe_unused]] const bool kArrays = Sweep("Array", kArraySizes, "base_plain_loop", Plain) &&
+                                      Sweep("Array", kArraySizes, "GetByteArrayCrc32", Ours);
 BENCHMARK_CAPTURE(Plain, , kBlock)->Name("Table/base_plain_loop_8192");
 BENCHMARK(Table)->Name("Table/BuildCrcTable");
 

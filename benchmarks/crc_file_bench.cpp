@@ -4,70 +4,27 @@
 
 #include <benchmark/benchmark.h>
 
-#include <filesystem>
-#include <fstream>
-#include <random>
+#include <array>
 
-#include "benchmarks/listing_files.h"
+#include "benchmarks/file_samples.h"
+#include "benchmarks/sweep.h"
 #include "checksum/cCRC32.h"
 #include "control/SecurityCtrl.h"
 #include "tests/support/fake_app.h"
-#include "tests/support/plain_crc.h"
-#include "tests/support/sample_bytes.h"
 
 namespace quorvane::benchmarks {
 namespace {
 
-constexpr int kSmallModule = 57856;
-constexpr int kModule = 300 * 1024;
-constexpr int kLarge = 16 * 1024 * 1024;
-constexpr std::int32_t kBlockSize = 8192;
-
-// A file of that size for the length of one benchmark.
-class SampleFile {
- public:
-  explicit SampleFile(int size)
-      : folder_(std::filesystem::temp_directory_path() /
-                ("quorvane_bench_" + std::to_string(std::random_device{}()))) {
-    std::filesystem::create_directories(folder_);
-    const auto bytes = testing::SampleBytes(static_cast<std::size_t>(size));
-    std::ofstream file(folder_ / "Module.ocx", std::ios::binary);
-    file.write(reinterpret_cast<const char*>(bytes.data()), size);
-  }
-  SampleFile(const SampleFile&) = delete;
-  SampleFile& operator=(const SampleFile&) = delete;
-  ~SampleFile() {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
-  }
-
-  [[nodiscard]] Text Folder() const { return Text(folder_.u16string()); }
-  [[nodiscard]] Text Name() const { return Folder() + u"\\Module.ocx"; }
-
- private:
-  std::filesystem::path folder_;
-};
-
-template <class Block>
-void ForEachBlock(Files& file_access, const Text& name, Block block) {
-  cBinaryFileStream stream(file_access);
-  stream.PutFile(name);
-  ByteArray buffer(0, kBlockSize - 1);
-  while (const std::int32_t count = stream.Read(buffer, kBlockSize))
-    block(buffer.Elements().first(static_cast<std::size_t>(count)));
-}
+// Modules of two sizes, and larger files.
+constexpr std::array kModules{57856, 300 << 10};
+constexpr std::array kFiles{8192, 57856, 300 << 10, 2 << 20, 16 << 20};
+// Up to the largest that has a CRC: one byte more, and the end could not be reported.
+constexpr std::array kLargest{512 << 20, 1024 << 20, 1536 << 20, 2147475455};
+constexpr int kRepetitions = 3;  // of those: a second each
 
 void AsWritten(benchmark::State& state, int size) {
   const SampleFile file(size);
-  ListingFiles listing_files;
-  for ([[maybe_unused]] auto round : state) {
-    const CrcTable table = BuildCrcTable();
-    std::uint32_t crc = 0xFFFFFFFF;
-    ForEachBlock(listing_files, file.Name(), [&](std::span<const std::uint8_t> bytes) {
-      crc = testing::AdvanceCrcPlainly(table, crc, bytes);
-    });
-    benchmark::DoNotOptimize(crc);
-  }
+  MeasureAsWritten(state, file.Name());
 }
 
 std::int32_t FileCrc(Files& file_access, const Text& name) {
@@ -89,14 +46,9 @@ void Ours(benchmark::State& state, int size) {
   for ([[maybe_unused]] auto round : state) benchmark::DoNotOptimize(FileCrc(files(), file.Name()));
 }
 
-// The limit: the same file without a CRC.
-void ReadOnly(benchmark::State& state, int size) {
+void ReadsAlone(benchmark::State& state, int size) {
   const SampleFile file(size);
-  for ([[maybe_unused]] auto round : state) {
-    ForEachBlock(files(), file.Name(), [](std::span<const std::uint8_t> bytes) {
-      benchmark::DoNotOptimize(bytes.data());
-    });
-  }
+  MeasureReadsAlone(state, file.Name());
 }
 
 class SilentSite final : public ControlSite {
@@ -106,8 +58,8 @@ class SilentSite final : public ControlSite {
   void SetWidth(float /*twips*/) override {}
 };
 
-void GetCRCValue(benchmark::State& state) {
-  const SampleFile file(kModule);
+void GetCRCValue(benchmark::State& state, int size) {
+  const SampleFile file(size);
   testing::FakeApp module;
   module.path = file.Folder();
   SilentSite site;
@@ -115,19 +67,13 @@ void GetCRCValue(benchmark::State& state) {
   for ([[maybe_unused]] auto round : state) benchmark::DoNotOptimize(control.GetCRCValue());
 }
 
-BENCHMARK_CAPTURE(AsWritten, , kSmallModule)->Name("File57856/base_as_written");
-BENCHMARK_CAPTURE(WithListing, , kSmallModule)->Name("File57856/GetFileCrc32_with_listing");
-BENCHMARK_CAPTURE(Ours, , kSmallModule)->Name("File57856/GetFileCrc32");
-BENCHMARK_CAPTURE(ReadOnly, , kSmallModule)->Name("File57856/read_only");
-BENCHMARK_CAPTURE(AsWritten, , kModule)->Name("File300K/base_as_written");
-BENCHMARK_CAPTURE(WithListing, , kModule)->Name("File300K/GetFileCrc32_with_listing");
-BENCHMARK_CAPTURE(Ours, , kModule)->Name("File300K/GetFileCrc32");
-BENCHMARK(GetCRCValue)->Name("File300K/GetCRCValue");
-BENCHMARK_CAPTURE(ReadOnly, , kModule)->Name("File300K/read_only");
-BENCHMARK_CAPTURE(AsWritten, , kLarge)->Name("File16M/base_as_written");
-BENCHMARK_CAPTURE(WithListing, , kLarge)->Name("File16M/GetFileCrc32_with_listing");
-BENCHMARK_CAPTURE(Ours, , kLarge)->Name("File16M/GetFileCrc32");
-BENCHMARK_CAPTURE(ReadOnly, , kLarge)->Name("File16M/read_only");
+[[maybe_unused]] const bool kRegistered =
+    Sweep("File", kFiles, "base_as_written", AsWritten) &&
+    Sweep("File", kFiles, "GetFileCrc32_with_listing", WithListing) &&
+    Sweep("File", kFiles, "GetFileCrc32", Ours) &&
+    Sweep("File", kModules, "GetCRCValue", GetCRCValue) &&
+    Sweep("File", kFiles, "reads_alone", ReadsAlone) &&
+    Sweep<kRepetitions>("LargeFile", kLargest, "GetFileCrc32", Ours);
 
 }  // namespace
 }  // namespace quorvane::benchmarks

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -7,10 +8,11 @@
 
 namespace quorvane::benchmarks {
 
-/// The sizes of arrays that are measured: a short one, a block of a file, the largest from index 0.
-inline constexpr int kShort = 16;
+/// A block of a file.
 inline constexpr int kBlock = 8192;
-inline constexpr int kLargest = 32767;
+
+/// The sizes of arrays that are measured, up to the largest from index 0.
+inline constexpr std::array kArraySizes{16, 64, 256, 1024, 4096, kBlock, 16384, 24576, 32767};
 
 /// The bytes that all variants of one size get.
 inline std::vector<std::uint8_t> ArrayBytes(int size) {

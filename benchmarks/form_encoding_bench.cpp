@@ -1,6 +1,6 @@
-// Form encoding of the longest text, against appending to the result with a search of the list of
-// passing characters each time, and, for characters above ASCII, against the calls of the code page
-// alone.
+// Form encoding, of a form's body in several lengths and of other texts in the longest, against
+// appending to the result with a search of the list of passing characters each time, and, for
+// characters above ASCII, against the calls of the code page alone.
 
 #include <benchmark/benchmark.h>
 
@@ -8,35 +8,15 @@
 #include <string>
 
 #include "benchmarks/code_page_calls.h"
+#include "benchmarks/sweep.h"
+#include "benchmarks/text_samples.h"
 #include "text/form_encoding.h"
 
 namespace quorvane::benchmarks {
 namespace {
 
-constexpr std::size_t kLongest = 32766;
-
-std::u16string Repeated(std::u16string_view piece) {
-  std::u16string text;
-  while (text.size() < kLongest) text += piece.substr(0, kLongest - text.size());
-  return text;
-}
-
-const std::u16string& Kept() {
-  static const std::u16string kText = Repeated(u"abcdefghijklmnopqrstuvwxyz0123456789=&");
-  return kText;
-}
-const std::u16string& Form() {
-  static const std::u16string kText = Repeated(u"name=val ue&code=a,b12&other=x y");
-  return kText;
-}
-const std::u16string& Escaped() {
-  static const std::u16string kText = Repeated(u"%+,;\"'#\\");
-  return kText;
-}
-const std::u16string& Above127() {
-  static const std::u16string kText = Repeated(u"\u00E9\u00FC\u20AC\u00DF");
-  return kText;
-}
+constexpr std::u16string_view kAccented = u"\u00E9\u00FC\u20AC\u00DF";
+constexpr std::array kOnlyLongest{kLongest};
 
 std::u16string AppendWithListSearch(const std::u16string& text) {
   static const std::u16string kList =
@@ -57,28 +37,34 @@ std::u16string AppendWithListSearch(const std::u16string& text) {
   return out;
 }
 
-void ListSearch(benchmark::State& state, const std::u16string& text) {
+void ListSearch(benchmark::State& state, int length, std::u16string_view piece) {
+  const std::u16string text = Repeated(piece, length);
   for ([[maybe_unused]] auto round : state) benchmark::DoNotOptimize(AppendWithListSearch(text));
 }
 
-void CodePageCalls(benchmark::State& state, const std::u16string& text) {
+void CodePageCalls(benchmark::State& state, int length, std::u16string_view piece) {
+  const std::u16string text = Repeated(piece, length);
   for ([[maybe_unused]] auto round : state)
     benchmark::DoNotOptimize(CallCodePageForEachCharacter(text));
 }
 
-void Ours(benchmark::State& state, const std::u16string& characters) {
-  const Text text(characters);
+void Ours(benchmark::State& state, int length, std::u16string_view piece) {
+  const Text text(Repeated(piece, length));
   for ([[maybe_unused]] auto round : state) benchmark::DoNotOptimize(FormEncode(text));
 }
 
-BENCHMARK_CAPTURE(ListSearch, , Kept())->Name("Kept/base_append_list_search");
-BENCHMARK_CAPTURE(Ours, , Kept())->Name("Kept/FormEncode");
-BENCHMARK_CAPTURE(ListSearch, , Form())->Name("Form/base_append_list_search");
-BENCHMARK_CAPTURE(Ours, , Form())->Name("Form/FormEncode");
-BENCHMARK_CAPTURE(ListSearch, , Escaped())->Name("Escaped/base_append_list_search");
-BENCHMARK_CAPTURE(Ours, , Escaped())->Name("Escaped/FormEncode");
-BENCHMARK_CAPTURE(CodePageCalls, , Above127())->Name("Above127/base_code_page_calls");
-BENCHMARK_CAPTURE(Ours, , Above127())->Name("Above127/FormEncode");
+constexpr auto kBase = "base_append_list_search";
+constexpr auto kOurs = "FormEncode";
+
+[[maybe_unused]] const bool kRegistered =
+    Sweep("Form", kLengths, kBase, ListSearch, kForm) &&
+    Sweep("Form", kLengths, kOurs, Ours, kForm) &&
+    Sweep("Kept", kOnlyLongest, kBase, ListSearch, kKept) &&
+    Sweep("Kept", kOnlyLongest, kOurs, Ours, kKept) &&
+    Sweep("Escaped", kOnlyLongest, kBase, ListSearch, kEscaped) &&
+    Sweep("Escaped", kOnlyLongest, kOurs, Ours, kEscaped) &&
+    Sweep("Accented", kOnlyLongest, "base_code_page_calls", CodePageCalls, kAccented) &&
+    Sweep("Accented", kOnlyLongest, kOurs, Ours, kAccented);
 
 }  // namespace
 }  // namespace quorvane::benchmarks

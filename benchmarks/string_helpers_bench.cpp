@@ -1,11 +1,12 @@
-// Replace-all of a long text: against rebuilding the text at each match, against asking the
-// collation at each place, and against itself on half the text.
+// Replace-all, of a long text and, for a match at each character and for none, of several lengths:
+// against rebuilding the text at each match, and against asking the collation at each place.
 
 #include <benchmark/benchmark.h>
 
 #include <string>
 
 #include "benchmarks/replace_samples.h"
+#include "benchmarks/sweep.h"
 #include "platform/collation.h"
 #include "tests/support/fake_collation.h"
 #include "text/string_helpers.h"
@@ -71,9 +72,13 @@ void ComparisonsAlone(benchmark::State& state, const Replacing& task) {
   }
 }
 
-BENCHMARK_CAPTURE(Rebuild, , kEachCharacter)->Name("Match1/base_rebuild");
-BENCHMARK_CAPTURE(EveryPlace, , kEachCharacter)->Name("Match1/collation_everywhere");
-BENCHMARK_CAPTURE(Ours, , kEachCharacter)->Name("Match1/ReplaceAll");
+[[maybe_unused]] const bool kRegistered =
+    Sweep("Each", kLengths, "base_rebuild", OfLength<Rebuild>, kEachCharacter) &&
+    Sweep("Each", kLengths, "ReplaceAll", OfLength<Ours>, kEachCharacter) &&
+    Sweep("None", kLengthsWithoutMatch, "base_rebuild", OfLength<Rebuild>, kNone) &&
+    Sweep("None", kLengthsWithoutMatch, "ReplaceAll", OfLength<Ours>, kNone);
+
+BENCHMARK_CAPTURE(EveryPlace, , kEachCharacter)->Name("Each32766/collation_everywhere");
 BENCHMARK_CAPTURE(Rebuild, , kEachThird)->Name("Match3/base_rebuild");
 BENCHMARK_CAPTURE(EveryPlace, , kEachThird)->Name("Match3/collation_everywhere");
 BENCHMARK_CAPTURE(Ours, , kEachThird)->Name("Match3/ReplaceAll");
@@ -86,11 +91,7 @@ BENCHMARK_CAPTURE(Ours, , kEachTenth)->Name("Match10/ReplaceAll");
 BENCHMARK_CAPTURE(Rebuild, , kEachHundredth)->Name("Match100/base_rebuild");
 BENCHMARK_CAPTURE(EveryPlace, , kEachHundredth)->Name("Match100/collation_everywhere");
 BENCHMARK_CAPTURE(Ours, , kEachHundredth)->Name("Match100/ReplaceAll");
-BENCHMARK_CAPTURE(Rebuild, , kNone)->Name("MatchNone/base_rebuild");
-BENCHMARK_CAPTURE(EveryPlace, , kNone)->Name("MatchNone/collation_everywhere");
-BENCHMARK_CAPTURE(Ours, , kNone)->Name("MatchNone/ReplaceAll");
-BENCHMARK_CAPTURE(Ours, , kEachCharacter)->Name("Twice/base_32766");
-BENCHMARK_CAPTURE(Ours, , kHalf)->Name("Twice/16383");
+BENCHMARK_CAPTURE(EveryPlace, , kNone)->Name("None32766/collation_everywhere");
 BENCHMARK_CAPTURE(ComparisonsAlone, , kOtherScript)->Name("Other/base_comparisons_alone");
 BENCHMARK_CAPTURE(Ours, , kOtherScript)->Name("Other/ReplaceAll");
 

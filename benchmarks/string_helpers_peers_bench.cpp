@@ -9,7 +9,7 @@
 #include <memory>
 
 #include "benchmarks/replace_samples.h"
-#include "text/string_helpers.h"
+#include "benchmarks/sweep.h"
 
 namespace quorvane::benchmarks {
 namespace {
@@ -47,30 +47,18 @@ void Boost(benchmark::State& state, const Replacing& task) {
   }
 }
 
-void Ours(benchmark::State& state, const Replacing& task) {
-  const Text text(task.Sample());
-  const Text find(task.find);
-  const Text replacement(task.replacement);
-  for ([[maybe_unused]] auto round : state) {
-    benchmark::DoNotOptimize(ReplaceAll(text, find, replacement));
-  }
-}
+[[maybe_unused]] const bool kRegistered =
+    Sweep("Each", kLengths, "icu", OfLength<Icu>, kEachCharacter) &&
+    Sweep("Each", kLengths, "boost", OfLength<Boost>, kEachCharacter) &&
+    Sweep("None", kLengthsWithoutMatch, "icu", OfLength<Icu>, kNone) &&
+    Sweep("None", kLengthsWithoutMatch, "boost", OfLength<Boost>, kNone);
 
-BENCHMARK_CAPTURE(Icu, , kEachCharacter)->Name("Peers1/base_icu");
-BENCHMARK_CAPTURE(Boost, , kEachCharacter)->Name("Peers1/boost");
-BENCHMARK_CAPTURE(Ours, , kEachCharacter)->Name("Peers1/ReplaceAll");
-BENCHMARK_CAPTURE(Icu, , kEachThird)->Name("Peers3/base_icu");
-BENCHMARK_CAPTURE(Boost, , kEachThird)->Name("Peers3/boost");
-BENCHMARK_CAPTURE(Ours, , kEachThird)->Name("Peers3/ReplaceAll");
-BENCHMARK_CAPTURE(Icu, , kEachTenth)->Name("Peers10/base_icu");
-BENCHMARK_CAPTURE(Boost, , kEachTenth)->Name("Peers10/boost");
-BENCHMARK_CAPTURE(Ours, , kEachTenth)->Name("Peers10/ReplaceAll");
-BENCHMARK_CAPTURE(Icu, , kEachHundredth)->Name("Peers100/base_icu");
-BENCHMARK_CAPTURE(Boost, , kEachHundredth)->Name("Peers100/boost");
-BENCHMARK_CAPTURE(Ours, , kEachHundredth)->Name("Peers100/ReplaceAll");
-BENCHMARK_CAPTURE(Icu, , kNone)->Name("PeersNone/base_icu");
-BENCHMARK_CAPTURE(Boost, , kNone)->Name("PeersNone/boost");
-BENCHMARK_CAPTURE(Ours, , kNone)->Name("PeersNone/ReplaceAll");
+BENCHMARK_CAPTURE(Icu, , kEachThird)->Name("Match3/icu");
+BENCHMARK_CAPTURE(Boost, , kEachThird)->Name("Match3/boost");
+BENCHMARK_CAPTURE(Icu, , kEachTenth)->Name("Match10/icu");
+BENCHMARK_CAPTURE(Boost, , kEachTenth)->Name("Match10/boost");
+BENCHMARK_CAPTURE(Icu, , kEachHundredth)->Name("Match100/icu");
+BENCHMARK_CAPTURE(Boost, , kEachHundredth)->Name("Match100/boost");
 
 }  // namespace
 }  // namespace quorvane::benchmarks

@@ -116,7 +116,7 @@ class Servers:
         pages.mkdir()
         (pages / "not-found.txt").write_bytes(b"no such form")
         (pages / "broken.txt").write_bytes(b"Error : the form is broken")
-        for size in (0, 1, 2047, 2048, 2049, 10000):
+        for size in (0, 1, 2047, 2048, 2049, 10000, 102400):
             (pages / f"size-{size}").write_bytes(pattern(size))
         for megabytes in os.environ.get("QUORVANE_TEST_BIG_PAGES", "100").split(","):
             (pages / f"big-{megabytes}").write_bytes(pattern(int(megabytes) << 20))
