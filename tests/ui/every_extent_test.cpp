@@ -28,6 +28,18 @@ TEST(EveryExtent, GivesTheBandsOfFloatingPointFromLeftToRight) { ExpectAgreement
 
 TEST(EveryExtent, GivesTheBandsOfFloatingPointFromTopToBottom) { ExpectAgreement(1, 1); }
 
+// Only a negative colour's blue is below zero. Sums that come to next to nothing keep all their
+// digits.
+TEST(SomeExtents, GiveTheBandsOfFloatingPointWhereBlueRisesThroughZero) {
+  constexpr Colour kStart = -127 * 65536;
+  constexpr Colour kEnd = 127 * 65536;
+  for (std::int32_t extent = kFirstExtent; extent < 1000; ++extent) {
+    BandRecorder recorder;
+    DrawGradient(DeviceContext{1}, extent, 300, kStart, kEnd, 0, recorder);
+    ASSERT_EQ(recorder.bands, BandsInFloatingPoint(extent, 300, kStart, kEnd, 0)) << extent;
+  }
+}
+
 // For the builds at each level of optimisation.
 TEST(SomeExtents, GiveTheBandsOfFloatingPoint) {
   ExpectAgreement(0, 13);

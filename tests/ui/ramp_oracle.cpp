@@ -45,7 +45,7 @@ std::vector<PaintedBand> BandsInFloatingPoint(std::int32_t width, std::int32_t h
   const int across = SixteenBits(down ? width : height);
   Channel red(start & 255, end & 255, along);
   Channel green((start >> 8) & 255, (end >> 8) & 255, along);
-  Channel blue((start >> 16) & 255, (end >> 16) & 255, along);
+  Channel blue(start >> 16, end >> 16, along);
   const int side = static_cast<int>(Nearest(across / 15.0 - 2));
   const int last = static_cast<int>(Nearest(along / 15.0 - 5));
   for (int index = 0; index <= last; ++index) {
