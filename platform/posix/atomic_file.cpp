@@ -115,10 +115,8 @@ class NextFile {
 }  // namespace
 
 void CreatePrivateFolder(const std::filesystem::path& folder) {
-  const bool lacks_parent = ::mkdir(folder.c_str(), 0700) != 0 && errno == ENOENT;
-  if (!lacks_parent || !folder.has_relative_path()) return;
-  CreatePrivateFolder(folder.parent_path());
-  ::mkdir(folder.c_str(), 0700);
+  std::filesystem::path made;
+  for (const auto& name : folder) ::mkdir((made /= name).c_str(), 0700);
 }
 
 std::optional<std::string> ReadFile(const std::filesystem::path& file) {

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <ctime>
+#include <functional>
 
 #include "platform/posix/web_client.h"
 #include "platform/wininet.h"
@@ -70,6 +71,41 @@ TEST_F(WebStandIn, RefusesHandlesOfAnotherKind) {
   EXPECT_EQ(LastFailure(), Reason::kInvalidHandle);
 }
 
+TEST_F(WebStandIn, RefusesWhatItDoesNotKnow) {
+  const InternetHandle request = Open("/raw", "PEER");
+  const auto open = [this](const char* verb, const char* version) {
+    return web_.HttpOpenRequestA(connection_, verb, "/", version, nullptr, nullptr, 0, 0);
+  };
+  const auto connect = [this](const char* server, std::uint32_t service) {
+    return web_.InternetConnectA(session_, server, 80, nullptr, nullptr, service, 0, 0);
+  };
+  const auto send = [&](const char* headers, std::uint32_t length) {
+    return static_cast<InternetHandle>(web_.HttpSendRequestA(request, headers, length, nullptr, 0));
+  };
+  const auto add = [&](const char* headers, std::uint32_t modifiers) {
+    return static_cast<InternetHandle>(web_.HttpAddRequestHeadersA(request, headers, 0, modifiers));
+  };
+  const std::function<InternetHandle()> calls[] = {
+      [&] { return web_.InternetOpenA("a", 1, nullptr, nullptr, 0); },
+      [&] { return web_.InternetOpenA("a", WinInet::kOpenTypeProxy, nullptr, nullptr, 0); },
+      [&] { return connect(nullptr, WinInet::kServiceHttp); },
+      [&] { return connect("", WinInet::kServiceHttp); },
+      [&] { return connect("127.0.0.1", 1); },
+      [&] { return open("GET", "HTTP/1.0"); },
+      [&] { return open("POST", "HTTP/1.1"); },
+      [&] { return add(nullptr, WinInet::kAddHeader | WinInet::kReplaceHeader); },
+      [&] { return add("", WinInet::kAddHeader); },
+      [&] { return send("", 0); },
+      [&] { return send(nullptr, 1); },
+  };
+  for (const auto& call : calls) {
+    EXPECT_EQ(web_.InternetCloseHandle(kUnknown), 0);
+    EXPECT_EQ(LastFailure(), Reason::kInvalidHandle);
+    EXPECT_EQ(call(), 0U) << &call - calls;
+    EXPECT_EQ(LastFailure(), Reason::kInvalidParameter) << &call - calls;
+  }
+}
+
 TEST_F(WebStandIn, ClosesEachHandleOnce) {
   const InternetHandle request = Open("/raw", "PEER");
   for (const InternetHandle handle : {request, connection_, session_}) {
@@ -110,6 +146,23 @@ TEST_F(WebStandIn, HasTheHeadBeforeALateBodyAndWaitsWithoutWork) {
   EXPECT_NE(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
   EXPECT_EQ(std::string(buffer_, count_), "late");
   EXPECT_LT(std::clock() - work, CLOCKS_PER_SEC / 2);
+}
+
+TEST_F(WebStandIn, FindsTheProxyForHttpInAList) {
+  const std::string proxy = ToUtf8(AddressOf("PROXY"));
+  for (const std::string& list : {proxy + ";https=none.invalid:1", "http=" + proxy,
+                                  "https=none.invalid:1;http=http://" + proxy,
+                                  "ftp=none.invalid:1 " + proxy + " http=none.invalid:1"}) {
+    session_ = web_.InternetOpenA("a", WinInet::kOpenTypeProxy, list.c_str(), nullptr, 0);
+    connection_ = web_.InternetConnectA(session_, "127.0.0.1", PortOf("PEER"), nullptr, nullptr,
+                                        WinInet::kServiceHttp, 0, 0);
+    const InternetHandle request =
+        web_.HttpOpenRequestA(connection_, "POST", "/raw", "HTTP/1.0", nullptr, nullptr, 0, 0);
+    ASSERT_NE(Send(request), 0) << list;
+    EXPECT_NE(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
+    const std::string echo = BytesOf(FromUtf8(std::string(buffer_, count_)));
+    EXPECT_NE(echo.find("quorvane-open"), std::string::npos) << list;
+  }
 }
 
 TEST_F(WebStandIn, GivesUpOnAServerThatSaysNothing) {

@@ -90,6 +90,7 @@ TEST(UnixVersion, IsTheKernelsRelease) {
   OsVersionInformation information{};
   information.dwOSVersionInfoSize = sizeof information;
   EXPECT_EQ(kernel32().GetVersionExA(&information), 1);
+  EXPECT_EQ(information.dwPlatformId, 4U) << "neither of the two old families";
   EXPECT_EQ(std::string(information.szCSDVersion), system.release);
   EXPECT_TRUE(std::string(system.release)
                   .starts_with(std::to_string(information.dwMajorVersion) + "." +

@@ -11,6 +11,10 @@
 #include <set>
 #include <span>
 #include <string>
+#include <vector>
+
+#include "platform/iphlpapi.h"
+#include "platform/posix/system_errors.h"
 
 namespace quorvane {
 namespace {
@@ -53,6 +57,24 @@ TEST(KernelAdapters, AreThoseUnderSysClassNetButTheLoopBack) {
         3);
   }
   EXPECT_EQ(found, expected);
+}
+
+TEST(KernelAdapters, FillABlockThatHasRoomForThem) {
+  std::vector<AdapterInfoRecord> records(KernelAdapters()->size());
+  if (records.empty()) return;  // SystemFault.NoAdapterIsAnAnswerOfItsOwn
+  const auto needed = static_cast<std::int32_t>(records.size() * sizeof records[0]);
+  std::int32_t size = 0;
+  EXPECT_EQ(iphlpapi().GetAdaptersInfo(nullptr, nullptr), system_error::kInvalidParameter);
+  EXPECT_EQ(iphlpapi().GetAdaptersInfo(records.data(), &size), system_error::kBufferOverflow);
+  EXPECT_EQ(size, needed);
+  EXPECT_EQ(iphlpapi().GetAdaptersInfo(records.data(), &size), system_error::kSuccess);
+  EXPECT_EQ(size, needed);
+  auto next = static_cast<std::uint32_t>(iphlpapi().AddressOf(records.data()));
+  for (const AdapterInfoRecord& record : records) {
+    next += sizeof record;
+    EXPECT_EQ(record.next, &record == &records.back() ? 0 : next);
+    EXPECT_NE(record.name[0], '\0');
+  }
 }
 
 TEST(MakeChain, LinksOneRecordBehindTheOther) {

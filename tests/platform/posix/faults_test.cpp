@@ -273,5 +273,12 @@ TEST_F(SystemFault, AdaptersThatTheKernelDoesNotTellAreAnError) {
   EXPECT_EQ(size, 0);
 }
 
+TEST_F(SystemFault, NoAdapterIsAnAnswerOfItsOwn) {
+  other_system.lacks_adapters = true;
+  std::int32_t size = 640;
+  EXPECT_EQ(iphlpapi().GetAdaptersInfo(nullptr, &size), error::kNoData);
+  EXPECT_EQ(size, 0);
+}
+
 }  // namespace
 }  // namespace quorvane

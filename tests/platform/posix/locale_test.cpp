@@ -96,7 +96,7 @@ TEST(SystemLocale, IsTheNeutralOneWhereTheEnvironmentNamesAnUnknownOne) {
 TEST(NumericText, WritesOutUpTo15PlacesBehindThePoint) {
   NumericText rules;
   const auto text_of = [&](double value) {
-    std::u16string text;
+    std::u16string text = u"before";
     EXPECT_EQ(rules.VarBstrFromR8(value, 0, 0, &text), 0);
     return text;
   };

@@ -38,6 +38,7 @@ struct OtherSystem {
   long file_system = 0;               // of statfs(2); 0: the true one
   const char* joined_user = nullptr;  // an account name with a domain in front
   bool hides_adapters = false;
+  bool lacks_adapters = false;
   bool skips_pauses = false;
   bool lacks_converters = false;
   bool lacks_user = false;  // the running program's, in the user database
