@@ -29,6 +29,13 @@ TEST(ByteArray, IsNotAllocatedByAnEmptyListOfDimensions) {
   EXPECT_TRUE(array.Elements().empty());
 }
 
+TEST(ByteArray, HasNoElementsWhereNoBoundsAreNamed) {
+  const ByteArray array(std::vector<Bounds>(1));
+  EXPECT_EQ(array.LowerBound(), 0);
+  EXPECT_EQ(array.UpperBound(), -1);
+  EXPECT_TRUE(array.Elements().empty());
+}
+
 TEST(ByteArray, CountsFromItsOwnLowerBound) {
   ByteArray array(-5, 5);
   EXPECT_EQ(array.LowerBound(), -5);

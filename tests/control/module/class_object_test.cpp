@@ -48,6 +48,8 @@ TEST(ClassObject, AnswersIUnknownAndIClassFactoryOnly) {
   const Module module;
   Com<IUnknown> unknown;
   EXPECT_EQ(module.GetClassObject(kClassId, IID_IUnknown, unknown.OutVoid()), S_OK);
+  EXPECT_EQ(unknown->AddRef(), 2U);
+  EXPECT_EQ(unknown->Release(), 1U);
   for (const IID& id : {IID_IClassFactory2, IID_IDispatch, IID_IOleObject, kSecurityCtrlId}) {
     void* out = kGarbage;
     EXPECT_EQ(module.GetClassObject(kClassId, id, &out), E_NOINTERFACE);

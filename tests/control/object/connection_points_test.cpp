@@ -35,6 +35,9 @@ TEST(ConnectionPoints, AcceptEveryGenerationsSourceId) {
       const auto point = Point(control, id);
       IID told{};
       EXPECT_EQ(point->GetConnectionInterface(&told), S_OK);
+      Com<IConnectionPointContainer> container;
+      EXPECT_EQ(point->GetConnectionPointContainer(container.Out()), S_OK);
+      EXPECT_EQ(container.Get(), control.As<IConnectionPointContainer>().Get());
       FakeEventSink sink(id);
       DWORD cookie = 0;
       EXPECT_EQ(point->Advise(&sink, &cookie), S_OK) << generation.entry;

@@ -2,8 +2,10 @@
 // every way back.
 
 #include <functional>
+#include <set>
 #include <utility>
 
+#include "tests/support/component/canvas.h"
 #include "tests/support/component/fake_site.h"
 #include "tests/support/component/host_window.h"
 #include "tests/support/component/module_under_test.h"
@@ -445,6 +447,32 @@ TEST(Window, TakesItsClassAlongWithTheModule) {
     }
     EXPECT_FALSE(IsInMemory(copy));
     EXPECT_FALSE(::GetClassInfoW(instance, name, &description));
+  });
+}
+
+int endings = 0;
+
+BOOL WINAPI EndAndCount(HWND window, const PAINTSTRUCT* paint) {
+  ++endings;
+  return ::EndPaint(window, paint);
+}
+
+TEST(Window, ShowsThePictureWhereItIsAsked) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto&, auto&, auto&, auto& in_place, auto do_verb) {
+    EXPECT_EQ(do_verb(OLEIVERB_SHOW, nullptr), S_OK);
+    const HWND window = WindowOf(in_place);
+    const testing::ReplacedImport counted(::GetModuleHandleW(QUORVANE_MODULE_FILE), "EndPaint",
+                                          EndAndCount);
+    endings = 0;
+    EXPECT_EQ(::SendMessageW(window, WM_PAINT, 0, 0), 0);
+    EXPECT_EQ(endings, 1);
+    const Canvas canvas;
+    const auto device = reinterpret_cast<WPARAM>(canvas.Device());
+    EXPECT_EQ(::SendMessageW(window, WM_ERASEBKGND, device, 0), 1) << "the picture fills it";
+    EXPECT_EQ(canvas.Colours({0, 0, 64, 64}), (std::set<DWORD>{Canvas::kMagenta}));
+    EXPECT_EQ(::SendMessageW(window, WM_PRINTCLIENT, device, PRF_CLIENT), 0);
+    EXPECT_GT(canvas.Colours({0, 0, 28, 28}).size(), 2U);
+    EXPECT_EQ(canvas.Colours({28, 0, 64, 64}), (std::set<DWORD>{Canvas::kMagenta}));
   });
 }
 

@@ -35,6 +35,8 @@ TEST(MiscStatus, IsTheFixedValueBeforeSiteAndInitialisation) {
     DWORD status = 0;
     EXPECT_EQ(object->GetMiscStatus(DVASPECT_CONTENT, &status), S_OK);
     EXPECT_EQ(status, 148881U);
+    EXPECT_EQ(object->GetMiscStatus(DVASPECT_ICON, &status), S_OK);
+    EXPECT_EQ(status, 0U) << "nothing is said of other aspects";
     EXPECT_EQ(object->GetMiscStatus(DVASPECT_CONTENT, nullptr), E_POINTER);
   });
 }
@@ -170,7 +172,7 @@ TEST(OleObject, GivesItsUserTypeAsTaskMemory) {
       LPOLESTR name = nullptr;
       EXPECT_EQ(object->GetUserType(form, &name), S_OK);
       ASSERT_NE(name, nullptr);
-      EXPECT_NE(*name, L'\0');
+      EXPECT_EQ(std::wstring(name), L"SecurityCtrl");
       ::CoTaskMemFree(name);
     }
     EXPECT_EQ(object->GetUserType(USERCLASSTYPE_FULL, nullptr), E_POINTER);
@@ -183,18 +185,28 @@ TEST(OleObject, LeavesOptionalCallsUnimplemented) {
     EXPECT_EQ(object->SetMoniker(OLEWHICHMK_CONTAINER, nullptr), E_NOTIMPL);
     EXPECT_EQ(object->GetMoniker(OLEGETMONIKER_ONLYIFTHERE, OLEWHICHMK_OBJFULL, &moniker),
               E_NOTIMPL);
+    EXPECT_EQ(moniker, nullptr);
+    EXPECT_EQ(object->GetMoniker(OLEGETMONIKER_ONLYIFTHERE, OLEWHICHMK_OBJFULL, nullptr),
+              E_NOTIMPL);
     EXPECT_EQ(object->InitFromData(nullptr, FALSE, 0), E_NOTIMPL);
     auto* data = reinterpret_cast<IDataObject*>(0x1234);
     EXPECT_EQ(object->GetClipboardData(0, &data), E_NOTIMPL);
+    EXPECT_EQ(data, nullptr);
+    EXPECT_EQ(object->GetClipboardData(0, nullptr), E_NOTIMPL);
     EXPECT_EQ(object->SetColorScheme(nullptr), E_NOTIMPL);
   });
 }
 
-TEST(OleObject, ListsNoVerbsItLacks) {
+TEST(OleObject, ListsNoVerbsAndAtFirstNoSinks) {
   WithControl([](auto&, auto& object) {
-    Com<IEnumOLEVERB> verbs;
-    const HRESULT result = object->EnumVerbs(verbs.Out());
-    EXPECT_TRUE(result == OLEOBJ_E_NOVERBS ? !verbs : result == S_OK) << std::hex << result;
+    auto* verbs = reinterpret_cast<IEnumOLEVERB*>(0x1234);
+    EXPECT_EQ(object->EnumVerbs(&verbs), OLEOBJ_E_NOVERBS);
+    EXPECT_EQ(verbs, nullptr);
+    EXPECT_EQ(object->EnumVerbs(nullptr), E_POINTER);
+    auto* sinks = reinterpret_cast<IEnumSTATDATA*>(0x1234);
+    EXPECT_EQ(object->EnumAdvise(&sinks), S_OK);
+    EXPECT_EQ(sinks, nullptr);
+    EXPECT_EQ(object->EnumAdvise(nullptr), E_POINTER);
   });
 }
 

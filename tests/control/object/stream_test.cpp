@@ -119,12 +119,15 @@ TEST(StreamLoad, StopsExactlyBehindItsOwnData) {
   ByteVector bytes = Saved(kOthers);
   const std::size_t own = bytes.size();
   bytes.insert(bytes.end(), {1, 2, 3, 4, 5});
-  WithControl([&](auto& control, auto& persistence) {
-    FakeStream stream(bytes);
-    EXPECT_EQ(persistence->Load(&stream), S_OK);
-    EXPECT_EQ(stream.position, own);
-    EXPECT_EQ(ValuesOf(control), kOthers);
-  });
+  for (const ULONG largest_piece : {0x7FFFFFFFUL, 3UL, 4UL, 5UL, 7UL}) {
+    WithControl([&](auto& control, auto& persistence) {
+      FakeStream stream(bytes);
+      stream.largest_piece = largest_piece;
+      EXPECT_EQ(persistence->Load(&stream), S_OK);
+      EXPECT_EQ(stream.position, own);
+      EXPECT_EQ(ValuesOf(control), kOthers);
+    });
+  }
 }
 
 TEST(StreamLoad, ReadsOnThroughShortReads) {

@@ -2,6 +2,7 @@
 // one view sink.
 
 #include <set>
+#include <utility>
 
 #include "tests/support/component/canvas.h"
 #include "tests/support/component/fake_sinks.h"
@@ -32,10 +33,79 @@ TEST(View, DrawsItsIconWithoutSiteInsideTheBoundsOnly) {
                          nullptr, nullptr, 0),
               S_OK);
     EXPECT_GT(canvas.Colours({8, 8, 36, 36}).size(), 2U) << "a picture in several colours";
+    EXPECT_FALSE(canvas.Colours({8, 8, 36, 36}).contains(Canvas::kMagenta)) << "on a ground";
     for (const RECT& around :
          {RECT{0, 0, 64, 8}, RECT{0, 36, 64, 64}, RECT{0, 8, 8, 36}, RECT{36, 8, 64, 36}}) {
       EXPECT_EQ(canvas.Colours(around), (std::set<DWORD>{Canvas::kMagenta}));
     }
+  });
+}
+
+TEST(View, DrawsUprightAndLeavesTheAxesAsTheyAre) {
+  WithView([](auto&, auto& view) {
+    const Canvas plain;
+    const Canvas turned;
+    const HDC device = turned.Device();
+    ::SetMapMode(device, MM_ANISOTROPIC);
+    ::SetWindowOrgEx(device, 3, 5, nullptr);
+    ::SetWindowExtEx(device, 64, 64, nullptr);
+    ::SetViewportOrgEx(device, 0, 64, nullptr);
+    ::SetViewportExtEx(device, 64, -64, nullptr);
+    const RECTL bounds{8, 8, 36, 36};
+    const RECTL same_bounds{8 + 3, 64 - 8 + 5, 36 + 3, 64 - 36 + 5};
+    EXPECT_EQ(view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, plain.Device(), &bounds,
+                         nullptr, nullptr, 0),
+              S_OK);
+    EXPECT_EQ(view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, device, &same_bounds,
+                         nullptr, nullptr, 0),
+              S_OK);
+    for (LONG y = 0; y < Canvas::kSize; ++y) {
+      for (LONG x = 0; x < Canvas::kSize; ++x) {
+        const RECT pixel{x, y, x + 1, y + 1};
+        ASSERT_EQ(turned.Colours(pixel), plain.Colours(pixel)) << x << ", " << y;
+      }
+    }
+    POINT origin{};
+    EXPECT_EQ(::GetMapMode(device), MM_ANISOTROPIC);
+    ::GetWindowOrgEx(device, &origin);
+    EXPECT_EQ(origin.y, 5);
+    ::GetViewportOrgEx(device, &origin);
+    EXPECT_EQ(origin.y, 64);
+  });
+}
+
+// The place of a new drawing object and of a new icon, as HandlePlace() has it of other handles.
+std::pair<ULONG_PTR, ULONG_PTR> DrawingPlaces() {
+  const HBRUSH brush = ::CreateSolidBrush(0);
+  const HMENU menu = ::CreateMenu();
+  const std::pair places(reinterpret_cast<ULONG_PTR>(brush) & 0xFFFF,
+                         reinterpret_cast<ULONG_PTR>(menu) & 0xFFFF);
+  ::DeleteObject(brush);
+  ::DestroyMenu(menu);
+  return places;
+}
+
+TEST(View, GivesBackWhatItDrawsWith) {
+  WithView([](auto&, auto& view) {
+    const Canvas canvas;
+    const RECTL bounds{0, 0, 28, 28};
+    const auto draw = [&](int times) {
+      for (int i = 0; i < times; ++i) {
+        const HDC recorder = ::CreateMetaFileW(nullptr);
+        for (const HDC device : {canvas.Device(), recorder}) {
+          EXPECT_EQ(view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, device, &bounds,
+                               nullptr, nullptr, 0),
+                    S_OK);
+        }
+        ::DeleteMetaFile(::CloseMetaFile(recorder));
+      }
+    };
+    draw(10);
+    const auto before = DrawingPlaces();
+    draw(100);
+    const auto behind = DrawingPlaces();
+    EXPECT_LT(behind.first, before.first + 50) << "less than one at every second time";
+    EXPECT_LT(behind.second, before.second + 50);
   });
 }
 
@@ -85,11 +155,16 @@ TEST(View, RefusesOtherAspectsAndNullBounds) {
 
 TEST(View, LeavesOptionalCallsUnimplemented) {
   WithView([](auto&, auto& view) {
-    DWORD freeze = 0;
-    LOGPALETTE* palette = nullptr;
+    DWORD freeze = 1;
+    auto* palette = reinterpret_cast<LOGPALETTE*>(0x1234);
     EXPECT_EQ(view->GetColorSet(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, &palette),
               E_NOTIMPL);
     EXPECT_EQ(view->Freeze(DVASPECT_CONTENT, -1, nullptr, &freeze), E_NOTIMPL);
+    EXPECT_EQ(palette, nullptr);
+    EXPECT_EQ(freeze, 0U);
+    EXPECT_EQ(view->GetColorSet(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, nullptr),
+              E_NOTIMPL);
+    EXPECT_EQ(view->Freeze(DVASPECT_CONTENT, -1, nullptr, nullptr), E_NOTIMPL);
     EXPECT_EQ(view->Unfreeze(0), E_NOTIMPL);
   });
 }
@@ -114,6 +189,36 @@ TEST(View, KeepsOneCountedSink) {
     EXPECT_EQ(view->GetAdvise(nullptr, nullptr, nullptr), S_OK) << "each out pointer may be null";
     EXPECT_EQ(view->SetAdvise(DVASPECT_CONTENT, 0, nullptr), S_OK);
     EXPECT_EQ(second.References(), 1U);
+  });
+}
+
+TEST(View, TellsASinkAtOnceWhereItAsksForThat) {
+  WithView([](auto&, auto& view) {
+    FakeAdviseSink sink;
+    const auto is_kept = [&] {
+      Com<IAdviseSink> got;
+      EXPECT_EQ(view->GetAdvise(nullptr, nullptr, got.Out()), S_OK);
+      return got.Get() == &sink;
+    };
+    EXPECT_EQ(view->SetAdvise(DVASPECT_CONTENT, ADVF_ONLYONCE, &sink), S_OK);
+    EXPECT_EQ(sink.views, 0);
+    EXPECT_TRUE(is_kept());
+    EXPECT_EQ(view->SetAdvise(DVASPECT_CONTENT, ADVF_PRIMEFIRST, &sink), S_OK);
+    EXPECT_EQ(sink.views, 1);
+    EXPECT_TRUE(is_kept());
+    EXPECT_EQ(view->SetAdvise(DVASPECT_CONTENT, ADVF_PRIMEFIRST | ADVF_ONLYONCE, &sink), S_OK);
+    EXPECT_EQ(sink.views, 2);
+    EXPECT_FALSE(is_kept());
+    EXPECT_EQ(view->SetAdvise(DVASPECT_ICON, ADVF_PRIMEFIRST, &sink), DV_E_DVASPECT);
+    EXPECT_EQ(view->SetAdvise(DVASPECT_ICON, ADVF_PRIMEFIRST, nullptr), S_OK);
+    EXPECT_EQ(sink.views, 2);
+    EXPECT_FALSE(is_kept());
+    DWORD aspects = 7;
+    DWORD flags = 7;
+    EXPECT_EQ(view->GetAdvise(&aspects, &flags, nullptr), S_OK);
+    EXPECT_EQ(aspects, 0U);
+    EXPECT_EQ(flags, 0U);
+    EXPECT_EQ(sink.References(), 1U);
   });
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <vector>
 
@@ -63,7 +65,11 @@ class FakeEventSink final : public FakeUnknown<IDispatch> {
 class FakeAdviseSink final : public FakeUnknown<IAdviseSink> {
  public:
   void STDMETHODCALLTYPE OnDataChange(FORMATETC*, STGMEDIUM*) override {}
-  void STDMETHODCALLTYPE OnViewChange(DWORD, LONG) override { ++views; }
+  void STDMETHODCALLTYPE OnViewChange(DWORD aspect, LONG index) override {
+    EXPECT_EQ(aspect, static_cast<DWORD>(DVASPECT_CONTENT));
+    EXPECT_EQ(index, -1);
+    ++views;
+  }
   void STDMETHODCALLTYPE OnRename(IMoniker*) override {}
   void STDMETHODCALLTYPE OnSave() override { ++saves; }
   void STDMETHODCALLTYPE OnClose() override { ++closes; }
