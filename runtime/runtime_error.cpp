@@ -56,6 +56,9 @@ Text StandardDescription(std::int32_t number) {
   return u"Application-defined or object-defined error";
 }
 
+// Apart from the one below, so that who raises has no text to make and to release.
+void Raise(std::int32_t number) { Raise(number, {}); }
+
 void Raise(std::int32_t number, const Text& source) {
   throw RuntimeError{number, source, StandardDescription(number)};
 }

@@ -44,8 +44,10 @@ struct RuntimeError {
 /// "Application-defined or object-defined error".
 [[nodiscard]] Text StandardDescription(std::int32_t number);
 
-/// Throws the error with its standard description and, unless given, an absent source.
-[[noreturn]] void Raise(std::int32_t number, const Text& source = {});
+/// Throws the error with its standard description and an absent source.
+[[noreturn]] void Raise(std::int32_t number);
+/// The same with a source.
+[[noreturn]] void Raise(std::int32_t number, const Text& source);
 
 /// The exception being handled as a run-time error. To be called inside a catch block: a
 /// RuntimeError comes back unchanged, exhausted memory (or a text beyond the library's limit) as
