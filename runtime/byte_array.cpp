@@ -27,17 +27,4 @@ ByteArray::ByteArray(std::int32_t lower, std::int32_t upper)
 ByteArray::ByteArray(std::vector<Bounds> dimensions)
     : dimensions_(std::move(dimensions)), elements_(ElementCount(dimensions_)) {}
 
-const Bounds& ByteArray::First() const {
-  if (dimensions_.empty()) Raise(ErrorNumber::kSubscriptOutOfRange);
-  return dimensions_.front();
-}
-
-std::size_t ByteArray::Offset(std::int32_t index) const {
-  const Bounds& bounds = First();
-  if (dimensions_.size() != 1 || index < bounds.lower || index > bounds.upper) {
-    Raise(ErrorNumber::kSubscriptOutOfRange);
-  }
-  return static_cast<std::size_t>(std::int64_t{index} - bounds.lower);
-}
-
 }  // namespace quorvane

@@ -4,6 +4,8 @@
 #include <span>
 #include <vector>
 
+#include "runtime/runtime_error.h"
+
 namespace quorvane {
 
 /// The bounds of one dimension, both inclusive. A lower bound above the upper one makes an empty
@@ -46,8 +48,18 @@ class ByteArray {
   [[nodiscard]] std::span<const std::uint8_t> Elements() const { return elements_; }
 
  private:
-  [[nodiscard]] const Bounds& First() const;
-  [[nodiscard]] std::size_t Offset(std::int32_t index) const;
+  // In the header, as they stand before the bytes of even the shortest array.
+  [[nodiscard]] const Bounds& First() const {
+    if (dimensions_.empty()) Raise(ErrorNumber::kSubscriptOutOfRange);
+    return dimensions_.front();
+  }
+  [[nodiscard]] std::size_t Offset(std::int32_t index) const {
+    const Bounds& bounds = First();
+    if (dimensions_.size() != 1 || index < bounds.lower || index > bounds.upper) {
+      Raise(ErrorNumber::kSubscriptOutOfRange);
+    }
+    return static_cast<std::size_t>(std::int64_t{index} - bounds.lower);
+  }
 
   std::vector<Bounds> dimensions_;
   std::vector<std::uint8_t> elements_;
