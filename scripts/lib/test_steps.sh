@@ -9,7 +9,7 @@ export CTEST_PARALLEL_LEVEL=$jobs
 
 steps='
 native|build for Linux and run all its tests|Run one test by hand: build/native/tests/ROOM/ROOM_tests --gtest_filter=NAME
-rooms|the arrows between the rooms, and that each kept oddity is pinned by a test|Each line above names file, line and reason.
+rooms|the arrows between the rooms, that each kept oddity is pinned by a test, and what ./bench says|Each line above names file, line and reason.
 format|the format of all C++ files|scripts/check-format --fix mends it.
 shell|shellcheck over all scripts|Each finding above has a number; shellcheck.net/wiki/NUMBER explains it.
 tidy|clang-tidy over the portable rooms and the programs|.clang-tidy says how to mark a finding that is wrong.
@@ -80,6 +80,7 @@ step_rooms() {
   case_of test-check-rooms scripts/test-check-rooms || code=1
   case_of check-rooms scripts/check-rooms || code=1
   case_of test-check-shown scripts/test-check-shown || code=1
+  case_of test-bench scripts/test-bench || code=1
   return "$code"
 }
 step_format() { case_of check-format scripts/check-format; }
