@@ -15,9 +15,8 @@
 namespace quorvane::benchmarks {
 namespace {
 
-// Modules of two sizes, and larger files.
+// Modules of two sizes.
 constexpr std::array kModules{57856, 300 << 10};
-constexpr std::array kFiles{8192, 57856, 300 << 10, 2 << 20, 16 << 20};
 // Up to the largest that has a CRC: one byte more, and the end could not be reported.
 constexpr std::array kLargest{512 << 20, 1024 << 20, 1536 << 20, 2147475455};
 constexpr int kRepetitions = 3;  // of those: a second each

@@ -17,6 +17,9 @@
 
 namespace quorvane::benchmarks {
 
+/// The sizes of files that are measured; the second is that of a small module.
+inline constexpr std::array kFiles{8192, 57856, 300 << 10, 2 << 20, 16 << 20};
+
 /// A file of that size for the length of one benchmark, read once, so that it lies in the system's
 /// cache. Behind the first 16 MB it is a hole, which costs no disk.
 class SampleFile {

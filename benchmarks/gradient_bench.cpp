@@ -1,10 +1,12 @@
 // The painter on the largest surface, 2180 bands: its arithmetic alone, and the whole against the
-// same bands handed to the three calls from a list.
+// same bands handed to the three calls from a list; the latter for smaller surfaces, too.
 
 #include <benchmark/benchmark.h>
 
+#include <array>
 #include <vector>
 
+#include "benchmarks/sweep.h"
 #include "programs/picture/picture.h"
 #include "tests/support/fake_gdi32.h"
 #include "ui/modDrawGradient.h"
@@ -54,10 +56,13 @@ void Arithmetic(benchmark::State& state) {
   }
 }
 
-void ThreeCallsAlone(benchmark::State& state, std::int32_t width) {
-  const auto picture = makePicture(width, kExtent / 15, 0);
+// Extents in twips of a surface of 400 pixels, up to the largest.
+constexpr std::array kExtents{2048, 4096, 8192, 16384, 24576, kExtent};
+
+void ThreeCallsAlone(benchmark::State& state, std::int32_t width, std::int32_t extent) {
+  const auto picture = makePicture(width, extent / 15, 0);
   testing::BandRecorder recorder;
-  DrawGradient(picture->hDC(), width * 15, kExtent, kStart, kEnd, 1, recorder);
+  DrawGradient(picture->hDC(), width * 15, extent, kStart, kEnd, 1, recorder);
   Gdi32& gdi = gdi32();
   for ([[maybe_unused]] auto round : state) {
     for (const testing::PaintedBand& band : recorder.bands) {
@@ -68,19 +73,26 @@ void ThreeCallsAlone(benchmark::State& state, std::int32_t width) {
   }
 }
 
-void Painting(benchmark::State& state, std::int32_t width) {
-  const auto picture = makePicture(width, kExtent / 15, 0);
+void Painting(benchmark::State& state, std::int32_t width, std::int32_t extent) {
+  const auto picture = makePicture(width, extent / 15, 0);
   for ([[maybe_unused]] auto round : state) {
-    DrawGradient(picture->hDC(), width * 15, kExtent, kStart, kEnd, 1);
+    DrawGradient(picture->hDC(), width * 15, extent, kStart, kEnd, 1);
   }
 }
 
+template <void measure(benchmark::State&, std::int32_t, std::int32_t)>
+void OfExtent(benchmark::State& state, int extent) {
+  measure(state, 400, extent);
+}
+
+[[maybe_unused]] const bool kSurfaces =
+    Sweep("Surface", kExtents, "base_three_calls", OfExtent<ThreeCallsAlone>) &&
+    Sweep("Surface", kExtents, "DrawGradient", OfExtent<Painting>);
+
 BENCHMARK(SixtyCycles)->Name("Arithmetic/base_60_cycles_a_band");
 BENCHMARK(Arithmetic)->Name("Arithmetic/DrawGradient");
-BENCHMARK_CAPTURE(ThreeCallsAlone, , 400)->Name("Paint400/base_three_calls");
-BENCHMARK_CAPTURE(Painting, , 400)->Name("Paint400/DrawGradient");
-BENCHMARK_CAPTURE(ThreeCallsAlone, , 2184)->Name("Paint2184/base_three_calls");
-BENCHMARK_CAPTURE(Painting, , 2184)->Name("Paint2184/DrawGradient");
+BENCHMARK_CAPTURE(ThreeCallsAlone, , 2184, kExtent)->Name("Paint2184/base_three_calls");
+BENCHMARK_CAPTURE(Painting, , 2184, kExtent)->Name("Paint2184/DrawGradient");
 
 }  // namespace
 }  // namespace quorvane::benchmarks

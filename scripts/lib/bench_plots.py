@@ -28,6 +28,7 @@ FAMILIES = (
     Family("Form encoding of a form's body", ("Form",), "characters", "FormEncode"),
     Family("Replace-all, a match at each character", ("Each",), "characters", "ReplaceAll"),
     Family("Replace-all, no match", ("None",), "characters", "ReplaceAll"),
+    Family("Painting a surface, 400 pixels wide", ("Surface",), "twips", "DrawGradient", "base_three_calls"),
     Family("Form post, by the length of the reply", ("Reply",), "bytes", "PostFormRequest", "base_bare_sequence"),
 )
 
