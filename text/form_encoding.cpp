@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "runtime/ignored_result.h"
 #include "runtime/integers.h"
 
 namespace quorvane {
@@ -98,6 +99,25 @@ std::size_t ExpectedLength(std::u16string_view characters) {
   return length;
 }
 
+constexpr auto kPasses = [] {
+  std::array<bool, kAsciiCount> passes{};
+  for (const char16_t c : kPassThrough) passes[c] = true;
+  return passes;
+}();
+
+bool Passes(char16_t c) { return c < kAsciiCount && kPasses[c]; }
+
+// Most characters pass, in runs: those are copied without a look at what they become. Gives the
+// length of the run at the front of `from`, at most `length`.
+std::ptrdiff_t CopyRun(const char16_t* from, std::ptrdiff_t length, char16_t* out) {
+#pragma GCC unroll 4
+  for (std::ptrdiff_t i = 0; i < length; ++i) {
+    if (!Passes(from[i])) return i;
+    out[i] = from[i];
+  }
+  return length;
+}
+
 // Kept: position and length are 16 bits wide and the step behind the last character is tested, too,
 // so 32767 characters fail after all of them are encoded, and more fail at once; the caller sees
 // the empty text. Pinned by FormEncode.HoldsAtMost32766Characters.
@@ -105,21 +125,29 @@ Text EncodeAll(const std::u16string& characters, const CodePage& code_page) {
   const std::int16_t length = NarrowTo16(characters.size());
   KnownCodes codes(code_page);
   std::u16string encoded;
-  encoded.reserve(ExpectedLength(characters));
+  // Few texts have more to escape than this holds; the others are counted where it is full.
+  encoded.reserve(characters.size() + characters.size() / 4);
   // Pieces are collected here, so that adding one costs no test of the text's own room.
   std::array<char16_t, 1024> block;  // NOLINT(cppcoreguidelines-pro-type-member-init)
-  char16_t* end = block.data();
-  const char16_t* const full = block.data() + block.size() - kLongestPiece;
-  for (std::int16_t position = 1; position <= length;
-       position = CheckedAdd<std::int16_t>(position, 1)) {
-    const char16_t character = characters[static_cast<std::size_t>(position) - 1];
-    end = character < kAsciiCount ? Write(kAsciiPieces[character], end)
-                                  : WriteCode(codes.Of(character), end);
-    if (end <= full) continue;
-    encoded.append(block.data(), end);
-    end = block.data();
+  constexpr std::ptrdiff_t kAtOnce = block.size() / kLongestPiece;
+  const char16_t* next = characters.data();
+  const char16_t* const end = next + length;
+  while (next != end) {
+    const char16_t* const stop = next + std::min(kAtOnce, end - next);
+    char16_t* out = block.data();
+    while (next != stop) {
+      const std::ptrdiff_t run = CopyRun(next, stop - next, out);
+      out += run;
+      for (next += run; next != stop && !Passes(*next); ++next)
+        out =
+            *next < kAsciiCount ? Write(kAsciiPieces[*next], out) : WriteCode(codes.Of(*next), out);
+    }
+    const auto added = static_cast<std::size_t>(out - block.data());
+    if (encoded.capacity() - encoded.size() < added)
+      encoded.reserve(encoded.size() + added + ExpectedLength({next, end}));
+    encoded.append(block.data(), added);
   }
-  encoded.append(block.data(), end);
+  IgnoreResult(CheckedAdd<std::int16_t>(length, 1));
   return Text(std::move(encoded));
 }
 

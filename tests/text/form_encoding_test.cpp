@@ -146,6 +146,15 @@ TEST(FormEncode, GoesByTheCodeThatThePageGives) {
   EXPECT_EQ(FormEncode(u"\u20AC\u200B", page), u"%3F%3F");
 }
 
+TEST(FormEncode, CopiesRunsOfEveryLengthAroundAnEscape) {
+  for (std::size_t length = 0; length <= 450; ++length) {
+    std::u16string run;
+    for (std::size_t i = 0; i < length; ++i) run += static_cast<char16_t>(u'a' + i % 26);
+    ASSERT_TRUE(FormEncode(run + u"%" + run + u"%%") == Text(run + u"%25" + run + u"%25%25"))
+        << length;
+  }
+}
+
 TEST(FormEncode, HoldsAtMost32766Characters) {
   const Text longest(32766, u'a');
   EXPECT_TRUE(FormEncode(longest) == longest);
