@@ -83,7 +83,6 @@ HRESULT DispatchFace::InterfaceSupportsErrorInfo(REFIID id) {
 
 HRESULT DispatchFace::GetClassInfo(ITypeInfo** out) {
   if (out == nullptr) return E_POINTER;
-  *out = nullptr;
   return Guarded([&] { return types_.Find(AsGuid(identities::kClassId), out); });
 }
 

@@ -218,5 +218,30 @@ TEST(Dispatch, TellsItsTypeFromTheModulesOwnLibrary) {
   });
 }
 
+HRESULT WINAPI NoLibrary(LPCOLESTR, REGKIND, ITypeLib**) { return TYPE_E_CANTLOADLIBRARY; }
+
+TEST(Dispatch, SaysWhereItsLibraryCannotBeLoaded) {
+  OnApartmentThread([] {
+    const Module module;
+    const auto control = NewControl(module);
+    {
+      const testing::ReplacedImport refused(module.Handle(), "LoadTypeLibEx", NoLibrary);
+      ASSERT_TRUE(refused.Took());
+      auto* type = reinterpret_cast<ITypeInfo*>(0x1234);
+      EXPECT_EQ(control->GetTypeInfo(0, 0, &type), TYPE_E_CANTLOADLIBRARY);
+      EXPECT_EQ(type, nullptr);
+      type = reinterpret_cast<ITypeInfo*>(0x1234);
+      EXPECT_EQ(control.As<IProvideClassInfo>()->GetClassInfo(&type), TYPE_E_CANTLOADLIBRARY);
+      EXPECT_EQ(type, nullptr);
+      DISPID id = 0;
+      EXPECT_EQ(NameToId(control, L"ServerPort", &id), TYPE_E_CANTLOADLIBRARY);
+      Variant value;
+      EXPECT_EQ(Get(control, kServerPort, value), TYPE_E_CANTLOADLIBRARY);
+    }
+    DISPID id = 0;
+    EXPECT_EQ(NameToId(control, L"ServerPort", &id), S_OK) << "asked for anew";
+  });
+}
+
 }  // namespace
 }  // namespace quorvane::component
