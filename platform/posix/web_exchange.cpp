@@ -190,10 +190,8 @@ void WebExchange::End(CURLcode outcome) {
 
 std::int64_t WebExchange::BytesMoved() const {
   curl_off_t body = 0;
-  long head = 0;
   curl_easy_getinfo(easy_.get(), CURLINFO_SIZE_UPLOAD_T, &body);
-  curl_easy_getinfo(easy_.get(), CURLINFO_REQUEST_SIZE, &head);
-  return body + head + received_;
+  return body + received_;
 }
 
 // Whether the head of the final answer has arrived. One that points elsewhere or asks for a

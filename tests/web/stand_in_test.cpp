@@ -2,9 +2,16 @@
 // (web_calls_test.cpp): a reason for each failure, and an end within the time that was set. Runs
 // beside the servers of real_servers.py.
 
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <chrono>
 #include <ctime>
 #include <functional>
+#include <string_view>
+#include <thread>
+#include <vector>
 
 #include "platform/posix/web_client.h"
 #include "platform/wininet.h"
@@ -189,6 +196,70 @@ TEST_F(WebStandIn, DoesNotGiveUpWhileSomethingComes) {
   ASSERT_NE(Send(request), 0);
   EXPECT_NE(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
   EXPECT_EQ(std::string(buffer_, count_), "dripdripdripdripdripdripdripdrip");
+}
+
+// A server that takes a body in parts, with a pause before each, and answers then. The body is more
+// than lies on its way between two programs.
+class SlowServer {
+ public:
+  SlowServer() {
+    const int little = 65536;
+    ::setsockopt(listener_, SOL_SOCKET, SO_RCVBUF, &little, sizeof little);
+    EXPECT_EQ(::listen(listener_, 1), 0);
+    thread_ = std::thread([this] { Run(); });
+  }
+  SlowServer(const SlowServer&) = delete;
+  SlowServer& operator=(const SlowServer&) = delete;
+  ~SlowServer() {
+    thread_.join();
+    ::close(listener_);
+  }
+
+  [[nodiscard]] std::int16_t Port() const {
+    sockaddr_in address{};
+    socklen_t size = sizeof address;
+    ::getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &size);
+    return static_cast<std::int16_t>(ntohs(address.sin_port));
+  }
+
+  static constexpr std::size_t kBodySize = 32U << 20U;
+
+ private:
+  void Run() const {
+    const int client = ::accept(listener_, nullptr, nullptr);
+    std::vector<char> part(kBodySize / 32);
+    for (std::size_t taken = 0; taken < kBodySize;) {
+      std::this_thread::sleep_for(milliseconds(50));
+      const ssize_t count = ::recv(client, part.data(), part.size(), MSG_WAITALL);
+      if (count <= 0) break;
+      taken += static_cast<std::size_t>(count);
+    }
+    constexpr std::string_view kAnswer = "HTTP/1.0 200 OK\r\n\r\n";
+    ::send(client, kAnswer.data(), kAnswer.size(), MSG_NOSIGNAL);
+    ::shutdown(client, SHUT_WR);
+    while (::recv(client, part.data(), part.size(), 0) > 0) {
+    }
+    ::close(client);
+  }
+
+  const int listener_ = ::socket(AF_INET, SOCK_STREAM, 0);
+  std::thread thread_;
+};
+
+TEST_F(WebStandIn, DoesNotGiveUpWhileSomethingGoesOut) {
+  web_client::SetTimeOuts({milliseconds(5000), milliseconds(800)});
+  const SlowServer server;
+  const std::string body(SlowServer::kBodySize, 'b');
+  session_ = web_.InternetOpenA("a", WinInet::kOpenTypePreconfig, nullptr, nullptr, 0);
+  connection_ = web_.InternetConnectA(session_, "127.0.0.1", server.Port(), nullptr, nullptr,
+                                      WinInet::kServiceHttp, 0, 0);
+  const InternetHandle request =
+      web_.HttpOpenRequestA(connection_, "POST", "/", "HTTP/1.0", nullptr, nullptr, 0, 0);
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_NE(web_.HttpSendRequestA(request, nullptr, 0, body.data(), SlowServer::kBodySize), 0)
+      << static_cast<int>(LastFailure());
+  EXPECT_GT(std::chrono::steady_clock::now() - start, milliseconds(1000));
+  EXPECT_NE(web_.InternetCloseHandle(request), 0);  // ends the connection, which the server awaits
 }
 
 TEST_F(WebStandIn, DoesNotCountTheTimeBetweenTwoReads) {

@@ -185,7 +185,10 @@ TEST_F(StoredRegistry, NoticesThatAKeyWasTakenAway) {
   Registry registry(store_);
   Registry::Handle key = 0;
   ASSERT_EQ(registry.Create(kCurrentUser, "A", 63, &key, nullptr), 0);
-  store_.Change([](RegistryTree& tree) { tree.RemoveKey(u"HKEY_CURRENT_USER\\A"); });
+  store_.Change([](RegistryTree& tree) {
+    EXPECT_TRUE(tree.RemoveKey(u"HKEY_CURRENT_USER\\A"));
+    EXPECT_FALSE(tree.RemoveKey(u"HKEY_CURRENT_USER\\A")) << "none is left";
+  });
   EXPECT_EQ(registry.Set(key, "n", 3, "x", 1), error::kKeyDeleted);
 }
 
