@@ -16,14 +16,13 @@ namespace {
 // behind its start and never into what was put in, so searching the input instead of a rebuilt text
 // finds the same occurrences; their positions in the rebuilt text, which the limits go by, are
 // those in the input plus what `done` has grown by.
-Text Replaced(const std::u16string& text, const TextSearch& search, const Text& replacement) {
+Text Replaced(const std::u16string& text, std::size_t found, const TextSearch& search,
+              const Text& replacement) {
   const std::int32_t replacement_length = replacement.Length();
   std::u16string done;
   done.reserve(text.size());
   std::size_t next = 0;
-  for (;;) {
-    const std::size_t found = search.Find(next);
-    if (found == TextSearch::kNone) break;
+  for (; found != TextSearch::kNone; found = search.Find(next)) {
     const std::int16_t position = NarrowTo16(done.size() + (found - next) + 1);
     IgnoreResult(CheckedAdd(position, search.Length()));
     IgnoreResult(CheckedAdd<std::int32_t>(position, replacement_length));
@@ -88,10 +87,12 @@ std::int32_t LastPosition(const Text& text, const Text& find, const Collation& c
 Text ReplaceAll(Text text, const Text& find, const Text& replacement, const Collation& collation) {
   try {
     const TextSearch search(text.Characters(), find.Characters(), collation);
-    return search.IsEmpty() ? Text(u"") : Replaced(text.Characters(), search, replacement);
-  } catch (...) {
-    return text;  // moved: a handler that made a copy could fail itself
+    if (search.IsEmpty()) return u"";
+    const std::size_t first = search.Find(0);
+    if (first != TextSearch::kNone) return Replaced(text.Characters(), first, search, replacement);
+  } catch (...) {  // NOLINT(bugprone-empty-catch): the text is the result
   }
+  return text;  // moved: a copy could fail itself
 }
 
 Text PackedDateToShortDate(const Text& packed, const ShortDate& form, Oleaut32& oleaut) {

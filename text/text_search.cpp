@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "runtime/integers.h"
+#include "text/character_scan.h"
 
 namespace quorvane {
 namespace {
@@ -34,13 +35,6 @@ std::vector<std::uint16_t> FallbackOf(const std::u16string& needle) {
   return fallback;
 }
 
-// Without a branch in the loop, so that it goes many characters at a time.
-bool IsPlainAscii(std::u16string_view text) {
-  unsigned beyond = 0;
-  for (const char16_t c : text) beyond |= static_cast<unsigned>(c - 0x20U > 0x7EU - 0x20U);
-  return beyond == 0;
-}
-
 }  // namespace
 
 TextSearch::TextSearch(std::u16string_view text, std::u16string_view needle,
@@ -61,19 +55,12 @@ bool TextSearch::EqualsEmpty(std::u16string_view text) const {
   return is_plain_ ? text.empty() : collation_.AreEqual(text, {});
 }
 
-// The next place, from one on, that may begin an occurrence: it holds the needle's first character.
-std::size_t TextSearch::FindFirst(std::size_t from) const {
+std::size_t TextSearch::FindPlain(std::size_t from) const {
   const char16_t lower = lower_needle_.front();
   const char16_t upper = ToUpper(lower);
-  std::size_t i = from;
-  while (i < text_.size() && text_[i] != lower && text_[i] != upper) ++i;
-  return i;
-}
-
-std::size_t TextSearch::FindPlain(std::size_t from) const {
   std::size_t matched = 0;
   for (std::size_t i = from; i < text_.size(); ++i) {
-    if (matched == 0) i = FindFirst(i);
+    if (matched == 0) i = FindEitherCase(text_, i, lower, upper);
     if (i == text_.size()) break;
     const char16_t c = ToLower(text_[i]);
     while (matched > 0 && c != lower_needle_[matched]) matched = fallback_[matched];

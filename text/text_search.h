@@ -37,7 +37,6 @@ class TextSearch {
 
  private:
   [[nodiscard]] bool EqualsEmpty(std::u16string_view text) const;
-  [[nodiscard]] std::size_t FindFirst(std::size_t from) const;
   [[nodiscard]] std::size_t FindPlain(std::size_t from) const;
   [[nodiscard]] std::size_t FindCollated(std::size_t from) const;
 
