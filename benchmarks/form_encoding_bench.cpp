@@ -59,6 +59,7 @@ constexpr auto kOurs = "FormEncode";
 [[maybe_unused]] const bool kRegistered =
     Sweep("Form", kLengths, kBase, ListSearch, kForm) &&
     Sweep("Form", kLengths, kOurs, Ours, kForm) &&
+    Sweep("Form", kLengths, "copy_alone", MeasureCopyAlone, kForm) &&
     Sweep("Kept", kOnlyLongest, kBase, ListSearch, kKept) &&
     Sweep("Kept", kOnlyLongest, kOurs, Ours, kKept) &&
     Sweep("Escaped", kOnlyLongest, kBase, ListSearch, kEscaped) &&

@@ -60,6 +60,10 @@ void EveryPlace(benchmark::State& state, const Replacing& task) {
   }
 }
 
+void CopyAlone(benchmark::State& state, const Replacing& task) {
+  MeasureCopyAlone(state, task.length, task.piece);
+}
+
 // Nothing but one comparison at every place.
 void ComparisonsAlone(benchmark::State& state, const Replacing& task) {
   const std::u16string sample = task.Sample();
@@ -75,8 +79,10 @@ void ComparisonsAlone(benchmark::State& state, const Replacing& task) {
 [[maybe_unused]] const bool kRegistered =
     Sweep("Each", kLengths, "base_rebuild", OfLength<Rebuild>, kEachCharacter) &&
     Sweep("Each", kLengths, "ReplaceAll", OfLength<Ours>, kEachCharacter) &&
+    Sweep("Each", kLengths, "copy_alone", OfLength<CopyAlone>, kEachCharacter) &&
     Sweep("None", kLengthsWithoutMatch, "base_rebuild", OfLength<Rebuild>, kNone) &&
-    Sweep("None", kLengthsWithoutMatch, "ReplaceAll", OfLength<Ours>, kNone);
+    Sweep("None", kLengthsWithoutMatch, "ReplaceAll", OfLength<Ours>, kNone) &&
+    Sweep("None", kLengthsWithoutMatch, "copy_alone", OfLength<CopyAlone>, kNone);
 
 BENCHMARK_CAPTURE(EveryPlace, , kEachCharacter)->Name("Each32766/collation_everywhere");
 BENCHMARK_CAPTURE(Rebuild, , kEachThird)->Name("Match3/base_rebuild");

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <benchmark/benchmark.h>
+
 #include <array>
 #include <string>
 
@@ -20,6 +22,15 @@ inline std::u16string Repeated(std::u16string_view piece, int length) {
   const auto wanted = static_cast<std::size_t>(length);
   while (text.size() < wanted) text += piece.substr(0, wanted - text.size());
   return text;
+}
+
+/// The limit of whatever makes a text of a text: a copy of it.
+inline void MeasureCopyAlone(benchmark::State& state, int length, std::u16string_view piece) {
+  const std::u16string text = Repeated(piece, length);
+  for ([[maybe_unused]] auto round : state) {
+    std::u16string copy(text);
+    benchmark::DoNotOptimize(copy);
+  }
 }
 
 }  // namespace quorvane::benchmarks

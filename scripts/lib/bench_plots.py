@@ -23,11 +23,11 @@ class Family(NamedTuple):
 
 
 FAMILIES = (
-    Family("CRC-32 of an array", ("Array",), "bytes", "GetByteArrayCrc32"),
+    Family("CRC-32 of an array", ("Array",), "bytes", "GetByteArrayCrc32", "copy_alone"),
     Family("CRC-32 of a file", ("File", "LargeFile"), "bytes", "GetFileCrc32", "reads_alone"),
-    Family("Form encoding of a form's body", ("Form",), "characters", "FormEncode"),
-    Family("Replace-all, a match at each character", ("Each",), "characters", "ReplaceAll"),
-    Family("Replace-all, no match", ("None",), "characters", "ReplaceAll"),
+    Family("Form encoding of a form's body", ("Form",), "characters", "FormEncode", "copy_alone"),
+    Family("Replace-all, a match at each character", ("Each",), "characters", "ReplaceAll", "copy_alone"),
+    Family("Replace-all, no match", ("None",), "characters", "ReplaceAll", "copy_alone"),
     Family("Painting a surface, 400 pixels wide", ("Surface",), "twips", "DrawGradient", "base_three_calls"),
     Family("Form post, by the length of the reply", ("Reply",), "bytes", "PostFormRequest", "base_bare_sequence"),
 )
