@@ -1,6 +1,9 @@
+#include <cstring>
 #include <string>
+#include <string_view>
 
 #include "host/basAPI_api.h"
+#include "runtime/ascii.h"
 #include "runtime/fixed_buffer.h"
 #include "runtime/ignored_result.h"
 
@@ -15,19 +18,35 @@ constexpr std::int16_t kDirectorySize = 255;
 //
 // Zeros go wherever they stand and spaces at the ends, so the ends can go first, before anything is
 // copied.
-Text WithoutZerosAndOuterSpaces(std::u16string_view buffer) {
-  const auto goes = [](char16_t c) { return c == u'\0' || c == u' '; };
+template <class Unit>
+Text WithoutZerosAndOuterSpaces(std::basic_string_view<Unit> buffer) {
+  const auto goes = [](Unit c) { return c == 0 || c == ' '; };
   while (!buffer.empty() && goes(buffer.back())) buffer.remove_suffix(1);
   while (!buffer.empty() && goes(buffer.front())) buffer.remove_prefix(1);
-  std::u16string characters(buffer);
+  std::u16string characters(buffer.begin(), buffer.end());
   std::erase(characters, u'\0');
   return Text(std::move(characters));
 }
 
+// Most of the buffer is spaces still: they go eight at a time.
+std::string_view WithoutSpacesBehind(std::string_view bytes) {
+  constexpr std::uint64_t kSpaces = 0x2020202020202020;
+  std::uint64_t last = 0;
+  for (; bytes.size() >= sizeof last; bytes.remove_suffix(sizeof last)) {
+    std::memcpy(&last, bytes.data() + bytes.size() - sizeof last, sizeof last);
+    if (last != kSpaces) break;
+  }
+  return bytes;
+}
+
+// What is ASCII as bytes is the same as characters, the spaces behind it, too, so then only what
+// stays is made into text.
 Text SystemDirectory(Kernel32& kernel, const CodePage& code_page) {
   FixedBuffer<kDirectorySize> buffer(' ');
   // A call that fails leaves the spaces, and those make the empty text.
   IgnoreResult(kernel.GetSystemDirectoryA(buffer.Bytes(), kDirectorySize));
+  const std::string_view bytes = WithoutSpacesBehind({buffer.Bytes(), std::size_t{kDirectorySize}});
+  if (IsAscii(bytes)) return WithoutZerosAndOuterSpaces(bytes);
   return WithoutZerosAndOuterSpaces(buffer.CopyBack(code_page));
 }
 

@@ -112,6 +112,15 @@ TEST(GetSystemDirectoryPath, GivesTheLongestPathThatFits) {
   EXPECT_EQ(DirectoryAfterWriting(path + '\0'), Text(std::u16string(254, u'p')));
 }
 
+TEST(GetSystemDirectoryPath, GivesPathsOfEveryLengthWithAndWithoutOtherCharacters) {
+  for (std::size_t length = 1; length <= 254; ++length) {
+    const std::string path(length, 'p');
+    EXPECT_EQ(DirectoryAfterWriting(path + '\0'), Text(std::u16string(length, u'p')));
+    EXPECT_EQ(DirectoryAfterWriting(path.substr(1) + "\xE9" + '\0'),
+              Text(std::u16string(length - 1, u'p') + u'\u00E9'));
+  }
+}
+
 TEST(GetSystemDirectoryPath, IsEmptyWhenNothingIsWritten) {
   FakeSystem os;
   const Text path = GetSystemDirectoryPath(os, Page1252());
