@@ -3,6 +3,7 @@
 
 #include <set>
 #include <utility>
+#include <vector>
 
 #include "tests/support/component/canvas.h"
 #include "tests/support/component/fake_sinks.h"
@@ -86,7 +87,8 @@ std::pair<ULONG_PTR, ULONG_PTR> DrawingPlaces() {
 }
 
 TEST(View, GivesBackWhatItDrawsWith) {
-  WithView([](auto&, auto& view) {
+  WithView([](auto& control, auto& view) {
+    const auto data = control.template As<IDataObject>();
     const Canvas canvas;
     const RECTL bounds{0, 0, 28, 28};
     const auto draw = [&](int times) {
@@ -98,12 +100,19 @@ TEST(View, GivesBackWhatItDrawsWith) {
                     S_OK);
         }
         ::DeleteMetaFile(::CloseMetaFile(recorder));
+        FORMATETC picture{CF_METAFILEPICT, nullptr, DVASPECT_CONTENT, -1, TYMED_MFPICT};
+        STGMEDIUM medium{};
+        EXPECT_EQ(data->GetData(&picture, &medium), S_OK);
+        ::ReleaseStgMedium(&medium);
       }
     };
     draw(10);
+    std::vector<HBRUSH> taken(4096);  // the places that are free among those in use
+    for (HBRUSH& brush : taken) brush = ::CreateSolidBrush(0);
     const auto before = DrawingPlaces();
     draw(100);
     const auto behind = DrawingPlaces();
+    for (const HBRUSH brush : taken) ::DeleteObject(brush);
     EXPECT_LT(behind.first, before.first + 50) << "less than one at every second time";
     EXPECT_LT(behind.second, before.second + 50);
   });
