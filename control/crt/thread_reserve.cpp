@@ -31,6 +31,9 @@ Place* FindPlace() {
   return nullptr;
 }
 
+// Kept: without memory sixteen threads at a time get as far as to say so; the others wait for them,
+// as the exception handling could only end the host. Pinned by
+// Exhaustion.MoreThreadsAtOnceThanTheReserveServesWaitForEachOther.
 Place& TakePlace() {
   if (Place* const own = FindPlace()) return *own;
   for (;;) {
