@@ -11,7 +11,7 @@ steps='
 native|build for Linux and run all its tests|Run one test by hand: build/native/tests/ROOM/ROOM_tests --gtest_filter=NAME
 rooms|the arrows between the rooms, and that each kept oddity is pinned by a test|Each line above names file, line and reason.
 format|the format of all C++ files|scripts/check-format --fix mends it.
-shell|shellcheck over all scripts; ./bench over stubs: what it says, and bad input|A finding above with a number: shellcheck.net/wiki/NUMBER explains it.
+shell|shellcheck over all scripts; ./bench over stubs: what it says, and bad input; bad counts of the long forms|A finding above with a number: shellcheck.net/wiki/NUMBER explains it.
 tidy|clang-tidy over the portable rooms and the programs|.clang-tidy says how to mark a finding that is wrong.
 memcheck|a selection of the Linux tests under valgrind|Run it by hand: scripts/check-valgrind
 asan|the Linux tests again, under the address and undefined-behaviour sanitizers, counting lines and branches of the portable rooms|The first report above is the one to read; or the lines listed are not reached by any test.
@@ -87,6 +87,7 @@ step_shell() {
   local code=0
   case_of check-shell scripts/check-shell || code=1
   case_of test-bench scripts/test-bench || code=1
+  case_of test-arguments scripts/test-arguments || code=1
   return "$code"
 }
 step_tidy() {
