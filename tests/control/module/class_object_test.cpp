@@ -27,6 +27,29 @@ TEST(Exports, AreTheFourOfAComponentServer) {
             module.Export("DllUnregisterServer"));
 }
 
+// The file's test says which rights those are.
+TEST(Image, HasInMemoryTheRightsThatItsSectionsState) {
+  const FreshModule module;
+  const auto* const image = reinterpret_cast<const BYTE*>(module.Get().Handle());
+  const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS32*>(
+      image + reinterpret_cast<const IMAGE_DOS_HEADER*>(image)->e_lfanew);
+  const auto* const sections = reinterpret_cast<const IMAGE_SECTION_HEADER*>(headers + 1);
+  ASSERT_GT(headers->FileHeader.NumberOfSections, 0);
+  for (int i = 0; i < headers->FileHeader.NumberOfSections; ++i) {
+    MEMORY_BASIC_INFORMATION memory{};
+    ASSERT_NE(::VirtualQuery(image + sections[i].VirtualAddress, &memory, sizeof memory), 0U);
+    const DWORD rights = sections[i].Characteristics;
+    SCOPED_TRACE(
+        std::string(reinterpret_cast<const char*>(sections[i].Name), IMAGE_SIZEOF_SHORT_NAME));
+    // A page that is written to becomes the process's own.
+    EXPECT_EQ((memory.Protect & (PAGE_READWRITE | PAGE_WRITECOPY)) != 0,
+              (rights & IMAGE_SCN_MEM_WRITE) != 0)
+        << memory.Protect;
+    EXPECT_EQ(memory.Protect == PAGE_EXECUTE_READ, (rights & IMAGE_SCN_MEM_EXECUTE) != 0)
+        << memory.Protect;
+  }
+}
+
 TEST(ClassObject, IsRefusedForAnyOtherClass) {
   const Module module;
   void* out = kGarbage;

@@ -5,6 +5,7 @@
 #include <functional>
 #include <utility>
 
+#include "tests/support/component/fake_stream.h"
 #include "tests/support/component/module_under_test.h"
 #include "tests/support/component/unknown_base.h"
 
@@ -49,7 +50,7 @@ struct Medium {
 };
 
 /// A stream of a real compound file on a medium that may fail. Ends by its references.
-class MediumStream final : public FakeUnknown<IStream> {
+class MediumStream final : public OtherStreamCalls<FakeUnknown<IStream>> {
  public:
   MediumStream(Com<IStream> real, Medium& medium) : real_(std::move(real)), medium_(medium) {
     ++medium_.open_streams;
@@ -86,52 +87,23 @@ class MediumStream final : public FakeUnknown<IStream> {
     if (FAILED(result)) return result;
     return size.QuadPart > medium_.room ? STG_E_MEDIUMFULL : real_->SetSize(size);
   }
-  HRESULT STDMETHODCALLTYPE CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*,
-                                   ULARGE_INTEGER*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE Commit(DWORD) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Revert() override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE Stat(STATSTG*, DWORD) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Clone(IStream**) override { return E_NOTIMPL; }
 
  private:
   void* Find(REFIID id) override {
     return IsEqualIID(id, IID_IUnknown) || IsEqualIID(id, IID_IStream) ? this : nullptr;
   }
+  HRESULT Other() override { return E_NOTIMPL; }
 
   Com<IStream> real_;
   Medium& medium_;
 };
 
-/// A storage over a real compound file, on a medium that may fail. It makes and opens streams
-/// and takes a class id, and counts what else is called.
-class FakeStorage final : public FakeUnknown<IStorage> {
+/// The calls of a storage that the control never makes, as OtherStreamCalls.
+template <class Base>
+class OtherStorageCalls : public Base {
  public:
-  explicit FakeStorage(Com<IStorage> over = NewCompoundFile()) : real(std::move(over)) {}
+  using Base::Base;
 
-  HRESULT STDMETHODCALLTYPE CreateStream(const OLECHAR* name, DWORD mode, DWORD first, DWORD second,
-                                         IStream** out) override {
-    return Given(
-        [&](Com<IStream>& stream) {
-          return real->CreateStream(name, mode, first, second, stream.Out());
-        },
-        out);
-  }
-  HRESULT STDMETHODCALLTYPE OpenStream(const OLECHAR* name, void* first, DWORD mode, DWORD second,
-                                       IStream** out) override {
-    return Given(
-        [&](Com<IStream>& stream) {
-          return real->OpenStream(name, first, mode, second, stream.Out());
-        },
-        out);
-  }
   HRESULT STDMETHODCALLTYPE CreateStorage(const OLECHAR*, DWORD, DWORD, DWORD,
                                           IStorage**) override {
     return Other();
@@ -158,13 +130,41 @@ class FakeStorage final : public FakeUnknown<IStorage> {
                                             const FILETIME*) override {
     return Other();
   }
+  HRESULT STDMETHODCALLTYPE SetStateBits(DWORD, DWORD) override { return Other(); }
+  HRESULT STDMETHODCALLTYPE Stat(STATSTG*, DWORD) override { return Other(); }
+
+ protected:
+  ~OtherStorageCalls() = default;
+  virtual HRESULT Other() = 0;
+};
+
+/// A storage over a real compound file, on a medium that may fail. It makes and opens streams
+/// and takes a class id, and counts what else is called.
+class FakeStorage final : public OtherStorageCalls<FakeUnknown<IStorage>> {
+ public:
+  explicit FakeStorage(Com<IStorage> over = NewCompoundFile()) : real(std::move(over)) {}
+
+  HRESULT STDMETHODCALLTYPE CreateStream(const OLECHAR* name, DWORD mode, DWORD first, DWORD second,
+                                         IStream** out) override {
+    return Given(
+        [&](Com<IStream>& stream) {
+          return real->CreateStream(name, mode, first, second, stream.Out());
+        },
+        out);
+  }
+  HRESULT STDMETHODCALLTYPE OpenStream(const OLECHAR* name, void* first, DWORD mode, DWORD second,
+                                       IStream** out) override {
+    return Given(
+        [&](Com<IStream>& stream) {
+          return real->OpenStream(name, first, mode, second, stream.Out());
+        },
+        out);
+  }
   HRESULT STDMETHODCALLTYPE SetClass(REFCLSID id) override {
     ++class_calls;
     const HRESULT result = medium.Next();
     return FAILED(result) ? result : real->SetClass(id);
   }
-  HRESULT STDMETHODCALLTYPE SetStateBits(DWORD, DWORD) override { return Other(); }
-  HRESULT STDMETHODCALLTYPE Stat(STATSTG*, DWORD) override { return Other(); }
 
   /// Nothing of it is held: neither the storage nor a stream.
   bool IsFree() const { return References() == 1 && medium.open_streams == 0; }
@@ -189,7 +189,7 @@ class FakeStorage final : public FakeUnknown<IStorage> {
     if (SUCCEEDED(result)) *out = new MediumStream(std::move(stream), medium);
     return result;
   }
-  HRESULT Other() {
+  HRESULT Other() override {
     ++other_calls;
     return E_NOTIMPL;
   }

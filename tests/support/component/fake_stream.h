@@ -8,9 +8,39 @@
 
 namespace quorvane::component {
 
+/// The calls of a stream that the control never makes, over a fake that has IStream among its
+/// interfaces; each answers what Other() does.
+template <class Base>
+class OtherStreamCalls : public Base {
+ public:
+  using Base::Base;
+
+  HRESULT STDMETHODCALLTYPE CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*,
+                                   ULARGE_INTEGER*) override {
+    return Other();
+  }
+  HRESULT STDMETHODCALLTYPE Commit(DWORD) override { return Other(); }
+  HRESULT STDMETHODCALLTYPE Revert() override { return Other(); }
+  HRESULT STDMETHODCALLTYPE LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override {
+    return Other();
+  }
+  HRESULT STDMETHODCALLTYPE UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override {
+    return Other();
+  }
+  HRESULT STDMETHODCALLTYPE Stat(STATSTG*, DWORD) override { return Other(); }
+  HRESULT STDMETHODCALLTYPE Clone(IStream** out) override {
+    *out = nullptr;
+    return Other();
+  }
+
+ protected:
+  ~OtherStreamCalls() = default;
+  virtual HRESULT Other() = 0;
+};
+
 /// A stream over bytes that offers Read and Write only and counts what else is called. It may
 /// trickle (short reads and writes), end early, or fail.
-class FakeStream final : public FakeUnknown<IStream> {
+class FakeStream final : public OtherStreamCalls<FakeUnknown<IStream>> {
  public:
   explicit FakeStream(std::vector<unsigned char> bytes = {}) : content(std::move(bytes)) {}
 
@@ -38,20 +68,6 @@ class FakeStream final : public FakeUnknown<IStream> {
 
   HRESULT STDMETHODCALLTYPE Seek(LARGE_INTEGER, DWORD, ULARGE_INTEGER*) override { return Other(); }
   HRESULT STDMETHODCALLTYPE SetSize(ULARGE_INTEGER) override { return Other(); }
-  HRESULT STDMETHODCALLTYPE CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*,
-                                   ULARGE_INTEGER*) override {
-    return Other();
-  }
-  HRESULT STDMETHODCALLTYPE Commit(DWORD) override { return Other(); }
-  HRESULT STDMETHODCALLTYPE Revert() override { return Other(); }
-  HRESULT STDMETHODCALLTYPE LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override {
-    return Other();
-  }
-  HRESULT STDMETHODCALLTYPE UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override {
-    return Other();
-  }
-  HRESULT STDMETHODCALLTYPE Stat(STATSTG*, DWORD) override { return Other(); }
-  HRESULT STDMETHODCALLTYPE Clone(IStream**) override { return Other(); }
 
   std::vector<unsigned char> content;
   std::size_t position = 0;
@@ -68,7 +84,7 @@ class FakeStream final : public FakeUnknown<IStream> {
                ? this
                : nullptr;
   }
-  HRESULT Other() {
+  HRESULT Other() override {
     ++other_calls;
     return E_NOTIMPL;
   }

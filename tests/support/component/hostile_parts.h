@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "tests/support/component/fake_storage.h"
 #include "tests/support/component/guarded_memory.h"
 #include "tests/support/component/hostile_container.h"
 
@@ -292,12 +293,12 @@ inline HRESULT STDMETHODCALLTYPE HostilePropertySink::OnChanged(DISPID) {
 
 /// A stream over bytes that come and go in small pieces and that lies about their count. Shares
 /// them with others of its kind.
-class HostileStream final : public HostilePart<IStream> {
+class HostileStream final : public OtherStreamCalls<HostilePart<IStream>> {
  public:
   using Bytes = std::shared_ptr<std::vector<unsigned char>>;
 
   HostileStream(HostileContainer& container, Bytes bytes, ULONG piece)
-      : HostilePart(container), bytes_(std::move(bytes)), piece_(piece) {}
+      : OtherStreamCalls(container), bytes_(std::move(bytes)), piece_(piece) {}
 
   HRESULT STDMETHODCALLTYPE Read(void* target, ULONG count, ULONG* read) override {
     const ULONG left = static_cast<ULONG>(bytes_->size() - std::min(bytes_->size(), position_));
@@ -323,26 +324,9 @@ class HostileStream final : public HostilePart<IStream> {
     bytes_->resize(size.LowPart % 100'000);
     return Call("SetSize");
   }
-  HRESULT STDMETHODCALLTYPE CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*,
-                                   ULARGE_INTEGER*) override {
-    return Other();
-  }
-  HRESULT STDMETHODCALLTYPE Commit(DWORD) override { return Other(); }
-  HRESULT STDMETHODCALLTYPE Revert() override { return Other(); }
-  HRESULT STDMETHODCALLTYPE LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override {
-    return Other();
-  }
-  HRESULT STDMETHODCALLTYPE UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override {
-    return Other();
-  }
-  HRESULT STDMETHODCALLTYPE Stat(STATSTG*, DWORD) override { return Other(); }
-  HRESULT STDMETHODCALLTYPE Clone(IStream** out) override {
-    *out = nullptr;
-    return Other();
-  }
 
  private:
-  HRESULT Other() { return FAILED(Call("stream")) ? E_FAIL : E_NOTIMPL; }
+  HRESULT Other() override { return FAILED(Call("stream")) ? E_FAIL : E_NOTIMPL; }
   void* Find(REFIID id) override {
     return FindAmong<IStream, ISequentialStream, IUnknown>(*this, id);
   }
@@ -352,10 +336,10 @@ class HostileStream final : public HostilePart<IStream> {
 };
 
 /// A storage with one stream, whatever it is called.
-class HostileStorage final : public HostilePart<IStorage> {
+class HostileStorage final : public OtherStorageCalls<HostilePart<IStorage>> {
  public:
   HostileStorage(HostileContainer& container, std::vector<unsigned char> bytes)
-      : HostilePart(container),
+      : OtherStorageCalls(container),
         bytes_(std::make_shared<std::vector<unsigned char>>(std::move(bytes))) {}
 
   HRESULT STDMETHODCALLTYPE CreateStream(const OLECHAR*, DWORD, DWORD, DWORD,
@@ -367,35 +351,7 @@ class HostileStorage final : public HostilePart<IStorage> {
                                        IStream** out) override {
     return GiveStream("OpenStream", out);
   }
-  HRESULT STDMETHODCALLTYPE CreateStorage(const OLECHAR*, DWORD, DWORD, DWORD,
-                                          IStorage**) override {
-    return Other();
-  }
-  HRESULT STDMETHODCALLTYPE OpenStorage(const OLECHAR*, IStorage*, DWORD, SNB, DWORD,
-                                        IStorage**) override {
-    return Other();
-  }
-  HRESULT STDMETHODCALLTYPE CopyTo(DWORD, const IID*, SNB, IStorage*) override { return Other(); }
-  HRESULT STDMETHODCALLTYPE MoveElementTo(const OLECHAR*, IStorage*, const OLECHAR*,
-                                          DWORD) override {
-    return Other();
-  }
-  HRESULT STDMETHODCALLTYPE Commit(DWORD) override { return Other(); }
-  HRESULT STDMETHODCALLTYPE Revert() override { return Other(); }
-  HRESULT STDMETHODCALLTYPE EnumElements(DWORD, void*, DWORD, IEnumSTATSTG**) override {
-    return Other();
-  }
-  HRESULT STDMETHODCALLTYPE DestroyElement(const OLECHAR*) override { return Other(); }
-  HRESULT STDMETHODCALLTYPE RenameElement(const OLECHAR*, const OLECHAR*) override {
-    return Other();
-  }
-  HRESULT STDMETHODCALLTYPE SetElementTimes(const OLECHAR*, const FILETIME*, const FILETIME*,
-                                            const FILETIME*) override {
-    return Other();
-  }
   HRESULT STDMETHODCALLTYPE SetClass(REFCLSID) override { return Call("SetClass"); }
-  HRESULT STDMETHODCALLTYPE SetStateBits(DWORD, DWORD) override { return Other(); }
-  HRESULT STDMETHODCALLTYPE Stat(STATSTG*, DWORD) override { return Other(); }
 
  private:
   HRESULT GiveStream(std::string_view call, IStream** out) {
@@ -405,7 +361,7 @@ class HostileStorage final : public HostilePart<IStorage> {
     if (SUCCEEDED(answer)) *out = Com<IStream>(stream).Detach();
     return answer;
   }
-  HRESULT Other() { return FAILED(Call("storage")) ? E_FAIL : E_NOTIMPL; }
+  HRESULT Other() override { return FAILED(Call("storage")) ? E_FAIL : E_NOTIMPL; }
   void* Find(REFIID id) override { return FindAmong<IStorage, IUnknown>(*this, id); }
   HostileStream::Bytes bytes_;
 };
