@@ -142,6 +142,8 @@ step_wine_next() {
   only='^(examples|programs_container)$' tests_of windows &
   beside=$!
   only='^(component|platform)_tests$' tests_of windows-tests "${in_test_prefix[@]}" || code=1
+  # Checked at each call, the heap of this generation is slow; the rest holds there, too.
+  case_of check-heap scripts/check-heap 'StreamLoad.*:BagLoad.*:ReEntrance.*' || code=1
   wait "$beside" || code=1
   return "$code"
 }
