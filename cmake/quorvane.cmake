@@ -97,24 +97,32 @@ function(quorvane_room name)
   endif()
 endfunction()
 
+# quorvane_add_resources(TARGET SCRIPT INPUTS...): the resources of a program for Windows; the inputs are what the script
+# reads from its own folder.
+function(quorvane_add_resources target script)
+  get_filename_component(folder ${script} DIRECTORY)
+  get_filename_component(name ${script} NAME_WE)
+  set(object ${CMAKE_CURRENT_BINARY_DIR}/${name}.res.o)
+  add_custom_command(
+    OUTPUT ${object}
+    COMMAND ${CMAKE_RC_COMPILER} --preprocessor=${CMAKE_C_COMPILER}
+      --preprocessor-arg=-E --preprocessor-arg=-xc-header --preprocessor-arg=-DRC_INVOKED
+      --target=pe-i386 --codepage=65001 ${script} -o ${object}
+    WORKING_DIRECTORY ${folder}
+    DEPENDS ${script} ${ARGN}
+    COMMENT "Compiling the resources of ${target}" VERBATIM)
+  target_sources(${target} PRIVATE ${object})
+  set_source_files_properties(${object} PROPERTIES EXTERNAL_OBJECT TRUE GENERATED TRUE)
+endfunction()
+
 # quorvane_program_resources(TARGET DESCRIPTION): what the file of a program for Windows says of itself, the version
 # block and the manifest.
 function(quorvane_program_resources target description)
   set(program ${target})
   set(script ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
-  set(object ${CMAKE_CURRENT_BINARY_DIR}/${target}.res.o)
   set(inputs ${PROJECT_SOURCE_DIR}/cmake/program.rc.in ${PROJECT_SOURCE_DIR}/cmake/program.manifest)
   string(REPLACE "." "," version_numbers ${PROJECT_VERSION}.0)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/program.rc.in ${script} @ONLY)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/program.manifest program.manifest COPYONLY)
-  add_custom_command(
-    OUTPUT ${object}
-    COMMAND ${CMAKE_RC_COMPILER} --preprocessor=${CMAKE_C_COMPILER}
-      --preprocessor-arg=-E --preprocessor-arg=-xc-header --preprocessor-arg=-DRC_INVOKED
-      --target=pe-i386 --codepage=65001 ${target}.rc -o ${object}
-    WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}
-    DEPENDS ${inputs}
-    COMMENT "Compiling the resources of ${target}" VERBATIM)
-  target_sources(${target} PRIVATE ${object})
-  set_source_files_properties(${object} PROPERTIES EXTERNAL_OBJECT TRUE GENERATED TRUE)
+  quorvane_add_resources(${target} ${script} ${inputs})
 endfunction()

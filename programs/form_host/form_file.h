@@ -45,8 +45,11 @@ class FormFileError : public std::runtime_error {
 [[nodiscard]] std::vector<FormEntry> LoadForm(const std::string& file);
 
 /// Writes the file anew beside its old self and then puts it in its place, so that at every moment
-/// the name leads to a whole form, the old or the new. The permissions of the old file stay.
-/// Raises FormFileError and leaves the old file as it was.
+/// the name leads to a whole form, the old or the new. The permissions of the old file stay; one
+/// that may only be read is refused. Raises FormFileError and leaves the old file as it was.
 void SaveForm(const std::string& file, const std::vector<FormEntry>& entries);
+
+/// Whether both names lead to one place, be there a file or not.
+[[nodiscard]] bool IsSamePlace(const std::string& file, const std::string& other);
 
 }  // namespace quorvane::programs

@@ -85,13 +85,24 @@ void SaveForm(const std::string& file, const std::vector<FormEntry>& entries) {
     std::error_code error;
     const fs::path place = fs::weakly_canonical(PathOf(file), error);
     if (error || place.empty()) throw FormFileError("there is no such place");
-    if (fs::is_directory(place, error)) throw FormFileError("it is not a file");
+    const fs::file_status old = fs::status(place, error);
+    if (fs::is_directory(old)) throw FormFileError("it is not a file");
+    // Not every system keeps such a file from being replaced.
+    if (fs::exists(old) && (old.permissions() & fs::perms::owner_write) == fs::perms::none)
+      throw FormFileError("it is read-only");
     fs::path beside = place;
     beside += ".saving";
     const Draft draft(beside);
     draft.Write(FormatForm(entries), place);
     draft.MoveTo(place);
   });
+}
+
+bool IsSamePlace(const std::string& file, const std::string& other) {
+  std::error_code error;
+  if (fs::equivalent(PathOf(file), PathOf(other), error)) return true;
+  const fs::path place = fs::weakly_canonical(PathOf(file), error);
+  return !error && place == fs::weakly_canonical(PathOf(other), error);
 }
 
 }  // namespace quorvane::programs

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "programs/form_host/call_log.h"
 #include "programs/form_host/form_bag.h"
 
 // What the flow of the form host asks of a container. Answered once in windows/, by a real one that
@@ -53,8 +54,9 @@ class HostedForm {
 /// Told the name of each property that the control reports as changed.
 using ChangeListener = std::function<void(const Text& property)>;
 
-/// Makes an empty form and creates the control on it.
-[[nodiscard]] std::unique_ptr<HostedForm> MakeForm(ChangeListener listener);
+/// Makes an empty form and creates the control on it. The calls between the two are told in the
+/// log, if one is given, which the container over the stand-ins does not take: see interactive.h.
+[[nodiscard]] std::unique_ptr<HostedForm> MakeForm(ChangeListener listener, CallLog* log = nullptr);
 
 /// Runs the body on a thread of its own, ready for controls, and waits for its end; what the body
 /// throws is thrown on. The settings live once per thread, so a control on a fresh one starts

@@ -1,5 +1,5 @@
 // form_host: opens a saved form, hosts the control on it, changes settings, saves the form, proves
-// that it comes back the same, and asks the control for its checksum.
+// that it comes back the same, and asks the control for its checksum; or shows it to people.
 
 #include <array>
 #include <optional>
@@ -9,6 +9,8 @@
 #include "programs/common/program.h"
 #include "programs/form_host/form_file.h"
 #include "programs/form_host/hosted_form.h"
+#include "programs/form_host/interactive.h"
+#include "programs/form_host/log_file.h"
 #include "programs/form_host/settings.h"
 #include "runtime/utf8.h"
 
@@ -16,7 +18,8 @@ namespace quorvane::programs {
 namespace {
 
 constexpr const char* kHelp =
-    R"(usage: form_host [--set NAME=VALUE]... [--save FILE] [--wait] FORM
+    R"(usage: form_host [--set NAME=VALUE]... [--save FILE] [--wait] [--log FILE] FORM
+       form_host --interactive [--log FILE] [FORM]
        form_host --help
 
 Opens the saved form FORM, creates the control on it, loads it, shows its size and its seven
@@ -30,6 +33,10 @@ asks for GetCRCValue.
                     memory only
   --wait            keeps the form on the screen until Enter is pressed or standard input ends
                     (without it: a moment); F1 opens the help file beside the module
+  --log FILE        (Windows only) writes each call between container and control to FILE, with
+                    its arguments and its result, as UTF-8
+  --interactive     (Windows only) opens FORM, or a new form, in a window for people: the form, its
+                    settings to edit, the calls; F1 there opens the help
 
 A form file holds one entry a line: Name = "text", Name = 8080, Name = True. Passwords show as
 asterisks here and stand in the file as plain text.
@@ -37,10 +44,9 @@ exit codes: 0 success; 1 a form file that cannot be used, or a run-time error; 2
 )";
 
 constexpr std::array kOptions{
-    Option{"--help"},
-    Option{.name = "--set", .value = "NAME=VALUE", .repeatable = true},
-    Option{"--save", "FILE"},
-    Option{"--wait"},
+    Option{"--help"},         Option{.name = "--set", .value = "NAME=VALUE", .repeatable = true},
+    Option{"--save", "FILE"}, Option{"--wait"},
+    Option{"--log", "FILE"},  Option{"--interactive"},
 };
 
 using SettingValues = std::array<TaggedValue, kSettings.size()>;
@@ -68,7 +74,9 @@ struct Task {
 
 class FormHost {
  public:
-  FormHost(Task task, Console& console) : task_(std::move(task)), console_(console) {}
+  /// The log may be null.
+  FormHost(Task task, CallLog* log, Console& console)
+      : task_(std::move(task)), log_(log), console_(console) {}
 
   void Run() {
     FormBag bag(LoadForm(task_.form));
@@ -88,9 +96,10 @@ class FormHost {
 
   // Load, show, change, save: the life of a form in its designer.
   void Edit(FormBag& bag) {
-    const auto form = MakeForm([this](const Text& property) {
+    const ChangeListener say = [this](const Text& property) {
       Say("  the control reports a change of " + ToUtf8(property));
-    });
+    };
+    const auto form = MakeForm(say, log_);
     Load(*form, bag);
     ShowSettings("settings as loaded:", SettingsOf(*form));
     Show(*form);
@@ -149,7 +158,7 @@ class FormHost {
   }
 
   void Reopen(FormBag& bag) {
-    const auto form = MakeForm([](const Text&) {});
+    const auto form = MakeForm([](const Text&) {}, log_);
     form->Load(bag);
     Compare(SettingsOf(*form));
     Say("reloaded into a new control: all seven settings are as saved");
@@ -165,10 +174,62 @@ class FormHost {
   }
 
   Task task_;
+  CallLog* log_;
   Console& console_;
   FormBag saved_;
   SettingValues edited_;
 };
+
+// The log that the words ask for, if they do.
+class AskedLog {
+ public:
+  explicit AskedLog(const std::optional<std::string>& file) {
+    if (file) file_.emplace(*file).Follow(log_);
+  }
+
+  [[nodiscard]] CallLog& Log() { return log_; }
+  [[nodiscard]] CallLog* LogIfAsked() { return file_ ? &log_ : nullptr; }
+  void RaiseFailure() const {
+    if (file_) file_->RaiseFailure();
+  }
+
+ private:
+  CallLog log_;
+  std::optional<LogFile> file_;
+};
+
+// The log would wipe out the form, or the form the log.
+void RefuseLogOverForm(const std::optional<std::string>& log,
+                       const std::optional<std::string>& form) {
+  if (log && form && IsSamePlace(*log, *form))
+    throw UsageError("--log names the file of the form: '" + *log + "'");
+}
+
+void RefuseBesideInteractive(const Arguments& arguments) {
+  for (const char* const option : {"--set", "--save", "--wait"})
+    if (arguments.Has(option)) throw UsageError(std::string("--interactive takes no ") + option);
+}
+
+void ShowToPeople(const Arguments& arguments) {
+  RequireContainer("--interactive");
+  RefuseBesideInteractive(arguments);
+  arguments.RequireOperands(0, 1, "FORM");
+  const std::string form = arguments.Operands().empty() ? "" : arguments.Operands().front();
+  RefuseLogOverForm(arguments.Value("--log"), form);
+  AskedLog log(arguments.Value("--log"));
+  OnFreshThread([&] { RunInteractive(form, log.Log()); });
+  log.RaiseFailure();
+}
+
+void ShowToScripts(const Arguments& arguments, Console& console) {
+  if (arguments.Has("--log")) RequireContainer("--log");
+  const Task task(arguments);
+  RefuseLogOverForm(arguments.Value("--log"), task.form);
+  RefuseLogOverForm(arguments.Value("--log"), task.save_to);
+  AskedLog log(arguments.Value("--log"));
+  FormHost(task, log.LogIfAsked(), console).Run();
+  log.RaiseFailure();
+}
 
 int Run(std::span<const std::string> words, Console& console) {
   const Arguments arguments(words, kOptions);
@@ -177,7 +238,10 @@ int Run(std::span<const std::string> words, Console& console) {
     return ExitCode::kSuccess;
   }
   try {
-    FormHost(Task(arguments), console).Run();
+    if (arguments.Has("--interactive"))
+      ShowToPeople(arguments);
+    else
+      ShowToScripts(arguments, console);
   } catch (const FormFileError& error) {
     console.Complain(error.what());
     return ExitCode::kFailure;

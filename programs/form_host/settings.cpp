@@ -38,4 +38,18 @@ Change ParseChange(std::string_view word) {
   return change;
 }
 
+Text TextToEdit(const Text& setting, const TaggedValue& value) {
+  const Text plain = ToText(value);
+  if (setting == Text(u"Password") && !plain.IsEmpty()) return u"********";
+  const bool is_open =
+      std::ranges::all_of(plain.Characters(), [](char16_t c) { return c >= 0x20; });
+  const bool looks_quoted = plain.Characters().starts_with(u'"');
+  return is_open && !looks_quoted ? plain : FromUtf8(FormatValue(value));
+}
+
+TaggedValue ValueOfEdited(const Text& text) {
+  if (!text.Characters().starts_with(u'"')) return text;
+  return ParseForm("Value = " + ToUtf8(text)).front().value;
+}
+
 }  // namespace quorvane::programs

@@ -25,4 +25,13 @@ struct Change {
 /// Splits at the first "="; the name must be one of kSettings, in its spelling. Raises UsageError.
 [[nodiscard]] Change ParseChange(std::string_view word);
 
+/// A setting's value as its user edits it: without quotes, unless it could not be told from other
+/// text then or holds control characters; then as a form file spells it. A password shows as eight
+/// asterisks.
+[[nodiscard]] Text TextToEdit(const Text& setting, const TaggedValue& value);
+
+/// What the user has left there: what starts with a quote is read as in a form file, all else is
+/// the value as it is. Raises FormFileError.
+[[nodiscard]] TaggedValue ValueOfEdited(const Text& text);
+
 }  // namespace quorvane::programs

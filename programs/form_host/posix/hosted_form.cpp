@@ -107,7 +107,7 @@ class StandInForm final : public HostedForm, private ControlSite {
 
 }  // namespace
 
-std::unique_ptr<HostedForm> MakeForm(ChangeListener listener) {
+std::unique_ptr<HostedForm> MakeForm(ChangeListener listener, CallLog* /*log*/) {
   return std::make_unique<StandInForm>(std::move(listener));
 }
 

@@ -10,11 +10,25 @@
 
 namespace quorvane::programs {
 
-/// The form's window, with a painted panel on it. Without a display there is none: Handle() is null
-/// then, and Reason() tells why.
+/// What may be laid over a form for its designer.
+class FormTool {
+ public:
+  FormTool() = default;
+  FormTool(const FormTool&) = delete;
+  FormTool& operator=(const FormTool&) = delete;
+  virtual ~FormTool() = default;
+
+  /// Paints onto the form, whose control and panel stay in front.
+  virtual void Paint(HDC surface) = 0;
+  /// A message of the form's window; whether it is dealt with.
+  [[nodiscard]] virtual bool Take(UINT message, LPARAM value) = 0;
+};
+
+/// The form's window, with a painted panel on it: one of its own, or a child of its owner. Without
+/// a display there is none: Handle() is null then, and Reason() tells why.
 class FormWindow {
  public:
-  FormWindow();
+  explicit FormWindow(HWND owner = nullptr);
   FormWindow(const FormWindow&) = delete;
   FormWindow& operator=(const FormWindow&) = delete;
   ~FormWindow();
@@ -25,6 +39,9 @@ class FormWindow {
   /// Called when the user asks for help by F1 in the window; must not throw.
   void OnHelp(std::function<void()> listener) { on_help_ = std::move(listener); }
 
+  /// Lays the tool over the form; it must live as long as the window.
+  void Use(FormTool& tool) { tool_ = &tool; }
+
   /// Shows the window without taking the focus away from anyone, and serves its messages for a
   /// moment. Raises what painting the panel has raised.
   void ShowForAMoment() const;
@@ -32,7 +49,8 @@ class FormWindow {
   void StayUntil(HANDLE event) const;
 
   /// Where control and panel stand, in pixels of the window's inner area.
-  [[nodiscard]] static RECT PlaceOfControl();
+  [[nodiscard]] RECT PlaceOfControl() const { return place_; }
+  void PutControl(const RECT& place);
   [[nodiscard]] static RECT PlaceOfPanel();
   /// The inner area, in pixels.
   static constexpr int kWidth = 320;
@@ -40,12 +58,14 @@ class FormWindow {
 
  private:
   static LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM word, LPARAM value);
-  static void Paint(HDC surface, const RECT& area);
+  void Paint() const;
   static void ServeMessages(HANDLE end, DWORD limit);
 
   HWND handle_ = nullptr;
+  RECT place_;
   std::optional<Panel> panel_;
   std::function<void()> on_help_;
+  FormTool* tool_ = nullptr;
   std::string reason_;
 };
 

@@ -23,8 +23,10 @@ class Frame final : public Counted<IOleInPlaceFrame> {
   HRESULT STDMETHODCALLTYPE SetBorderSpace(LPCBORDERWIDTHS widths) override {
     return widths == nullptr ? S_OK : INPLACE_E_NOTOOLSPACE;
   }
-  HRESULT STDMETHODCALLTYPE SetActiveObject(IOleInPlaceActiveObject* /*object*/,
+  /// The object whose keys come before the form's own; null when it goes.
+  HRESULT STDMETHODCALLTYPE SetActiveObject(IOleInPlaceActiveObject* object,
                                             LPCOLESTR /*name*/) override {
+    active_ = ComPtr<IOleInPlaceActiveObject>(object);
     return S_OK;
   }
 
@@ -42,6 +44,12 @@ class Frame final : public Counted<IOleInPlaceFrame> {
     return S_FALSE;
   }
 
+  /// Whether the active object, if there is one, takes the key for itself.
+  [[nodiscard]] bool ActiveObjectTakes(MSG& message) const {
+    const ComPtr<IOleInPlaceActiveObject> active = active_;
+    return active && active->TranslateAccelerator(&message) == S_OK;
+  }
+
  protected:
   void* Other(REFIID id) override {
     const bool is_base = id == IID_IOleWindow || id == IID_IOleInPlaceUIWindow;
@@ -50,6 +58,7 @@ class Frame final : public Counted<IOleInPlaceFrame> {
 
  private:
   HWND window_;
+  ComPtr<IOleInPlaceActiveObject> active_;
 };
 
 }  // namespace quorvane::programs

@@ -1,7 +1,5 @@
 #include "programs/form_host/windows/help_viewer.h"
 
-#include <string>
-
 #include "runtime/runtime_error.h"
 
 namespace quorvane::programs {
@@ -9,16 +7,17 @@ namespace {
 
 // Commands of the viewer, under their names in its documentation.
 constexpr UINT HH_DISPLAY_TOPIC = 0;
+constexpr UINT HH_HELP_CONTEXT = 0xF;
 constexpr UINT HH_CLOSE_ALL = 0x12;
 
 std::wstring BehindLast(wchar_t mark, const std::wstring& text) {
   return text.substr(text.find_last_of(mark) + 1);
 }
 
+}  // namespace
+
 // Systems give the name alone, or with the folder that is registered for it.
-std::wstring HelpFileName(const ComPtr<IDispatch>& control) {
-  ComPtr<ITypeInfo> type;
-  Check(control->GetTypeInfo(0, LOCALE_SYSTEM_DEFAULT, type.Receive()), u"IDispatch.GetTypeInfo");
+std::wstring HelpFileName(const ComPtr<ITypeInfo>& type) {
   ComPtr<ITypeLib> library;
   UINT index = 0;
   Check(type->GetContainingTypeLib(library.Receive(), &index), u"ITypeInfo.GetContainingTypeLib");
@@ -30,9 +29,8 @@ std::wstring HelpFileName(const ComPtr<IDispatch>& control) {
   return BehindLast(L'\\', Wide(text));
 }
 
-// Ends in a backslash.
-std::wstring FolderOfCode(const ComPtr<IDispatch>& control) {
-  const void* const code = *reinterpret_cast<const void* const*>(control.Get());
+std::wstring FolderOfCode(IUnknown* object) {
+  const void* const code = *reinterpret_cast<const void* const*>(object);
   HMODULE module = nullptr;
   wchar_t path[MAX_PATH];  // NOLINT(*-avoid-c-arrays)
   if (::GetModuleHandleExW(
@@ -45,14 +43,11 @@ std::wstring FolderOfCode(const ComPtr<IDispatch>& control) {
   return file.substr(0, file.size() - BehindLast(L'\\', file).size());
 }
 
-}  // namespace
-
 HelpViewer::~HelpViewer() {
   if (html_help_ != nullptr) html_help_(nullptr, nullptr, HH_CLOSE_ALL, 0);
 }
 
-void HelpViewer::Open(const ComPtr<IDispatch>& control, HWND owner) {
-  const std::wstring file = FolderOfCode(control) + HelpFileName(control);
+void HelpViewer::Open(const std::wstring& file, DWORD context, HWND owner) {
   if (::GetFileAttributesW(file.c_str()) == INVALID_FILE_ATTRIBUTES)
     Raise(ErrorNumber::kFileNotFound, FromWide(file.c_str()));
   if (html_help_ == nullptr) {
@@ -61,7 +56,8 @@ void HelpViewer::Open(const ComPtr<IDispatch>& control, HWND owner) {
     if (call == nullptr) Raise(ErrorNumber::kLibraryNotFound, u"hhctrl.ocx");
     html_help_ = reinterpret_cast<HtmlHelp>(reinterpret_cast<void*>(call));
   }
-  if (html_help_(owner, file.c_str(), HH_DISPLAY_TOPIC, 0) == nullptr)
+  const UINT command = context != 0 ? HH_HELP_CONTEXT : HH_DISPLAY_TOPIC;
+  if (html_help_(owner, file.c_str(), command, context) == nullptr)
     Raise(ErrorNumber::kPathFileAccess, FromWide(file.c_str()));
 }
 

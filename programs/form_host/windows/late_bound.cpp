@@ -47,6 +47,12 @@ TaggedValue LateBound::Invoke(const Text& member, WORD kind, DISPPARAMS paramete
   return component::ToTaggedValue(*result.Get(), VT_BSTR);
 }
 
+ComPtr<ITypeInfo> LateBound::Type() const {
+  ComPtr<ITypeInfo> type;
+  Check(object_->GetTypeInfo(0, kLocale, type.Receive()), u"IDispatch.GetTypeInfo");
+  return type;
+}
+
 TaggedValue LateBound::Get(const Text& property) const {
   return Invoke(property, DISPATCH_PROPERTYGET, {});
 }

@@ -16,6 +16,8 @@ class LateBound {
   [[nodiscard]] TaggedValue Get(const Text& property) const;
   void Put(const Text& property, const TaggedValue& value) const;
   [[nodiscard]] TaggedValue Call(const Text& method) const;
+  /// What the control's type library says of the members.
+  [[nodiscard]] ComPtr<ITypeInfo> Type() const;
 
  private:
   [[nodiscard]] TaggedValue Invoke(const Text& member, WORD kind, DISPPARAMS parameters) const;

@@ -13,23 +13,29 @@ HRESULT Site::GetContainer(IOleContainer** container) {
 }
 
 HRESULT Site::GetWindow(HWND* window) {
-  *window = window_;
-  return window_ != nullptr ? S_OK : E_FAIL;
+  *window = form_.Handle();
+  return *window != nullptr ? S_OK : E_FAIL;
 }
 
-HRESULT Site::CanInPlaceActivate() { return window_ != nullptr ? S_OK : S_FALSE; }
+HRESULT Site::CanInPlaceActivate() { return form_.Handle() != nullptr ? S_OK : S_FALSE; }
 
 HRESULT Site::GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** page, LPRECT place,
                                LPRECT clip, LPOLEINPLACEFRAMEINFO info) {
-  *page = nullptr;  // the form's window is the frame's
+  *page = nullptr;  // the form is no document of its own in the frame
   frame_->AddRef();
   *frame = frame_.Get();
-  *place = place_;
-  ::GetClientRect(window_, clip);
+  *place = form_.PlaceOfControl();
+  ::GetClientRect(form_.Handle(), clip);
   info->fMDIApp = FALSE;
-  info->hwndFrame = window_;
+  frame_->GetWindow(&info->hwndFrame);
   info->haccel = nullptr;
   info->cAccelEntries = 0;
+  return S_OK;
+}
+
+HRESULT Site::OnPosRectChange(LPCRECT place) {
+  if (place == nullptr) return E_POINTER;
+  form_.PutControl(*place);
   return S_OK;
 }
 

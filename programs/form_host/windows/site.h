@@ -1,6 +1,7 @@
 #pragma once
 
 #include "programs/form_host/windows/com.h"
+#include "programs/form_host/windows/form_window.h"
 #include "programs/form_host/windows/frame.h"
 
 namespace quorvane::programs {
@@ -9,10 +10,15 @@ namespace quorvane::programs {
 /// other; the form parts them with SetClientSite(NULL).
 class Site final : public Counted<IOleClientSite, IOleInPlaceSite, IOleControlSite> {
  public:
-  /// `window` is the form's, or null when there is no display; then the control cannot be
-  /// activated. `place` in pixels of its inner area.
-  Site(HWND window, const RECT& place)
-      : window_(window), place_(place), frame_(Make<Frame>(window)) {}
+  /// The form outlives the control, and so this site's use. Without a display it has no window;
+  /// then the control cannot be activated.
+  explicit Site(FormWindow& form)
+      : form_(form), frame_(Make<Frame>(::GetAncestor(form.Handle(), GA_ROOT))) {}
+
+  /// Whether the active control takes the key for itself.
+  [[nodiscard]] bool ActiveObjectTakes(MSG& message) const {
+    return frame_->ActiveObjectTakes(message);
+  }
 
   // IOleClientSite
   HRESULT STDMETHODCALLTYPE SaveObject() override { return E_FAIL; }
@@ -36,8 +42,8 @@ class Site final : public Counted<IOleClientSite, IOleInPlaceSite, IOleControlSi
   HRESULT STDMETHODCALLTYPE OnInPlaceDeactivate() override { return S_OK; }
   HRESULT STDMETHODCALLTYPE DiscardUndoState() override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE DeactivateAndUndo() override { return E_NOTIMPL; }
-  /// The form lets a control keep the place that it was given.
-  HRESULT STDMETHODCALLTYPE OnPosRectChange(LPCRECT /*place*/) override { return S_OK; }
+  /// The form lets a control take the place that it wants.
+  HRESULT STDMETHODCALLTYPE OnPosRectChange(LPCRECT place) override;
 
   // IOleControlSite
   HRESULT STDMETHODCALLTYPE OnControlInfoChanged() override { return S_OK; }
@@ -59,8 +65,7 @@ class Site final : public Counted<IOleClientSite, IOleInPlaceSite, IOleControlSi
   }
 
  private:
-  HWND window_;
-  RECT place_;
+  FormWindow& form_;
   ComPtr<Frame> frame_;
 };
 

@@ -1,9 +1,10 @@
 // The file of a form on disk: reading it whole, and replacing it so that its name always leads to a
-// whole form.
+// whole form. And that of a log of calls.
 
 #include <algorithm>
 
 #include "programs/form_host/form_file.h"
+#include "programs/form_host/log_file.h"
 #include "tests/support/raises.h"
 #include "tests/support/temporary_folder.h"
 
@@ -99,6 +100,68 @@ TEST_F(FormStorage, RefusesAFolderThatIsNotThere) {
 TEST_F(FormStorage, RefusesAnEmptyName) {
   EXPECT_EQ(ErrorOf([&] { SaveForm("", kEntries); }), ": there is no such place");
   EXPECT_NE(ErrorOf([] { static_cast<void>(LoadForm("")); }), "none");
+}
+
+TEST_F(FormStorage, LeavesAFileThatMayOnlyBeRead) {
+  Write(u"a.form", "B = 2\n");
+  fs::permissions(folder_.Path(u"a.form"), fs::perms::owner_read);
+  EXPECT_EQ(SaveError(u"a.form"), At(u"a.form") + ": it is read-only");
+  EXPECT_EQ(Read(u"a.form"), "B = 2\n");
+  EXPECT_EQ(CountOfFiles(), 1);
+  fs::permissions(folder_.Path(u"a.form"), fs::perms::owner_all);
+}
+
+TEST_F(FormStorage, KnowsOnePlaceByAllItsNames) {
+  Write(u"a.form", "");
+  EXPECT_TRUE(IsSamePlace(At(u"a.form"), At(u"none/../a.form")));
+  EXPECT_TRUE(IsSamePlace(At(u"b.form"), At(u"./b.form")));
+  EXPECT_FALSE(IsSamePlace(At(u"a.form"), At(u"b.form")));
+}
+
+// A call that calls back, one that does not, and one whose end is yet to come.
+void TellThreeCalls(CallLog& log) {
+  log.Note("Open \u0141");
+  log.Begin("> A.Load(bag given)");
+  log.Count("< B.AddRef()", "1");
+  log.Begin("< B.Read(name \"x\")");
+  log.End("< B.Read", "E_FAIL");
+  log.End("> A.Load", "S_OK");
+  log.Begin("> A.Close()");
+}
+constexpr const char* kThreeCalls =
+    "-- Open \u0141\n"
+    "> A.Load(bag given)\n"
+    "  < B.AddRef() = 1\n"
+    "  < B.Read(name \"x\") = E_FAIL\n"
+    "> A.Load returns S_OK\n"
+    "> A.Close()";
+
+TEST_F(FormStorage, LogHoldsACallFromTheMomentItIsMade) {
+  Write(u"calls.log", "old");
+  CallLog log;
+  LogFile file(At(u"calls.log"));
+  file.Follow(log);
+  TellThreeCalls(log);
+  EXPECT_EQ(Read(u"calls.log"), kThreeCalls);
+  log.End("> A.Close", "S_FALSE");
+  EXPECT_EQ(Read(u"calls.log"), std::string(kThreeCalls) + " = S_FALSE\n");
+  EXPECT_NO_THROW(file.RaiseFailure());
+}
+
+TEST_F(FormStorage, ALogCanTellCallsFromCounts) {
+  CallLog log;
+  std::string calls;
+  log.AddReader([&](std::string_view piece, CallLog::Kind kind) {
+    if (kind == CallLog::Kind::kCall) calls += piece;
+  });
+  TellThreeCalls(log);
+  EXPECT_EQ(calls.find("AddRef"), std::string::npos);
+  EXPECT_NE(calls.find("> A.Load(bag given)\n  < B.Read"), std::string::npos) << calls;
+}
+
+TEST_F(FormStorage, ALogThatCannotBeMadeSaysWhere) {
+  const std::string place = At(u"none/calls.log");
+  EXPECT_EQ(ErrorOf([&] { const LogFile file(place); }), place + ": the log cannot be made there");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "programs/form_host/settings.h"
 
 #include "programs/common/options.h"
+#include "programs/form_host/form_file.h"
 #include "tests/support/raises.h"
 
 namespace quorvane::programs {
@@ -19,6 +20,22 @@ TEST(Display, SpellsValuesAsAFormFileDoes) {
   EXPECT_EQ(Display(u"UserName", Text(u"a\"b")), R"("a\"b")");
   EXPECT_EQ(Display(u"ServerPort", std::int16_t{-1}), "-1");
   EXPECT_EQ(Display(u"UseProxy", kTrue), "True");
+}
+
+TEST(TextToEdit, ShowsATextAsItIsUnlessItCouldBeTakenForAnother) {
+  EXPECT_EQ(TextToEdit(u"UserName", Text(u"a\"b\\")), Text(u"a\"b\\"));
+  EXPECT_EQ(TextToEdit(u"UserName", Text(u"\"b")), Text(u"\"\\\"b\""));
+  EXPECT_EQ(TextToEdit(u"UserName", Text(u"a\nb")), Text(u"\"a\\nb\""));
+  EXPECT_EQ(TextToEdit(u"ServerPort", std::int16_t{-1}), Text(u"-1"));
+  EXPECT_EQ(TextToEdit(u"Password", Text(u"x")), Text(u"********"));
+  EXPECT_EQ(TextToEdit(u"Password", Text()), Text());
+}
+
+TEST(ValueOfEdited, ReadsBackWhatIsShown) {
+  for (const Text& text : {Text(u""), Text(u"a\"b\\"), Text(u"\"b"), Text(u"a\nb"), Text(u" x ")})
+    EXPECT_EQ(ValueOfEdited(TextToEdit(u"UserName", text)), TaggedValue(text));
+  EXPECT_EQ(ValueOfEdited(u"8080"), TaggedValue(Text(u"8080")));
+  EXPECT_THROW(static_cast<void>(ValueOfEdited(u"\"open")), FormFileError);
 }
 
 TEST(ParseChange, SplitsAtTheFirstEqualsSign) {

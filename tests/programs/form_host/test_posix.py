@@ -84,3 +84,12 @@ class Form(ProgramTest):
         self.write("a.form", "")
         outcome = self.run_program("form_host", "a.form")
         self.assertEqual(outcome.lines[-1], f"GetCRCValue={crc(MODULE.read_bytes())}")
+
+    def test_has_no_container_for_people(self):
+        self.write("a.form", "")
+        for words, option in {("--interactive", "a.form"): "--interactive", ("--interactive",): "--interactive",
+                              ("--log", "x.log", "a.form"): "--log"}.items():
+            with self.subTest(words):
+                self.assert_usage_error(self.run_program("form_host", *words),
+                                        f"form_host: {option} is for form_host on Windows only")
+        self.assertEqual([path.name for path in self.folder.iterdir()], ["a.form"])
