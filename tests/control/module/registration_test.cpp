@@ -40,8 +40,10 @@ void Collect(HKEY root, const std::wstring& path, Tree& tree) {
                         &size) != ERROR_SUCCESS) {
       break;
     }
-    data[size / sizeof(wchar_t)] = L'\0';
-    tree[path + L"|" + name] = type == REG_SZ ? data : L"(type " + std::to_wstring(type) + L")";
+    const std::wstring text(data, size / sizeof(wchar_t));
+    EXPECT_TRUE(text.ends_with(L'\0')) << "a text is stored with its zero";
+    tree[path + L"|" + name] =
+        type == REG_SZ ? text.c_str() : L"(type " + std::to_wstring(type) + L")";
   }
   for (DWORD i = 0;; ++i) {
     wchar_t name[256];
