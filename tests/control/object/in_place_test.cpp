@@ -508,6 +508,26 @@ TEST(SetObjectRects, KeepsTheLockedSizeAndTellsTheSiteOnce) {
   });
 }
 
+TEST(SetObjectRects, ShowsThePartWithinTheClipOnly) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto&, auto& site, auto&, auto& in_place, auto do_verb) {
+    EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), S_OK);
+    const RECT where{10, 20, 38, 48};
+    RECT shown{};
+    const RECT part{15, 26, 30, 41};
+    EXPECT_EQ(in_place->SetObjectRects(&where, &part), S_OK);
+    EXPECT_EQ(::GetWindowRgnBox(WindowOf(in_place), &shown), SIMPLEREGION);
+    const RECT expected{5, 6, 20, 21};
+    EXPECT_TRUE(::EqualRect(&shown, &expected))
+        << shown.left << ' ' << shown.top << ' ' << shown.right << ' ' << shown.bottom;
+    const RECT elsewhere{100, 100, 200, 200};
+    EXPECT_EQ(in_place->SetObjectRects(&where, &elsewhere), S_OK);
+    EXPECT_EQ(::GetWindowRgnBox(WindowOf(in_place), &shown), NULLREGION);
+    const RECT around{0, 0, 300, 300};
+    EXPECT_EQ(in_place->SetObjectRects(&where, &around), S_OK);
+    EXPECT_EQ(::GetWindowRgnBox(WindowOf(in_place), &shown), ERROR) << "all of it";
+  });
+}
+
 TEST(SetObjectRects, EndsThoughTheSiteInsistsOnAnotherSize) {
   OnStage(Offers::kInPlaceSiteEx, [](auto&, auto& site, auto&, auto& in_place, auto do_verb) {
     EXPECT_EQ(do_verb(OLEIVERB_INPLACEACTIVATE, &site.rectangle), S_OK);
