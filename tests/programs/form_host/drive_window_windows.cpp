@@ -270,9 +270,16 @@ std::string Do(const std::string& order, std::istream& words) {
   throw std::string("no such order");
 }
 
+// Else the system would tell places as if the screen had 96 dots per inch.
+void SeePixelsAsTheyAre() {
+  const FARPROC call = ::GetProcAddress(::GetModuleHandleW(L"user32.dll"), "SetProcessDPIAware");
+  if (call != nullptr) reinterpret_cast<BOOL(WINAPI*)()>(reinterpret_cast<void*>(call))();
+}
+
 }  // namespace
 
 int main() {
+  SeePixelsAsTheyAre();
   std::ios::sync_with_stdio(false);
   for (std::string line; std::getline(std::cin, line);) {
     if (line.ends_with('\r')) line.pop_back();

@@ -73,6 +73,7 @@ std::string Describe(const wchar_t* text, Discretion discretion) {
 std::string Describe(LONG number, Discretion /*discretion*/) {
   for (const identities::Property& setting : kSettings)
     if (setting.dispatch_id == number) return setting.name;
+  if (number == identities::kChecksumMember.dispatch_id) return identities::kChecksumMember.name;
   return std::to_string(number);
 }
 
