@@ -8,6 +8,7 @@
 
 #include "tests/support/fake_short_date.h"
 #include "tests/support/raises.h"
+#include "tests/support/thinned.h"
 #include "text/string_helpers.h"
 
 namespace quorvane::testing {
@@ -194,12 +195,15 @@ void WriteDigits(std::u16string& text, std::size_t behind_last, std::int32_t cou
 TEST(PackedDateToShortDate, AgreesWithACalendarCountedDayByDay) {
   const DayKeeper form;
   std::u16string packed = u"ABCDEyyyymmdd";
-  for (CalendarDay day{100, 1, 1}; day.year <= 9999;) {
-    WriteDigits(packed, 9, 4, day.year);
-    WriteDigits(packed, 11, 2, day.month);
-    WriteDigits(packed, 13, 2, day.day);
-    static_cast<void>(PackedDateToShortDate(Text(packed), form));
-    ASSERT_EQ(form.day, day) << Shown(day);
+  std::int32_t count = 0;
+  for (CalendarDay day{100, 1, 1}; day.year <= 9999; ++count) {
+    if (count % kOneIn == 0) {
+      WriteDigits(packed, 9, 4, day.year);
+      WriteDigits(packed, 11, 2, day.month);
+      WriteDigits(packed, 13, 2, day.day);
+      static_cast<void>(PackedDateToShortDate(Text(packed), form));
+      ASSERT_EQ(form.day, day) << Shown(day);
+    }
     if (++day.day > DaysOfMonth(day.year, day.month)) {
       day.day = 1;
       GoToNextMonth(day, 1);

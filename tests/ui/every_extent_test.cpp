@@ -2,6 +2,7 @@
 // floating point.
 #include <gtest/gtest.h>
 
+#include "tests/support/thinned.h"
 #include "tests/ui/every_extent.h"
 #include "tests/ui/ramp_oracle.h"
 #include "ui/modDrawGradient.h"
@@ -24,9 +25,9 @@ void ExpectAgreement(std::int16_t direction, std::int32_t stride) {
   }
 }
 
-TEST(EveryExtent, GivesTheBandsOfFloatingPointFromLeftToRight) { ExpectAgreement(0, 1); }
+TEST(EveryExtent, GivesTheBandsOfFloatingPointFromLeftToRight) { ExpectAgreement(0, kOneIn); }
 
-TEST(EveryExtent, GivesTheBandsOfFloatingPointFromTopToBottom) { ExpectAgreement(1, 1); }
+TEST(EveryExtent, GivesTheBandsOfFloatingPointFromTopToBottom) { ExpectAgreement(1, kOneIn); }
 
 // Only a negative colour's blue is below zero. Sums that come to next to nothing keep all their
 // digits.
