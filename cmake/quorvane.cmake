@@ -95,6 +95,10 @@ function(quorvane_room name)
   if(PROJECT_IS_TOP_LEVEL)
     target_link_libraries(quorvane_${name} PUBLIC $<BUILD_INTERFACE:quorvane_options>)
   endif()
+  if(QUORVANE_COVERAGE)
+    # Some tests have several threads in a room at once, which must not spoil the counts.
+    target_compile_options(quorvane_${name} PRIVATE -fprofile-update=atomic)
+  endif()
 endfunction()
 
 # quorvane_add_resources(TARGET SCRIPT INPUTS...): the resources of a program for Windows; the inputs are what the script

@@ -33,7 +33,7 @@ Text Replaced(const std::u16string& text, std::size_t found, const TextSearch& s
 }
 
 // The characters from a 1-based position on, at most `count`; none behind the end.
-Text Piece(const Text& text, std::size_t position, std::size_t count) {
+Text PieceOf(const Text& text, std::size_t position, std::size_t count) {
   const std::u16string& characters = text.Characters();
   if (position > characters.size()) return u"";
   return Text(characters.substr(position - 1, count));
@@ -96,9 +96,9 @@ Text ReplaceAll(Text text, const Text& find, const Text& replacement, const Coll
 }
 
 Text PackedDateToShortDate(const Text& packed, const ShortDate& form, Oleaut32& oleaut) {
-  const Text date = Piece(packed, 6, 8);
-  const std::int16_t year = ToInteger16(Piece(date, 1, 4), oleaut);
-  const std::int16_t month = ToInteger16(Piece(date, 5, 2), oleaut);
+  const Text date = PieceOf(packed, 6, 8);
+  const std::int16_t year = ToInteger16(PieceOf(date, 1, 4), oleaut);
+  const std::int16_t month = ToInteger16(PieceOf(date, 5, 2), oleaut);
   const std::int16_t day = ToInteger16(LastCharacters(date, 2), oleaut);
   return form.Format(CarriedDay(year, month, day));
 }

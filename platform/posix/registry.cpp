@@ -15,7 +15,7 @@ constexpr std::string_view kFirstLine = "quorvane registry 1";
 constexpr std::string_view kLastLine = "end";
 
 // Without what of its "\" does not count.
-std::u16string Plain(std::u16string_view path) {
+std::u16string PlainPath(std::u16string_view path) {
   std::u16string plain;
   for (const char16_t character : path) {
     const bool counts = !plain.empty() && plain.back() != u'\\';
@@ -90,19 +90,19 @@ RegistryTree TreeFrom(const std::filesystem::path& file, const std::optional<std
 }  // namespace
 
 bool RegistryTree::Has(std::u16string_view path) const {
-  const std::u16string plain = Plain(path);
+  const std::u16string plain = PlainPath(path);
   return plain.find(u'\\') == std::u16string::npos || keys_.contains(FoldCase(plain));
 }
 
 const StoredValue* RegistryTree::Find(std::u16string_view path, std::u16string_view name) const {
-  const auto key = keys_.find(FoldCase(Plain(path)));
+  const auto key = keys_.find(FoldCase(PlainPath(path)));
   if (key == keys_.end()) return nullptr;
   const auto value = key->second.values.find(FoldCase(name));
   return value != key->second.values.end() ? &value->second : nullptr;
 }
 
 std::vector<const RegistryKey*> RegistryTree::KeysFrom(std::u16string_view path) const {
-  const std::u16string folded = FoldCase(Plain(path));
+  const std::u16string folded = FoldCase(PlainPath(path));
   std::vector<const RegistryKey*> found;
   for (const auto& [key_path, key] : keys_) {
     const bool is_below = folded.empty() || key_path.starts_with(folded + u'\\');
@@ -112,7 +112,7 @@ std::vector<const RegistryKey*> RegistryTree::KeysFrom(std::u16string_view path)
 }
 
 bool RegistryTree::Make(std::u16string_view path) {
-  const std::u16string plain = Plain(path);
+  const std::u16string plain = PlainPath(path);
   const std::size_t sign = plain.rfind(u'\\');
   if (sign != std::u16string::npos && !keys_.contains(FoldCase(plain))) Make(plain.substr(0, sign));
   return keys_.try_emplace(FoldCase(plain), RegistryKey{plain, {}}).second;
@@ -121,7 +121,7 @@ bool RegistryTree::Make(std::u16string_view path) {
 void RegistryTree::Set(std::u16string_view path, std::u16string_view name, std::int32_t type,
                        std::string_view data) {
   Make(path);
-  RegistryKey& key = keys_.at(FoldCase(Plain(path)));
+  RegistryKey& key = keys_.at(FoldCase(PlainPath(path)));
   StoredValue& value =
       key.values.try_emplace(FoldCase(name), StoredValue{std::u16string(name), 0, ""})
           .first->second;
@@ -130,7 +130,7 @@ void RegistryTree::Set(std::u16string_view path, std::u16string_view name, std::
 }
 
 bool RegistryTree::RemoveValue(std::u16string_view path, std::u16string_view name) {
-  const auto key = keys_.find(FoldCase(Plain(path)));
+  const auto key = keys_.find(FoldCase(PlainPath(path)));
   return key != keys_.end() && key->second.values.erase(FoldCase(name)) > 0;
 }
 
@@ -162,7 +162,7 @@ std::optional<RegistryTree> RegistryTree::From(std::string_view bytes) {
   while (std::getline(lines, line) && !lines.eof()) {
     if (line == kLastLine && lines.peek() == std::istringstream::traits_type::eof()) return tree;
     if (line.starts_with('[') && line.ends_with(']')) {
-      path = Plain(NameFrom(line.substr(1, line.size() - 2)).value_or(u""));
+      path = PlainPath(NameFrom(line.substr(1, line.size() - 2)).value_or(u""));
       if (path.empty()) return std::nullopt;
       tree.Make(path);
     } else {

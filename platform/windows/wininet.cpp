@@ -23,8 +23,8 @@ InternetHandle Opaque(HINTERNET handle) { return reinterpret_cast<InternetHandle
 // Never given back, not even when the module leaves memory: a failed send leaves handles open, and
 // the library's own threads may still work on them.
 DelayLoadLibrary& Library() {
-  alignas(DelayLoadLibrary) static unsigned char storage[sizeof(DelayLoadLibrary)];
-  static auto* const library = new (storage) DelayLoadLibrary(L"wininet.dll");
+  alignas(DelayLoadLibrary) static unsigned char room[sizeof(DelayLoadLibrary)];
+  static auto* const library = new (room) DelayLoadLibrary(L"wininet.dll");
   return *library;
 }
 

@@ -54,7 +54,7 @@ std::optional<char16_t> TakeEscape(std::u16string_view& rest) {
   return found->character;
 }
 
-std::string Hexadecimal(char16_t c, int digits) {
+std::string HexDigits(char16_t c, int digits) {
   std::string written;
   for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) {
     written += "0123456789ABCDEF"[(c >> shift) & 0xF];
@@ -71,8 +71,8 @@ std::string Escape(char16_t c) {
     const auto* const found = std::ranges::find(kLetters, c, &Letter::character);
     return {'\\', static_cast<char>(found->letter)};
   }
-  if (c < 0x20 || c == 0x7F) return "\\x" + Hexadecimal(c, 2);
-  return "\\u" + Hexadecimal(c, 4);
+  if (c < 0x20 || c == 0x7F) return "\\x" + HexDigits(c, 2);
+  return "\\u" + HexDigits(c, 4);
 }
 
 }  // namespace

@@ -95,12 +95,18 @@ step_tidy() {
   cmake --preset native >/dev/null
   case_of check-tidy scripts/check-tidy -j "$jobs"
 }
+# What an earlier run counted, and the notes of objects that are no more, must not add to what this one counts.
+forget_earlier_counts() {
+  local notes
+  ninja -C build/asan -t cleandead >/dev/null
+  find build/asan -name '*.gcda' -delete
+  find build/asan -name '*.gcno' | while read -r notes; do [ -e "${notes%.gcno}.o" ] || rm "$notes"; done
+}
 step_asan() {
   scripts/setup --native
-  # Counts of an earlier run must not add to this one's.
-  find build/asan -name '*.gcda' -delete 2>/dev/null || true
   # The counts name their sources by whole paths, or gcovr does not find all of them.
   CCACHE_BASEDIR='' build asan
+  forget_earlier_counts
   UBSAN_OPTIONS=print_stacktrace=1 tests_of asan
   case_of check-coverage scripts/check-coverage
 }

@@ -13,6 +13,7 @@ namespace quorvane {
 namespace {
 
 using testing::ErrorNumberOf;
+using testing::kOneIn;
 using Int16Limits = std::numeric_limits<std::int16_t>;
 using Int32Limits = std::numeric_limits<std::int32_t>;
 

@@ -11,6 +11,8 @@
 namespace quorvane {
 namespace {
 
+using testing::kOneIn;
+
 TEST(Utf8, RoundTripsEveryCodePoint) {
   for (char32_t c = 0; c <= 0x10FFFF; c += kOneIn) {
     if (c >= 0xD800 && c <= 0xDFFF) continue;
