@@ -37,7 +37,7 @@
 namespace {
 
 constexpr DWORD kStep = 20;  // milliseconds
-constexpr int kSteps = 300;
+constexpr int kSteps = 1500;
 
 HWND window = nullptr;
 
