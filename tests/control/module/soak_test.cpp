@@ -65,8 +65,8 @@ void Print(const char* what, int rounds, const Belongings& before, const Belongi
       static_cast<unsigned long>(after.memory / 1024));
 }
 
-// In Wine 8 each drawing of the module's icon leaves some 109 bytes in use, though the icon is
-// destroyed and no block of the module's is left; without drawing nothing is.
+// Wine loses the name of the module with each icon that is loaded from it, two bytes a character
+// (docs/under-fire.md): some 109 for each drawing.
 void ExpectTheSame(const Belongings& before, const Belongings& after, SIZE_T drawings = 0) {
   EXPECT_LE(after.handles, before.handles + 16);
   EXPECT_LE(after.drawing_objects, before.drawing_objects + 8);
