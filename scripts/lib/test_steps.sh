@@ -118,7 +118,8 @@ step_memcheck() {
 step_windows() {
   scripts/setup
   build windows
-  tests_of windows
+  # They wait for Wine most of the time.
+  CTEST_PARALLEL_LEVEL=$((2 * jobs)) tests_of windows
 }
 step_wine() {
   scripts/setup
@@ -145,7 +146,7 @@ step_wine_next() {
   cmake --build --preset windows-tests -j"$jobs" --target component_tests platform_tests
   # What starts many programs, beside those that are one each. The Linux tests of the package need no Wine, the others are
   # the logic over the same calls: one generation serves for them.
-  only='^(examples|programs_container)$' tests_of windows &
+  only='^(examples|programs_container|programs_window)$' tests_of windows &
   beside=$!
   only='^(component|platform)_tests$' tests_of windows-tests "${in_test_prefix[@]}" || code=1
   # Checked at each call, the heap of this generation is slow; the rest holds there, too.
