@@ -24,7 +24,7 @@ class Reference(unittest.TestCase):
         copy = self.scratch / name
         names = run("git", "-C", TREE, "ls-files", "--cached", "--others", "--exclude-standard").stdout.splitlines()
         for path in names:
-            if (TREE / path).is_file() and (path.endswith((".h", ".md", ".dox", ".png", "Doxyfile", "CMakeLists.txt", "rooms.txt"))
+            if (TREE / path).is_file() and (path.endswith((".h", ".md", ".dox", ".png", ".svg", "Doxyfile", "CMakeLists.txt", "rooms.txt"))
                                             or path.startswith("scripts/")):
                 (copy / path).parent.mkdir(parents=True, exist_ok=True)
                 shutil.copy(TREE / path, copy / path)

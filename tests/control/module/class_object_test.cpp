@@ -3,7 +3,7 @@
 
 #include "tests/support/component/module_under_test.h"
 
-namespace quorvane::component {
+namespace quorvane::component::class_object_test {
 namespace {
 
 void* const kGarbage = reinterpret_cast<void*>(0x1234);
@@ -243,4 +243,4 @@ TEST(Aggregation, SendsEveryInterfaceToTheOuterUnknown) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::class_object_test

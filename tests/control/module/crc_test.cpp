@@ -9,7 +9,7 @@
 // Behind windows.h:
 #include <psapi.h>
 
-namespace quorvane::component {
+namespace quorvane::component::crc_test {
 namespace {
 
 using testing::ReplacedImport;
@@ -281,4 +281,4 @@ TEST(GetCRCValue, LeavesNoFileOpen) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::crc_test

@@ -15,7 +15,7 @@
 #include "tests/support/component/module_under_test.h"
 #include "tests/support/component/values.h"
 
-namespace quorvane::component {
+namespace quorvane::component::exhaustion_test {
 namespace {
 
 constexpr HRESULT kOutOfMemoryNumber = static_cast<HRESULT>(0x800A0007);
@@ -302,4 +302,4 @@ TEST(Exhaustion, ConnectingAndListingSaySo) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::exhaustion_test

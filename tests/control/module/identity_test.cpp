@@ -6,7 +6,7 @@
 #include <docobj.h>
 #include <objsafe.h>
 
-namespace quorvane::component {
+namespace quorvane::component::identity_test {
 namespace {
 
 TEST(Identity, AnswersEveryGenerationsInterfaceIdWithThePresentInterface) {
@@ -130,4 +130,4 @@ TEST(Identity, AnswersIPersistThroughEveryPersistence) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::identity_test

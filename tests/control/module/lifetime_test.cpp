@@ -8,7 +8,7 @@
 // Behind windows.h:
 #include <psapi.h>
 
-namespace quorvane::component {
+namespace quorvane::component::lifetime_test {
 namespace {
 
 // Counts access violations that the loader would swallow inside the entry function.
@@ -164,4 +164,4 @@ TEST(Lifetime, TwoThreadsWorkAtOnceEachWithItsOwnSettings) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::lifetime_test

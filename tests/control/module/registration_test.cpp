@@ -6,7 +6,7 @@
 #include "tests/support/component/failing_allocations.h"
 #include "tests/support/component/module_under_test.h"
 
-namespace quorvane::component {
+namespace quorvane::component::registration_test {
 namespace {
 
 using testing::ReplacedImport;
@@ -380,4 +380,4 @@ TEST_F(Registration, FollowsTheModuleToAnotherPlace) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::registration_test

@@ -18,7 +18,7 @@
 // Behind windows.h:
 #include <psapi.h>
 
-namespace quorvane::component {
+namespace quorvane::component::soak_test {
 namespace {
 
 // What a host has of the system. Wine tells no counts of handles and of objects for drawing, so a
@@ -188,4 +188,4 @@ TEST(Soak, ThreadsComeAndGoWhileTheModuleIsLoadedAndUnloaded) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::soak_test

@@ -3,7 +3,7 @@
 
 #include "tests/support/component/module_under_test.h"
 
-namespace quorvane::component {
+namespace quorvane::component::type_library_test {
 namespace {
 
 class TypeLibrary : public ::testing::Test {
@@ -190,4 +190,4 @@ TEST_F(TypeLibrary, HasAHiddenAliasForEachEarlierInterface) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::type_library_test

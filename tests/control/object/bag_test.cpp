@@ -6,7 +6,7 @@
 #include "tests/support/component/values.h"
 #include "tests/support/host_setting_windows.h"
 
-namespace quorvane::component {
+namespace quorvane::component::bag_test {
 namespace {
 
 using Missing = FakeBag::Missing;
@@ -324,4 +324,4 @@ TEST(Dirtiness, IsOfTheControlThatWasPutNotOfTheThread) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::bag_test

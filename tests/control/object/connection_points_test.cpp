@@ -4,7 +4,7 @@
 #include "tests/support/component/fake_sinks.h"
 #include "tests/support/component/module_under_test.h"
 
-namespace quorvane::component {
+namespace quorvane::component::connection_points_test {
 namespace {
 
 constexpr DISPID kServerAddress = 0x6803000D;
@@ -357,4 +357,4 @@ TEST(Notification, GoesToTheSinksOfThisControlOnly) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::connection_points_test

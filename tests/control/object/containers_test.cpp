@@ -10,7 +10,7 @@
 #include "tests/support/component/module_under_test.h"
 #include "tests/support/component/values.h"
 
-namespace quorvane::component {
+namespace quorvane::component::containers_test {
 namespace {
 
 template <class Replay>
@@ -321,4 +321,4 @@ TEST(Containers, SystemsHostWindowShowsTheIconAndLetsGo) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::containers_test

@@ -5,7 +5,7 @@
 #include "tests/support/component/host_window.h"
 #include "tests/support/component/module_under_test.h"
 
-namespace quorvane::component {
+namespace quorvane::component::density_test {
 namespace {
 
 constexpr DWORD kDotsPerInch = 120;
@@ -116,4 +116,4 @@ TEST(Extent, HasMorePixelsOnADenserDisplay) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::density_test

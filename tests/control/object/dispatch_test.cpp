@@ -2,7 +2,7 @@
 
 #include "tests/support/component/module_under_test.h"
 
-namespace quorvane::component {
+namespace quorvane::component::dispatch_test {
 namespace {
 
 constexpr DISPID kServerAddress = 0x6803000D;
@@ -244,4 +244,4 @@ TEST(Dispatch, SaysWhereItsLibraryCannotBeLoaded) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::dispatch_test

@@ -14,7 +14,7 @@
 #include "tests/support/component/module_under_test.h"
 #include "tests/support/component/values.h"
 
-namespace quorvane::component {
+namespace quorvane::component::embedding_test {
 namespace {
 
 // An outer object around a control that writes down which interfaces it is asked for in vain.
@@ -468,4 +468,4 @@ TEST(Data, RefusesNullPointers) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::embedding_test

@@ -16,7 +16,7 @@
 #include "tests/support/component/rounds.h"
 #include "tests/support/component/values.h"
 
-namespace quorvane::component {
+namespace quorvane::component::hostile_test {
 namespace {
 
 // Says which round it was when the process cannot go on, and ends it.
@@ -266,4 +266,4 @@ TEST(GuardedMemory, HoldsAllThatTheModuleTakesUntilItIsUnloaded) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::hostile_test

@@ -10,7 +10,7 @@
 #include "tests/support/component/host_window.h"
 #include "tests/support/component/module_under_test.h"
 
-namespace quorvane::component {
+namespace quorvane::component::in_place_test {
 namespace {
 
 using Offers = FakeSite::Offers;
@@ -578,4 +578,4 @@ TEST(InPlaceActiveObject, OnlyAnswers) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::in_place_test

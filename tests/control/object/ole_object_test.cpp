@@ -12,7 +12,7 @@
 #include "tests/support/component/fake_site.h"
 #include "tests/support/component/module_under_test.h"
 
-namespace quorvane::component {
+namespace quorvane::component::ole_object_test {
 namespace {
 
 constexpr LONG kExtent = 741;  // 420 twips in 1/100 mm, rounded
@@ -306,4 +306,4 @@ TEST(OleObject, GivesItsClassTypeForScriptEvents) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::ole_object_test

@@ -3,7 +3,7 @@
 
 #include "tests/support/component/module_under_test.h"
 
-namespace quorvane::component {
+namespace quorvane::component::settings_test {
 namespace {
 
 using TextGet = HRESULT (STDMETHODCALLTYPE ISecurityCtrl::*)(BSTR*);
@@ -184,4 +184,4 @@ TEST(Settings, OfASecondNewControlClearTheProxySettingsOnly) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::settings_test

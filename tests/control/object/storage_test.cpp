@@ -9,7 +9,7 @@
 #include "tests/support/component/module_under_test.h"
 #include "tests/support/component/values.h"
 
-namespace quorvane::component {
+namespace quorvane::component::storage_test {
 namespace {
 
 using ByteVector = std::vector<unsigned char>;
@@ -605,4 +605,4 @@ TEST(StorageCalls, MayGiveBackTheLastReference) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::storage_test

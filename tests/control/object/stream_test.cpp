@@ -7,7 +7,7 @@
 #include "tests/support/component/module_under_test.h"
 #include "tests/support/component/values.h"
 
-namespace quorvane::component {
+namespace quorvane::component::stream_test {
 namespace {
 
 using Byte = unsigned char;
@@ -228,4 +228,4 @@ TEST(StreamLoad, IsRepeatableAndKeptFromALaterInitNew) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::stream_test

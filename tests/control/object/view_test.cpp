@@ -10,7 +10,7 @@
 #include "tests/support/component/fake_site.h"
 #include "tests/support/component/module_under_test.h"
 
-namespace quorvane::component {
+namespace quorvane::component::view_test {
 namespace {
 
 template <class Body>
@@ -244,4 +244,4 @@ TEST(View, DropsItsSinkWithTheSite) {
 }
 
 }  // namespace
-}  // namespace quorvane::component
+}  // namespace quorvane::component::view_test
