@@ -21,6 +21,7 @@
 #include "runtime/utf8.h"
 
 namespace quorvane::programs {
+namespace crc_family {
 namespace {
 
 constexpr const char* kDetails =
@@ -275,7 +276,8 @@ constexpr std::array kCommands{
 };
 
 }  // namespace
+}  // namespace crc_family
 
-std::span<const Command> CrcCommands() { return kCommands; }
+std::span<const Command> CrcCommands() { return crc_family::kCommands; }
 
 }  // namespace quorvane::programs

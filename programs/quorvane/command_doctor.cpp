@@ -14,6 +14,7 @@
 #include "runtime/utf8.h"
 
 namespace quorvane::programs {
+namespace doctor_family {
 namespace {
 
 constexpr const char* kDetails =
@@ -70,7 +71,8 @@ constexpr std::array kCommands{
 };
 
 }  // namespace
+}  // namespace doctor_family
 
-std::span<const Command> DoctorCommands() { return kCommands; }
+std::span<const Command> DoctorCommands() { return doctor_family::kCommands; }
 
 }  // namespace quorvane::programs

@@ -18,6 +18,7 @@
 #include "web/form_post.h"
 
 namespace quorvane::programs {
+namespace form_family {
 namespace {
 
 constexpr const char* kEncodeDetails =
@@ -161,7 +162,8 @@ constexpr std::array kCommands{
 };
 
 }  // namespace
+}  // namespace form_family
 
-std::span<const Command> FormCommands() { return kCommands; }
+std::span<const Command> FormCommands() { return form_family::kCommands; }
 
 }  // namespace quorvane::programs

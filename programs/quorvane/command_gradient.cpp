@@ -12,6 +12,7 @@
 #include "ui/modDrawGradient.h"
 
 namespace quorvane::programs {
+namespace gradient_family {
 namespace {
 
 constexpr const char* kDetails =
@@ -145,7 +146,8 @@ constexpr std::array kCommands{
 };
 
 }  // namespace
+}  // namespace gradient_family
 
-std::span<const Command> GradientCommands() { return kCommands; }
+std::span<const Command> GradientCommands() { return gradient_family::kCommands; }
 
 }  // namespace quorvane::programs

@@ -17,6 +17,7 @@
 #include "runtime/utf8.h"
 
 namespace quorvane::programs {
+namespace host_family {
 namespace {
 
 constexpr const char* kPlatformDetails =
@@ -187,7 +188,8 @@ constexpr std::array kCommands{
 };
 
 }  // namespace
+}  // namespace host_family
 
-std::span<const Command> HostCommands() { return kCommands; }
+std::span<const Command> HostCommands() { return host_family::kCommands; }
 
 }  // namespace quorvane::programs

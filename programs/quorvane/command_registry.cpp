@@ -24,6 +24,7 @@
 #include "runtime/utf8.h"
 
 namespace quorvane::programs {
+namespace registry_family {
 namespace {
 
 constexpr const char* kDetails =
@@ -317,7 +318,8 @@ constexpr std::array kCommands{
 };
 
 }  // namespace
+}  // namespace registry_family
 
-std::span<const Command> RegistryCommands() { return kCommands; }
+std::span<const Command> RegistryCommands() { return registry_family::kCommands; }
 
 }  // namespace quorvane::programs

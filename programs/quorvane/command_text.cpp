@@ -16,6 +16,7 @@
 #include "text/string_helpers.h"
 
 namespace quorvane::programs {
+namespace text_family {
 namespace {
 
 constexpr std::array kOptions{
@@ -170,7 +171,8 @@ constexpr std::array kCommands{
 static_assert(kCommands.size() == 1 + kOperations.size());
 
 }  // namespace
+}  // namespace text_family
 
-std::span<const Command> TextCommands() { return kCommands; }
+std::span<const Command> TextCommands() { return text_family::kCommands; }
 
 }  // namespace quorvane::programs
