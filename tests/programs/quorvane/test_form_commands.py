@@ -50,7 +50,7 @@ class Encode(unittest.TestCase):
 
 class Post(unittest.TestCase):
     def check(self, done, output, failed, code):
-        self.assertEqual(done.stdout, output)
+        self.assertEqual(done.stdout, output, done.stderr)
         self.assertEqual(done.stderr.splitlines()[-1], b"InternetFailed=%d" % failed)
         self.assertEqual(done.returncode, code)
 
