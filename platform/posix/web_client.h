@@ -9,9 +9,8 @@ namespace quorvane::web_client {
 
 /// When a request gives up. The numbers and where they come from: docs/form-post.md.
 struct TimeOuts {
-  std::chrono::milliseconds connect{60'000};  ///< to find the server and to be let in
-  std::chrono::milliseconds silence{
-      300'000};  ///< without a byte of the body going out or of the answer coming in
+  std::chrono::milliseconds connect{60'000};   ///< to find the server and to be let in
+  std::chrono::milliseconds silence{300'000};  ///< no byte of the body goes out, none comes in
 };
 
 /// For all requests of the program that are sent from now on. Any thread may set them; both are
