@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "checksum/cCRC32.h"
+#include "tests/support/hollow_file.h"
 #include "tests/support/plain_crc.h"
 #include "tests/support/raises.h"
 #include "tests/support/sample_bytes.h"
@@ -14,6 +15,7 @@ namespace {
 
 using testing::ErrorNumberOf;
 using testing::ErrorOf;
+using testing::MakeHollowFile;
 using testing::PlainCrc;
 using testing::SampleBytes;
 using testing::TemporaryFolder;
@@ -22,11 +24,6 @@ std::int32_t CrcOf(const Text& name) {
   cBinaryFileStream stream;
   stream.PutFile(name);
   return cCRC32().GetFileCrc32(stream);
-}
-
-void MakeSparse(const std::filesystem::path& path, std::uintmax_t size) {
-  std::ofstream(path, std::ios::binary).put('x');
-  std::filesystem::resize_file(path, size);
 }
 
 TEST(CrcOfADiskFile, EqualsThatOfItsBytes) {
@@ -87,7 +84,7 @@ TEST(CrcOfADiskFile, IsRefusedWhileAWriterHasItOpen) {
 
 TEST(CrcOfADiskFile, Of2GiBOverflowsAndLeavesNothingOpen) {
   const TemporaryFolder folder;
-  MakeSparse(folder.Path(u"large.bin"), 2147483648U);
+  MakeHollowFile(folder.Path(u"large.bin"), 2147483648U);
   cBinaryFileStream stream;
   stream.PutFile(folder.Name(u"large.bin"));
   EXPECT_EQ(stream.Length(), -2147483647 - 1);
@@ -97,7 +94,7 @@ TEST(CrcOfADiskFile, Of2GiBOverflowsAndLeavesNothingOpen) {
 
 TEST(CrcOfADiskFile, OfMoreThan4GiBSeesTheLow32BitsOfTheLength) {
   const TemporaryFolder folder;
-  MakeSparse(folder.Path(u"large.bin"), 4294967296U + 3U);
+  MakeHollowFile(folder.Path(u"large.bin"), 4294967296U + 3U);
   const std::vector<std::uint8_t> front{'x', 0, 0};
   EXPECT_EQ(CrcOf(folder.Name(u"large.bin")), PlainCrc(front));
 }

@@ -7,6 +7,7 @@
 
 #include "platform/files.h"
 #include "tests/support/fresh_thread.h"
+#include "tests/support/hollow_file.h"
 #include "tests/support/raises.h"
 #include "tests/support/sample_bytes.h"
 #include "tests/support/temporary_folder.h"
@@ -57,7 +58,6 @@ TEST_F(OpenForReading, MeasuresTheLength) {
 
 TEST_F(OpenForReading, ShowsTheLow32BitsOfALargeLength) {
   const auto path = folder_.Path(u"large.bin");
-  std::ofstream(path, std::ios::binary).put('x');
   const struct {
     std::uintmax_t size;
     std::int32_t shown;
@@ -67,7 +67,7 @@ TEST_F(OpenForReading, ShowsTheLow32BitsOfALargeLength) {
                 {4294967296, 0},
                 {4294967299, 3}};
   for (const auto& large : kCases) {
-    std::filesystem::resize_file(path, large.size);
+    testing::MakeHollowFile(path, large.size);
     files().OpenForReading(folder_.Name(u"large.bin"), 1);
     EXPECT_EQ(files().Length(1), large.shown) << large.size;
     files().Close(1);
