@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# shellcheck disable=SC2154 # cache_home, tree and fail come from common.sh
+# shellcheck disable=SC2154,SC2034 # cache_home, tree and fail come from common.sh; wine_template is for scripts/wine
 # Finds or makes a Wine that runs 32-bit programs, and starts commands in it. Sourced by scripts/wine.
 #
 #   find_wine             sets wine_root (empty: the machine's own Wine) and wine_template, a fresh prefix
@@ -34,7 +34,7 @@ environment_for() {
   local name
   printf '%s\0' "HOME=$1" "WINEPREFIX=$1" "WINEDEBUG=${WINEDEBUG:--all}" \
     "WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-winemenubuilder.exe=d;mscoree,mshtml=}" \
-    "LANG=${LANG:-C.UTF-8}" "QUORVANE_WINE_TEMPLATE=$wine_template" "XDG_RUNTIME_DIR=$1/.quorvane"
+    "LANG=${LANG:-C.UTF-8}" "XDG_RUNTIME_DIR=$1/.quorvane"
   for name in DISPLAY XAUTHORITY TZ "${!LC_@}" "${!QUORVANE_@}" "${!GTEST_@}" "${!BENCHMARK_@}"; do
     [ -z "${!name+set}" ] || printf '%s\0' "$name=${!name}"
   done
@@ -50,7 +50,7 @@ in_wine() {
   # A mount namespace per run: nothing stays mounted, parallel runs and other clones never meet.
   local private=(unshare --mount --propagation slave)
   [ "$(id -u)" = 0 ] || private+=(--user --map-root-user)
-  exec "${private[@]}" "$tree/scripts/lib/enter_root" "$wine_root" "$tree" "$prefix" ${wine_template:+"$wine_template"} -- \
+  exec "${private[@]}" "$tree/scripts/lib/enter_root" "$wine_root" "$tree" "$prefix" -- \
     env -i -C "$PWD" PATH=/usr/bin:/bin "${environment[@]}" "$@"
 }
 
