@@ -67,6 +67,7 @@ class FakeAccounts final : public testing::FakeAdvapi32Base {
     const auto* const bytes = static_cast<const unsigned char*>(sid);
     log_.push_back("ConvertSidToStringSidA(" + std::to_string(bytes[0]) + ")");
     if (lacks_the_text_call) Raise(ErrorNumber::kEntryPointNotFound);
+    given.assign(static_cast<const char*>(sid), 68);
     last_error_ = 122;  // no later reader may take it for the lookup's
     if (bytes[0] != 1) return 0;
     *text = kSidText;
@@ -79,6 +80,7 @@ class FakeAccounts final : public testing::FakeAdvapi32Base {
   bool lacks_the_text_call = false;
   std::vector<Pass> passes;
   std::size_t passes_made = 0;
+  std::string given;  // for a text
 
  private:
   CallLog& log_;
@@ -338,6 +340,16 @@ TEST_F(SidBytesToText, RemovesDashesAndSpaces) {
     log_.clear();
     EXPECT_EQ(TextOf(sid), Text(compact)) << text;
     EXPECT_EQ(log_.back(), "LocalFree") << text;
+  }
+}
+
+TEST_F(SidBytesToText, HandsOverAsManyBytesAsTheLongestIdentifierHas) {
+  for (const std::int32_t size : {12, 28, 29, 68, 80}) {
+    ByteArray sid(1, size);
+    for (std::int32_t i = 1; i <= size; ++i) sid.At(i) = static_cast<std::uint8_t>(i);
+    EXPECT_EQ(TextOf(sid), Text(u"S15211002003001000"));
+    for (std::int32_t i = 1; i <= 68; ++i)
+      EXPECT_EQ(accounts_.given[static_cast<std::size_t>(i - 1)], i <= size ? i : 0) << size;
   }
 }
 

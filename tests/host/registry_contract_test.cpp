@@ -75,6 +75,20 @@ TEST_F(RegistryContract, LosesTheLastCharacterOfATextStoredWithoutItsZero) {
   EXPECT_EQ(Read(u"name"), TaggedValue(Text(u"ab")));
 }
 
+// Of every kind of text, and of texts alone.
+TEST_F(RegistryContract, TakesAlongTheZeroBehindTextsOnly) {
+  const RegistryHandle key = OpenKey(63);
+  for (const std::int32_t type : {1, 2, 3, 4, 6, 7}) {
+    EXPECT_EQ(advapi32().RegSetValueExA(key, "name", 0, type, "abcd", 4), 0);
+    std::int32_t stored = 0;
+    std::int32_t size = 0;
+    EXPECT_EQ(advapi32().RegQueryValueExA(key, "name", nullptr, &stored, nullptr, &size), 0);
+    EXPECT_EQ(stored, type);
+    EXPECT_EQ(size, type == 1 || type == 2 || type == 7 ? 5 : 4) << type;
+  }
+  EXPECT_EQ(advapi32().RegCloseKey(key), 0);
+}
+
 TEST_F(RegistryContract, ReadsTextsByTheirStoredSize) {
   Store("name", 1, std::string("hello\0", 6));
   EXPECT_EQ(Read(u"name"), TaggedValue(Text(u"hello")));

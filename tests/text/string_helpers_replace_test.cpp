@@ -160,6 +160,15 @@ TEST(ReplaceAll, GivesTheTextBackWhateverFails) {
   EXPECT_EQ(faults, 5);
 }
 
+TEST(ReplaceAll, LooksAtTheTextBeforeFind) {
+  // The second question, which would fail, is not asked of a text that is empty.
+  const FakeCollation empty(FakeCollation::Plain::kYes, FaultPlan(2));
+  EXPECT_EQ(ReplaceAll(u"\u00AD", u"a", u"x", empty), Text(u""));
+  EXPECT_EQ(empty.questions, 1);
+  const FakeCollation other(FakeCollation::Plain::kYes, FaultPlan(2));
+  EXPECT_EQ(ReplaceAll(u"\u00E9", u"\u00AD", u"x", other), Text(u"\u00E9"));
+}
+
 TEST(ReplaceAll, ComparesPlainAsciiItself) {
   const FakeCollation collation;
   EXPECT_EQ(ReplaceAll(Text(30000, u'A'), u"a", u"x", collation), Text(30000, u'x'));

@@ -101,5 +101,17 @@ TEST(ExhaustedMemory, GivesTheWholeReplyOrNothingAndEndsOnTheSpot) {
   EXPECT_GE(failures, 6);
 }
 
+// A byte a character while it arrives, then the text: what is handed over is no copy of it.
+TEST(ReplyMemory, OfALongPostIsThatOfItsBytesAndItsText) {
+  ThreeBlocks web;
+  web.blocks_left = 1000;
+  SilentScreen pointer_owner;
+  const std::size_t before = FailingMemory::BytesTaken();
+  const Text reply = PostFormRequest(u"server", u"/", u"", 80, web, pointer_owner);
+  const std::size_t taken = FailingMemory::BytesTaken() - before;
+  EXPECT_EQ(reply.Length(), 1000 * 2048);
+  EXPECT_LT(taken, std::size_t{1000} * 2048 * 7 / 2);
+}
+
 }  // namespace
 }  // namespace quorvane::testing

@@ -54,6 +54,12 @@ class MakeResources(unittest.TestCase):
                 self.assertIn(reason, result.stderr)
         self.assertEqual(run().returncode, 2)
 
+    def test_sees_that_a_file_could_not_be_written_whole(self):
+        with tempfile.TemporaryDirectory() as folder:
+            (Path(folder) / "interface_ids.bin").symlink_to("/dev/full")  # told when the file is closed
+            result = run(VERSION, PICTURES, folder)
+        self.assertEqual((result.returncode, result.stderr), (1, "make_resources: cannot write interface_ids.bin\n"))
+
 
 if __name__ == "__main__":
     unittest.main()
