@@ -12,7 +12,7 @@ namespace {
 using Bytes = std::span<const std::uint8_t>;
 
 constexpr std::array<std::uint8_t, 4> kMagic{'Q', 'S', 'P', 'B'};
-constexpr std::uint32_t kVersion = 1;
+constexpr std::uint32_t kLayoutVersion = 1;
 
 constexpr std::uint16_t kInteger16Kind = 2;
 constexpr std::uint16_t kTextKind = 8;
@@ -96,7 +96,7 @@ std::optional<std::uint32_t> StreamBag::BodySize(std::span<const std::uint8_t, k
   Reader reader(head);
   const std::optional<Bytes> magic = reader.Take(kMagic.size());
   if (!magic || !std::ranges::equal(*magic, kMagic)) return std::nullopt;
-  if (reader.Number<std::uint32_t>() != kVersion) return std::nullopt;
+  if (reader.Number<std::uint32_t>() != kLayoutVersion) return std::nullopt;
   return reader.Number<std::uint32_t>();
 }
 
@@ -128,7 +128,7 @@ std::vector<std::uint8_t> StreamBag::ToBytes() const {
     AppendValue(body, entry.value);
   }
   std::vector<std::uint8_t> bytes(kMagic.begin(), kMagic.end());
-  Append(bytes, kVersion, 4);
+  Append(bytes, kLayoutVersion, 4);
   AppendLength(bytes, body.size());
   bytes.insert(bytes.end(), body.begin(), body.end());
   return bytes;

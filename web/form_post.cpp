@@ -23,9 +23,9 @@ constexpr auto kVersion = "HTTP/1.0";
 constexpr std::string_view kHeader = "Content-Type: application/x-www-form-urlencoded\r\n";
 static_assert(kHeader.size() == 49);
 constexpr auto kFailureText = u"Error : Unable to connect to the Internet";
-constexpr std::size_t kBlockSize = 2048;
+constexpr std::size_t kReadSize = 2048;
 
-using Block = std::array<char, kBlockSize>;
+using Block = std::array<char, kReadSize>;
 
 // One call of the operation: its members are the steps, its data what they share.
 class FormPost {
@@ -133,7 +133,7 @@ class FormPost {
     while (keep_going) {
       block_.fill(' ');
       std::uint32_t count = 0;
-      keep_going = web_.InternetReadFile(request_, block_.data(), kBlockSize, count) != 0;
+      keep_going = web_.InternetReadFile(request_, block_.data(), kReadSize, count) != 0;
       if (count == 0) return;
       AppendToReply(count);
     }

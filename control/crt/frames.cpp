@@ -1,7 +1,7 @@
 // Finds the unwinding table of a frame, in place of the run-time library's own way, where tables
-// are registered at load. That way registers them with the run-time library's DLL when the host has
-// one in memory, and then never finds them again here: the first exception would end such a host.
-// It also makes a lock at each load that nobody gives back.
+// are registered at load: with the run-time library's DLL when the host has one in memory, and are
+// then not found here, so that the first exception would end such a host. It also makes a lock at
+// each load that nobody gives back.
 //
 // Here nothing is registered: the tables are a section of this module's own image, written by the
 // linker in the form of DWARF's .eh_frame, and are searched from the front. Exceptions are rare.
@@ -83,8 +83,6 @@ struct Bases {
 extern "C" {
 
 const void* _Unwind_Find_FDE(const void* code, Bases* bases);
-void __register_frame_info(const void* begin, void* object);
-void* __deregister_frame_info(const void* begin);
 
 // An entry: its length, the distance back to its common entry (0 in a common entry), and the
 // frame's address and size.
@@ -112,9 +110,5 @@ const void* _Unwind_Find_FDE(const void* code, Bases* bases) {
   }
   return nullptr;
 }
-
-// The start-up code calls these.
-void __register_frame_info(const void* /*begin*/, void* /*object*/) {}
-void* __deregister_frame_info(const void* /*begin*/) { return nullptr; }
 
 }  // extern "C"

@@ -9,7 +9,7 @@ constexpr std::uint16_t kControlWord = 0x027F;
 constexpr std::uint32_t kVectorControl = 0x1F80;
 
 // The second unit for floating point, in processors that have one, has a control word of its own.
-bool HasVectors() { return ::IsProcessorFeaturePresent(PF_XMMI_INSTRUCTIONS_AVAILABLE) != 0; }
+bool HasVectorControl() { return ::IsProcessorFeaturePresent(PF_XMMI_INSTRUCTIONS_AVAILABLE) != 0; }
 
 void SetVectorControl(std::uint32_t control) { asm volatile("ldmxcsr %0" : : "m"(control)); }
 
@@ -21,14 +21,14 @@ void SetVectorControl(std::uint32_t control) { asm volatile("ldmxcsr %0" : : "m"
 FloatingPointUnit::FloatingPointUnit() {
   asm volatile("fnstenv %0" : "=m"(host_));
   asm volatile("fnclex\n\tfldcw %0" : : "m"(kControlWord));
-  if (!HasVectors()) return;
+  if (!HasVectorControl()) return;
   asm volatile("stmxcsr %0" : "=m"(host_vectors_));
   SetVectorControl(kVectorControl);
 }
 
 FloatingPointUnit::~FloatingPointUnit() {
   asm volatile("fldenv %0" : : "m"(host_));
-  if (HasVectors()) SetVectorControl(host_vectors_);
+  if (HasVectorControl()) SetVectorControl(host_vectors_);
 }
 
 }  // namespace quorvane

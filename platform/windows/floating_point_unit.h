@@ -11,10 +11,10 @@ namespace quorvane {
 /// raised later in the host.
 class FloatingPointUnit {
  public:
-  FloatingPointUnit();
+  [[gnu::noinline]] FloatingPointUnit();
   FloatingPointUnit(const FloatingPointUnit&) = delete;
   FloatingPointUnit& operator=(const FloatingPointUnit&) = delete;
-  ~FloatingPointUnit();
+  [[gnu::noinline]] ~FloatingPointUnit();
 
  private:
   struct Environment {

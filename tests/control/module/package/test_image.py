@@ -9,10 +9,10 @@ I386 = 0x14C
 DLL = 0x2000
 DYNAMIC_BASE, NX_COMPATIBLE, NO_SEH = 0x40, 0x100, 0x400
 
-# Writable is what is written to: data, the table of imports at load, per-thread data. The linker knows no other
+# Writable is what is written to: data, the table of imports at load. The linker knows no other
 # rights for resources.
 RIGHTS = {".text": "RX", ".data": "RW", ".rdata": "R", ".eh_fram": "R", ".bss": "RW", ".edata": "R", ".idata": "RW",
-          ".CRT": "R", ".tls": "RW", ".rsrc": "RW", ".reloc": "R"}
+          ".CRT": "R", ".rsrc": "RW", ".reloc": "R"}
 LOADED_ON_FIRST_USE = {"wininet.dll", "iphlpapi.dll"}
 
 
