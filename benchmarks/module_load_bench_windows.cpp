@@ -1,6 +1,7 @@
 // What a host pays for the module: load, class object, create, release, unload, beside the same for
-// a module that imports the base library and the C library only. The host has OLE and its
-// automation library loaded, as every container has.
+// a module that imports the base library and the C library only, as the compiler builds it and
+// without the compiler's start-up code. The host has OLE and its automation library loaded, as
+// every container has.
 
 #include <benchmark/benchmark.h>
 
@@ -55,6 +56,8 @@ void LoadCreateRelease(benchmark::State& state, const wchar_t* file, const char*
 // A stdcall export of a plain build bears its decoration.
 BENCHMARK_CAPTURE(LoadCreateRelease, , QUORVANE_PLAIN_MODULE, "DllGetClassObject@12")
     ->Name("Load/base_kernel32_and_msvcrt");
+BENCHMARK_CAPTURE(LoadCreateRelease, , QUORVANE_BARE_MODULE, "DllGetClassObject@12")
+    ->Name("Load/without_start_up_code");
 BENCHMARK_CAPTURE(LoadCreateRelease, , QUORVANE_MODULE_FILE, "DllGetClassObject")
     ->Name("Load/QuorvaneSecurity");
 
