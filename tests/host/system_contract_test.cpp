@@ -67,6 +67,7 @@ TEST(AccountContract, RefusesWhatIsNoIdentifier) {
     ByteArray sid(0, 11);
     sid.At(0) = first;
     EXPECT_EQ(SidBytesToText(sid), Text(u"")) << int{first};
+    EXPECT_EQ(advapi32().LastError(), 1337) << int{first};
   }
 }
 

@@ -82,6 +82,12 @@ TEST(UnixAccount, TellsWhyEachLookUpFailed) {
   EXPECT_EQ(advapi32().LastError(), 0);
   EXPECT_STREQ(domain.data(), "Unix User");
   EXPECT_EQ(domain[10], '#') << "nothing is written behind the zero";
+  EXPECT_EQ(type, 1) << "a user";
+  std::int32_t size = 16;
+  EXPECT_EQ(advapi32().LookupAccountNameA("no-such-system.invalid", "root", sid.data(), &size,
+                                          domain.data(), &size, &type),
+            0);
+  EXPECT_EQ(advapi32().LastError(), 1722);
 }
 
 TEST(UnixVersion, IsTheKernelsRelease) {

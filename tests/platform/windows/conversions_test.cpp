@@ -1,5 +1,5 @@
 // Holds the stand-in's rules for texts and numbers against the system's own, and those against
-// hosts that have set the floating-point unit to their liking.
+// hosts that have set the floating-point unit to their liking; and the stand-ins' error codes.
 
 #include <gtest/gtest.h>
 
@@ -14,12 +14,32 @@
 #include <vector>
 
 #include "platform/posix/numeric_text.h"
+#include "platform/posix/system_errors.h"
+#include "platform/windows/os_headers.h"
 #include "tests/support/host_setting_windows.h"
 #include "tests/support/raises.h"
 #include "tests/support/wine_windows.h"
 
 namespace quorvane {
 namespace {
+
+static_assert(system_error::kSuccess == ERROR_SUCCESS);
+static_assert(system_error::kFileNotFound == ERROR_FILE_NOT_FOUND);
+static_assert(system_error::kAccessDenied == ERROR_ACCESS_DENIED);
+static_assert(system_error::kInvalidHandle == ERROR_INVALID_HANDLE);
+static_assert(system_error::kGeneralFailure == ERROR_GEN_FAILURE);
+static_assert(system_error::kInvalidParameter == ERROR_INVALID_PARAMETER);
+static_assert(system_error::kBufferOverflow == ERROR_BUFFER_OVERFLOW);
+static_assert(system_error::kInsufficientBuffer == ERROR_INSUFFICIENT_BUFFER);
+static_assert(system_error::kBadPathName == ERROR_BAD_PATHNAME);
+static_assert(system_error::kNoData == ERROR_NO_DATA);
+static_assert(system_error::kMoreData == ERROR_MORE_DATA);
+static_assert(system_error::kNoAccess == ERROR_NOACCESS);
+static_assert(system_error::kRegistryIoFailed == ERROR_REGISTRY_IO_FAILED);
+static_assert(system_error::kKeyDeleted == ERROR_KEY_DELETED);
+static_assert(system_error::kNoneMapped == ERROR_NONE_MAPPED);
+static_assert(system_error::kInvalidSid == ERROR_INVALID_SID);
+static_assert(system_error::kServerUnavailable == RPC_S_SERVER_UNAVAILABLE);
 
 constexpr std::uint32_t kLocale = Oleaut32::kEnglishUnitedStates;
 constexpr std::uint32_t kFlags = Oleaut32::kNoUserOverride;
