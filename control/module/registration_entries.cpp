@@ -3,6 +3,7 @@
 #include <array>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "control/interface/identities.h"
 
@@ -36,49 +37,60 @@ Text LibraryVersion(std::uint32_t base) {
   return Version(identities::kLibraryMajor, identities::kLibraryMinor, base);
 }
 
-struct ClassEntry {
-  const char16_t* key = nullptr;  // below that of the class
-  const char16_t* value = nullptr;
-  Text data;
+// A key, and what is stored in it and below it.
+class Branch {
+ public:
+  Branch(Text key, std::vector<RegistrationEntry>& entries)
+      : key_(std::move(key)), entries_(entries) {}
+
+  // `below` begins with a backslash, or is empty for the key itself.
+  void Add(const char16_t* below, const Text& data, const char16_t* value = nullptr) {
+    entries_.push_back({key_ + below, value != nullptr ? Text(value) : Text(), data});
+  }
+
+ private:
+  Text key_;
+  std::vector<RegistrationEntry>& entries_;
 };
 
 void AppendClass(const Text& module_file, std::vector<RegistrationEntry>& entries) {
   const Text class_id = IdText(identities::kClassId);
   const Text name = Ascii(identities::kProgId);
-  const auto of_class = std::to_array<ClassEntry>({
-      {u"", nullptr, name},
-      {u"\\InprocServer32", nullptr, module_file},
-      {u"\\InprocServer32", u"ThreadingModel", u"Apartment"},
-      {u"\\Control", nullptr, u""},
-      {u"\\ToolboxBitmap32", nullptr,
-       module_file + u", " + Decimal(identities::kToolboxBitmapResource)},
-      // The default for all aspects, and the one for the content (DVASPECT_CONTENT).
-      {u"\\MiscStatus", nullptr, u"0"},
-      {u"\\MiscStatus\\1", nullptr, Decimal(identities::kMiscStatus)},
-      {u"\\TypeLib", nullptr, IdText(identities::kLibraryId)},
-      {u"\\Version", nullptr, LibraryVersion(10)},
-      {u"\\ProgID", nullptr, name},
-  });
-  entries.push_back({name, {}, name});
-  entries.push_back({name + u"\\CLSID", {}, class_id});
-  for (const ClassEntry& entry : of_class) {
-    entries.push_back({Text(u"CLSID\\") + class_id + entry.key,
-                       entry.value != nullptr ? Text(entry.value) : Text(), entry.data});
-  }
+  Branch of_name(name, entries);
+  of_name.Add(u"", name);
+  of_name.Add(u"\\CLSID", class_id);
+  Branch of_class(Text(u"CLSID\\") + class_id, entries);
+  of_class.Add(u"", name);
+  of_class.Add(u"\\InprocServer32", module_file);
+  of_class.Add(u"\\InprocServer32", u"Apartment", u"ThreadingModel");
+  of_class.Add(u"\\Control", u"");
+  of_class.Add(u"\\ToolboxBitmap32",
+               module_file + u", " + Decimal(identities::kToolboxBitmapResource));
+  // The default for all aspects, and the one for the content (DVASPECT_CONTENT).
+  of_class.Add(u"\\MiscStatus", u"0");
+  of_class.Add(u"\\MiscStatus\\1", Decimal(identities::kMiscStatus));
+  of_class.Add(u"\\TypeLib", IdText(identities::kLibraryId));
+  of_class.Add(u"\\Version", LibraryVersion(10));
+  of_class.Add(u"\\ProgID", name);
+}
+
+// A library for any locale; its file is that of the module, and what follows the path there.
+void AppendNeutral(const Text& key, const Text& file, std::vector<RegistrationEntry>& entries) {
+  Branch neutral(key + u"\\0", entries);
+  neutral.Add(u"", u"");
+  neutral.Add(u"\\win32", file);
 }
 
 void AppendEarlierInterfaces(const Text& module_file, std::vector<RegistrationEntry>& entries) {
   const Text version = Version(identities::kMarshallingMajor, identities::kMarshallingMinor, 16);
   const Text library = Text(u"TypeLib\\") + IdText(identities::kMarshallingId);
   const Text key = library + u"\\" + version;
-  const Text neutral = key + u"\\0";
-  entries.push_back({library, {}, u""});
-  entries.push_back({key, {}, Ascii(identities::kMarshallingName)});
-  entries.push_back({key + u"\\FLAGS", {}, Decimal(identities::kMarshallingFlags)});
-  entries.push_back({neutral, {}, u""});
-  entries.push_back({neutral + u"\\win32",
-                     {},
-                     module_file + u"\\" + Decimal(identities::kMarshallingLibraryResource)});
+  Branch(library, entries).Add(u"", u"");
+  Branch of_version(key, entries);
+  of_version.Add(u"", Ascii(identities::kMarshallingName));
+  of_version.Add(u"\\FLAGS", Decimal(identities::kMarshallingFlags));
+  AppendNeutral(key, module_file + u"\\" + Decimal(identities::kMarshallingLibraryResource),
+                entries);
   const Marshalling by{kInterfaceMarshaller, identities::kMarshallingId, version};
   for (const identities::Generation& one : identities::kGenerations) {
     if (&one != &identities::kPresent) AppendInterface(one.interface_id, one.entry, by, entries);
@@ -90,23 +102,20 @@ void AppendEarlierInterfaces(const Text& module_file, std::vector<RegistrationEn
 std::vector<RegistrationEntry> OwnEntries(const Text& module_file) {
   std::vector<RegistrationEntry> entries;
   AppendClass(module_file, entries);
-  const Text neutral = TypeLibraryVersionKey() + u"\\0";
-  entries.push_back({neutral, {}, u""});
-  entries.push_back({neutral + u"\\win32", {}, module_file});
+  AppendNeutral(TypeLibraryVersionKey(), module_file, entries);
   AppendEarlierInterfaces(module_file, entries);
   return entries;
 }
 
 void AppendInterface(const identities::Guid& id, const char* name, const Marshalling& by,
                      std::vector<RegistrationEntry>& entries) {
-  const Text key = Text(u"Interface\\") + IdText(id);
-  const Text library_key = key + u"\\TypeLib";
   const Text marshaller = IdText(by.marshaller);
-  entries.push_back({key, {}, Ascii(name)});
-  entries.push_back({key + u"\\ProxyStubClsid", {}, marshaller});
-  entries.push_back({key + u"\\ProxyStubClsid32", {}, marshaller});
-  entries.push_back({library_key, {}, IdText(by.library)});
-  entries.push_back({library_key, u"Version", by.version});
+  Branch of_interface(Text(u"Interface\\") + IdText(id), entries);
+  of_interface.Add(u"", Ascii(name));
+  of_interface.Add(u"\\ProxyStubClsid", marshaller);
+  of_interface.Add(u"\\ProxyStubClsid32", marshaller);
+  of_interface.Add(u"\\TypeLib", IdText(by.library));
+  of_interface.Add(u"\\TypeLib", by.version, u"Version");
 }
 
 Text IdText(const identities::Guid& id) {
