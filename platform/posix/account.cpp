@@ -84,7 +84,7 @@ std::filesystem::path ConfigFolder() { return FolderFor("XDG_CONFIG_HOME", ".con
 
 std::string HostName() {
   std::array<char, HOST_NAME_MAX + 1> name{};
-  if (::gethostname(name.data(), name.size() - 1) != 0) return {};
+  if (::gethostname(name.data(), name.size()) != 0) return {};
   return name.data();
 }
 

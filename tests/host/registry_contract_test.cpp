@@ -89,6 +89,27 @@ TEST_F(RegistryContract, TakesAlongTheZeroBehindTextsOnly) {
   EXPECT_EQ(advapi32().RegCloseKey(key), 0);
 }
 
+TEST_F(RegistryContract, TellsOfAValueWhatItIsAskedFor) {
+  Store("name", 3, "1234");
+  const RegistryHandle key = OpenKey(1);
+  const auto query = [&](std::int32_t* type, void* data, std::int32_t* size) {
+    return advapi32().RegQueryValueExA(key, "name", nullptr, type, data, size);
+  };
+  std::int32_t type = 0;
+  std::int32_t size = 0;
+  std::int32_t data = 0;
+  EXPECT_EQ(query(&type, nullptr, nullptr), 0);
+  EXPECT_EQ(type, 3);
+  EXPECT_EQ(query(nullptr, nullptr, &size), 0);
+  EXPECT_EQ(size, 4);
+  EXPECT_EQ(query(nullptr, nullptr, nullptr), 0);
+  EXPECT_EQ(query(&type, &data, nullptr), 87);
+  EXPECT_EQ(data, 0);
+  EXPECT_EQ(query(nullptr, &data, &size), 0);
+  EXPECT_EQ(data, 0x34333231);
+  EXPECT_EQ(advapi32().RegCloseKey(key), 0);
+}
+
 TEST_F(RegistryContract, ReadsTextsByTheirStoredSize) {
   Store("name", 1, std::string("hello\0", 6));
   EXPECT_EQ(Read(u"name"), TaggedValue(Text(u"hello")));

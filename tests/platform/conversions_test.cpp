@@ -203,7 +203,7 @@ TEST(ToBoolean, RaisesForAnyOtherText) {
        {u"", u"yes", u"truE!", u"trux", u"TRUX", u"tru!", u"TRU[", u"tru{", u" True", u"True ",
         u"#true#", u"#False#", u"#TRUE", u"fals", u"falsee"})
     EXPECT_EQ(ErrorNumberOf([&] { static_cast<void>(ToBoolean(Text(text))); }), 13) << ToUtf8(text);
-  for (const char16_t* text : {u"1e400", u"-1e310"})
+  for (const char16_t* text : {u"1e400", u"-1e310", u"&H100000000"})
     EXPECT_EQ(ErrorNumberOf([&] { static_cast<void>(ToBoolean(Text(text))); }), 6) << ToUtf8(text);
 }
 

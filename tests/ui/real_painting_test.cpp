@@ -100,6 +100,33 @@ TEST(Picture, RaisesForSizesAndPlacesThatItCannotHave) {
   EXPECT_EQ(ErrorNumberOf([&] { static_cast<void>(picture->PixelAt(0, -1)); }), 9);
 }
 
+TEST(Gdi32, PaintsOfARectangleWhatLiesInThePicture) {
+  const Brush brush = gdi32().CreateSolidBrush(0x00FF00);
+  const auto holds = [](std::int32_t start, std::int32_t end, std::int32_t place) {
+    return end < start ? place > end && place <= start : place >= start && place < end;
+  };
+  for (const Rect& area : std::initializer_list<Rect>{{-2, -2, 2, 2},
+                                                      {1, 1, 9, 9},
+                                                      {-3, 1, 0, 2},
+                                                      {1, -3, 2, 0},
+                                                      {3, 0, 5, 3},
+                                                      {-1, -1, 4, 4},
+                                                      {1, 0, 1, 3},
+                                                      {2, 2, 0, 0},
+                                                      {5, 1, 1, -4}}) {
+    const auto picture = makePicture(3, 3, kBackground);
+    EXPECT_NE(gdi32().FillRect(picture->hDC(), area, brush), 0);
+    for (std::int32_t y = 0; y < 3; ++y) {
+      for (std::int32_t x = 0; x < 3; ++x) {
+        const bool painted = holds(area.Left, area.Right, x) && holds(area.Top, area.Bottom, y);
+        EXPECT_EQ(picture->PixelAt(x, y), painted ? 0x00FF00 : kBackground)
+            << area.Left << ',' << area.Top << ": " << x << ',' << y;
+      }
+    }
+  }
+  EXPECT_NE(gdi32().DeleteObject(brush), 0);
+}
+
 TEST(Gdi32, RefusesBrushesThatDoNotExist) {
   const auto picture = makePicture(2, 2, kBackground);
   EXPECT_EQ(gdi32().DeleteObject(Brush{0}), 0);

@@ -1,5 +1,5 @@
 // Proves that the running module's name is the one it was loaded by, whatever the program does
-// afterwards or was called by.
+// afterwards or was called by; and which shapes a pointer has that nobody sees.
 
 #include "platform/app.h"
 
@@ -8,11 +8,20 @@
 
 #include <filesystem>
 
+#include "platform/screen.h"
 #include "runtime/utf8.h"
 #include "tests/platform/posix/processes.h"
+#include "tests/support/raises.h"
 
 namespace quorvane {
 namespace {
+
+TEST(PosixScreen, KnowsTwoShapesOfThePointer) {
+  for (std::int16_t shape = -1; shape <= 99; ++shape) {
+    const bool is_known = shape == Screen::kDefaultPointer || shape == Screen::kHourglass;
+    EXPECT_EQ(testing::ErrorNumberOf([&] { screen().SetMousePointer(shape); }), is_known ? 0 : 5);
+  }
+}
 
 // In a process of its own, as the folder is the whole program's.
 TEST(PosixApp, StaysWhereItWasLoadedFrom) {

@@ -227,6 +227,17 @@ TEST_F(SystemFault, AnAccountMayHaveTheSignOfADomainInItsName) {
   EXPECT_FALSE(account::Find("EXAMPLE\\bert").has_value());
 }
 
+// The longest that the kernel has, and one that it cannot have.
+TEST_F(SystemFault, AHostsNameOf64CharactersIsKnownWhole) {
+  std::string name(64, 'h');
+  other_system.host_name = name.c_str();
+  EXPECT_EQ(HostName(), name);
+  EXPECT_TRUE(account::IsThisMachine(name));
+  name += 'h';
+  other_system.host_name = name.c_str();
+  EXPECT_EQ(HostName(), "");
+}
+
 // In a program of its own, whose code page was not asked for yet.
 TEST_F(SystemFault, ASystemWithoutAConverterIsAnErrorOfTheCall) {
   constexpr const char* kOwnProgram = "QUORVANE_TEST_WITHOUT_CONVERTERS";

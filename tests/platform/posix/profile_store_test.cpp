@@ -50,6 +50,13 @@ TEST_F(ProfileStore, MakesAFileAndLeavesNoOther) {
   EXPECT_EQ(FilesInFolder(), 1U);
 }
 
+TEST_F(ProfileStore, MakesAFileForWhomTheUserMakesFilesFor) {
+  const mode_t before = ::umask(027);
+  EXPECT_TRUE(Write("k", "v"));
+  ::umask(before);
+  EXPECT_EQ(fs::status(file_).permissions(), static_cast<fs::perms>(0640));
+}
+
 TEST_F(ProfileStore, KeepsThePermissionsOfAFile) {
   Put("[s]\n");
   ASSERT_EQ(::chmod(file_.c_str(), 0640), 0);

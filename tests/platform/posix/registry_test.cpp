@@ -215,6 +215,27 @@ TEST_F(StoredRegistry, LeavesAStoreOfALaterFormatAlone) {
   EXPECT_EQ(BytesOf(file_), later);
 }
 
+TEST(RegistryTree, TakesAValueAwayAndSaysWhetherThereWasOne) {
+  constexpr std::u16string_view kKey = u"HKEY_CURRENT_USER\\A";
+  RegistryTree tree;
+  tree.Set(kKey, u"n", 1, "x");
+  tree.Set(kKey, u"m", 1, "x");
+  EXPECT_FALSE(tree.RemoveValue(kKey, u"other"));
+  EXPECT_FALSE(tree.RemoveValue(u"HKEY_CURRENT_USER\\B", u"n"));
+  EXPECT_TRUE(tree.RemoveValue(u"hkey_current_user\\a", u"N"));
+  EXPECT_EQ(tree.Find(kKey, u"n"), nullptr);
+  EXPECT_NE(tree.Find(kKey, u"m"), nullptr);
+  EXPECT_FALSE(tree.RemoveValue(kKey, u"n"));
+}
+
+TEST(RegistryTree, IsWrittenForReaders) {
+  RegistryTree tree;
+  tree.Set(u"HKEY_CURRENT_USER\\M\u00FCll", u"\u20AC=[%\x7F", 1, std::string("caf\xE9 \0", 6));
+  EXPECT_EQ(tree.Bytes(),
+            "quorvane registry 1\n[HKEY_CURRENT_USER]\n[HKEY_CURRENT_USER\\M\xC3\xBCll]\n"
+            "\xE2\x82\xAC%3D%5B%25%7F=1:caf%E9 %00\nend\n");
+}
+
 TEST_F(StoredRegistry, IsReadableForItsUserAlone) {
   Registry registry(store_);
   EXPECT_TRUE(Write(registry, "A", "n", 1));

@@ -44,6 +44,8 @@ int __real_fcntl(int file, int command, long argument);
 int __wrap_fcntl(int file, int command, long argument);
 int __real_fstatfs(int file, struct statfs* status);
 int __wrap_fstatfs(int file, struct statfs* status);
+int __real_gethostname(char* name, std::size_t size);
+int __wrap_gethostname(char* name, std::size_t size);
 int __real_getifaddrs(ifaddrs** first);
 int __wrap_getifaddrs(ifaddrs** first);
 int __real_getpwnam_r(const char* name, passwd* entry, char* room, std::size_t size,
@@ -70,6 +72,14 @@ int __wrap_fstatfs(int file, struct statfs* status) {
   const int result = __real_fstatfs(file, status);
   if (other_system.file_system != 0) status->f_type = other_system.file_system;
   return result;
+}
+
+// Like the C library's: what does not fit with its zero is cut off, and an error.
+int __wrap_gethostname(char* name, std::size_t size) {
+  if (other_system.host_name == nullptr) return __real_gethostname(name, size);
+  std::strncpy(name, other_system.host_name, size);
+  errno = ENAMETOOLONG;
+  return std::strlen(other_system.host_name) < size ? 0 : -1;
 }
 
 int __wrap_getifaddrs(ifaddrs** first) {

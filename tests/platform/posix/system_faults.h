@@ -37,6 +37,7 @@ struct OtherSystem {
   bool refuses_leases = false;
   long file_system = 0;               // of statfs(2); 0: the true one
   const char* joined_user = nullptr;  // an account name with a domain in front
+  const char* host_name = nullptr;
   bool hides_adapters = false;
   bool lacks_adapters = false;
   bool skips_pauses = false;
