@@ -2,7 +2,7 @@
 // with errors that tell what failed.
 
 #include <algorithm>
-#include <iterator>
+#include <cstring>
 #include <vector>
 
 #include "tests/support/component/module_under_test.h"
@@ -122,23 +122,44 @@ TEST(GetCRCValue, OfAModuleInTheRootOfADriveAsksForTwoBackslashes) {
   });
 }
 
-// The table of a cCRC32 is the object's own: nothing of it stands in the module's image, neither as
-// a constant nor in an object that outlives the call.
+// Whether memory that the process allocated holds the bytes; the caller's stack is left aside.
+bool IsAllocated(const BYTE* bytes, std::size_t size) {
+  MEMORY_BASIC_INFORMATION stack{};
+  ::VirtualQuery(&stack, &stack, sizeof stack);
+  MEMORY_BASIC_INFORMATION part{};
+  for (const BYTE* start = nullptr; ::VirtualQuery(start, &part, sizeof part) != 0;
+       start += part.RegionSize) {
+    if (part.State != MEM_COMMIT || part.Type != MEM_PRIVATE || part.Protect != PAGE_READWRITE ||
+        part.AllocationBase == stack.AllocationBase)
+      continue;
+    const BYTE* const end = start + part.RegionSize;
+    if (std::search(start, end, bytes, bytes + size) != end) return true;
+  }
+  return false;
+}
+
+// The table of a cCRC32 is the object's own, and that is made for one call: nothing of it stands in
+// the module's image or in memory that outlives the call.
 TEST(GetCRCValue, LeavesNoTableBehind) {
   OnApartmentThread([] {
     const Module module;
     const auto control = module.CreateSecurityCtrl();
     CrcValue(control);
     const std::uint32_t entries[] = {0x77073096, 0xEE0E612C, 0x990951BA, 0x076DC419};
+    const auto* const bytes = reinterpret_cast<const BYTE*>(entries);
     const auto* const image = reinterpret_cast<const BYTE*>(module.Handle());
     MODULEINFO whole{};
     ASSERT_TRUE(
         ::GetModuleInformation(::GetCurrentProcess(), module.Handle(), &whole, sizeof whole));
     ASSERT_GT(whole.SizeOfImage, 0x10000U);
     const auto* const end = image + whole.SizeOfImage;
-    EXPECT_EQ(std::search(image, end, reinterpret_cast<const BYTE*>(entries),
-                          reinterpret_cast<const BYTE*>(entries + std::size(entries))),
-              end);
+    EXPECT_EQ(std::search(image, end, bytes, bytes + sizeof entries), end);
+    EXPECT_FALSE(IsAllocated(bytes, sizeof entries));
+    void* const page = ::VirtualAlloc(nullptr, sizeof entries, MEM_COMMIT, PAGE_READWRITE);
+    ASSERT_NE(page, nullptr);
+    std::memcpy(page, bytes, sizeof entries);
+    EXPECT_TRUE(IsAllocated(bytes, sizeof entries)) << "were it there, it would be seen";
+    ::VirtualFree(page, 0, MEM_RELEASE);
   });
 }
 
@@ -153,6 +174,22 @@ TEST(GetCRCValue, FailsWith53UnderAnotherExtension) {
     EXPECT_EQ(error.source, L"Renamed.File");
     EXPECT_EQ(error.description, L"File not found");
     EXPECT_TRUE(IsEqualGUID(error.interface_id, kSecurityCtrlId));
+  });
+}
+
+HRESULT WINAPI NoErrorObject(ICreateErrorInfo**) { return E_OUTOFMEMORY; }
+
+TEST(GetCRCValue, FailsWithItsNumberWhereNoErrorObjectCanBeMade) {
+  OnApartmentThread([] {
+    const TemporaryFolder folder;
+    const std::wstring copy = folder.File(L"Renamed.dll");
+    ASSERT_TRUE(::CopyFileW(QUORVANE_MODULE_FILE, copy.c_str(), TRUE));
+    const Module module(copy);
+    const ReplacedImport refused(module.Handle(), "CreateErrorInfo", NoErrorObject);
+    ASSERT_TRUE(refused.Took());
+    const ComError error = ErrorOfCrcValue(module.CreateSecurityCtrl());
+    EXPECT_EQ(error.result, static_cast<HRESULT>(0x800A0035));
+    EXPECT_EQ(error.source, L"");
   });
 }
 

@@ -3,6 +3,7 @@
 
 #include "tests/support/component/fake_sinks.h"
 #include "tests/support/component/module_under_test.h"
+#include "tests/support/component/unknown_base.h"
 
 namespace quorvane::component::connection_points_test {
 namespace {
@@ -291,6 +292,63 @@ TEST(Notification, AFailureWithoutAnErrorObjectIsToldByItsNumber) {
     EXPECT_EQ(PutWithSink(control, sink).result, static_cast<HRESULT>(0x800A0006));
     sink.answer = E_FAIL;
     EXPECT_EQ(PutWithSink(control, sink).result, E_FAIL);
+    sink.answer = static_cast<HRESULT>(0x800A0035);
+    EXPECT_EQ(PutWithSink(control, sink).description, L"File not found");
+  });
+}
+
+TEST(Notification, AFailureIsToldByTheErrorObjectOfItsOwnSink) {
+  WithControl([](const Com<ISecurityCtrl>& control) {
+    FakePropertySink content;
+    content.on_changed = [] { LeaveError(L"Form1.Content", L"all is well"); };
+    DWORD cookie = 0;
+    const auto point = Point(control, IID_IPropertyNotifySink);
+    EXPECT_EQ(point->Advise(&content, &cookie), S_OK);
+    FakePropertySink failing;
+    failing.answer = DISP_E_OVERFLOW;
+    Told told = PutWithSink(control, failing);
+    EXPECT_EQ(told.source, L"");
+    EXPECT_EQ(told.description, L"Overflow");
+    failing.on_changed = [] { LeaveError(L"Form1.Sink", L""); };
+    told = PutWithSink(control, failing);
+    EXPECT_EQ(told.source, L"Form1.Sink");
+    EXPECT_EQ(told.description, L"Overflow") << "which has one of its own";
+    content.answer = E_OUTOFMEMORY;
+    told = PutWithSink(control, failing);
+    EXPECT_EQ(told.source, L"Form1.Content") << "the first that fails";
+    EXPECT_EQ(told.result, static_cast<HRESULT>(0x800A0007));
+    EXPECT_EQ(point->Unadvise(cookie), S_OK);
+  });
+}
+
+// An error object that tells nothing, and leaves something in the out pointer all the same.
+class SilentError final : public FakeUnknown<IErrorInfo> {
+ public:
+  HRESULT STDMETHODCALLTYPE GetGUID(GUID*) override { return E_FAIL; }
+  HRESULT STDMETHODCALLTYPE GetSource(BSTR* out) override { return Refuse(out); }
+  HRESULT STDMETHODCALLTYPE GetDescription(BSTR* out) override { return Refuse(out); }
+  HRESULT STDMETHODCALLTYPE GetHelpFile(BSTR* out) override { return Refuse(out); }
+  HRESULT STDMETHODCALLTYPE GetHelpContext(DWORD*) override { return E_FAIL; }
+
+ private:
+  void* Find(REFIID) override { return this; }
+  static HRESULT Refuse(BSTR* out) {
+    *out = reinterpret_cast<BSTR>(0x1234);
+    return E_FAIL;
+  }
+};
+
+TEST(Notification, AFailureBearsAnErrorObjectThatTellsNothing) {
+  WithControl([](const Com<ISecurityCtrl>& control) {
+    SilentError silent;
+    FakePropertySink sink;
+    sink.answer = DISP_E_OVERFLOW;
+    sink.on_changed = [&] { ::SetErrorInfo(0, &silent); };
+    const Told told = PutWithSink(control, sink);
+    EXPECT_EQ(told.result, static_cast<HRESULT>(0x800A0006));
+    EXPECT_EQ(told.source, L"");
+    EXPECT_EQ(told.description, L"Overflow");
+    EXPECT_EQ(silent.References(), 1U);
   });
 }
 

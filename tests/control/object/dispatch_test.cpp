@@ -137,6 +137,20 @@ TEST(Dispatch, RefusesArgumentsOfNoUse) {
   });
 }
 
+// Whoever asks behind a failed call is told of that call, or of none.
+TEST(Dispatch, LeavesNoErrorOfAnEarlierCall) {
+  OnApartmentThread([] {
+    const Module module;
+    const auto control = NewControl(module);
+    Com<ICreateErrorInfo> earlier;
+    ASSERT_EQ(::CreateErrorInfo(earlier.Out()), S_OK);
+    ::SetErrorInfo(0, earlier.As<IErrorInfo>().Get());
+    EXPECT_EQ(Put(control, kServerPort, Variant(L"eighty")), DISP_E_TYPEMISMATCH);
+    Com<IErrorInfo> told;
+    EXPECT_EQ(::GetErrorInfo(0, told.Out()), S_FALSE);
+  });
+}
+
 TEST(Dispatch, RefusesWrongCountsOfArguments) {
   OnApartmentThread([] {
     const Module module;

@@ -345,6 +345,36 @@ TEST(Data, GivesItsPictureAsAMetafile) {
   });
 }
 
+HDC WINAPI NoRecorder(LPCWSTR) { return nullptr; }
+HGLOBAL WINAPI NoMemory(UINT, SIZE_T) { return nullptr; }
+HRESULT WINAPI NoStorage(const OLECHAR*, DWORD, DWORD, IStorage**) { return STG_E_MEDIUMFULL; }
+
+int metafiles_deleted = 0;
+BOOL WINAPI DeleteAndCount(HMETAFILE metafile) {
+  if (metafile != nullptr) ++metafiles_deleted;
+  return ::DeleteMetaFile(metafile);
+}
+
+TEST(Data, SaysWhatTheSystemRefused) {
+  WithData([](auto&, auto& data) {
+    const HMODULE module = ::GetModuleHandleW(QUORVANE_MODULE_FILE);
+    const testing::ReplacedImport counted(module, "DeleteMetaFile", DeleteAndCount);
+    metafiles_deleted = 0;
+    const auto refuse = [&](const char* call, auto* refusal, FORMATETC asked, HRESULT stated) {
+      const testing::ReplacedImport refused(module, call, refusal);
+      ASSERT_TRUE(refused.Took()) << call;
+      STGMEDIUM medium{};
+      EXPECT_EQ(data->GetData(&asked, &medium), stated) << call;
+      EXPECT_EQ(medium.tymed, static_cast<DWORD>(TYMED_NULL)) << call;
+    };
+    refuse("CreateMetaFileW", NoRecorder, Picture(), E_OUTOFMEMORY);
+    EXPECT_EQ(metafiles_deleted, 0);
+    refuse("GlobalAlloc", NoMemory, Picture(), E_OUTOFMEMORY);
+    EXPECT_EQ(metafiles_deleted, 1) << "the picture that found no room";
+    refuse("StgCreateDocfile", NoStorage, Source(), STG_E_MEDIUMFULL);
+  });
+}
+
 TEST(Data, GivesItselfInAStorageAndStaysAsItWas) {
   WithData([](auto& control, auto& data) {
     PutValues(control, kOthers);

@@ -155,6 +155,46 @@ TEST(Activation, TakesTheSitesWindowForItsParentAndTheVerbsWithoutOne) {
   }
 }
 
+ATOM WINAPI NoClass(const WNDCLASSW*) {
+  ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+  return 0;
+}
+ATOM WINAPI ClassIsThere(const WNDCLASSW* description) {
+  EXPECT_NE(::RegisterClassW(description), 0);
+  ::SetLastError(ERROR_CLASS_ALREADY_EXISTS);
+  return 0;
+}
+HWND WINAPI NoWindow(DWORD, LPCWSTR, LPCWSTR, DWORD, int, int, int, int, HWND, HMENU, HINSTANCE,
+                     void*) {
+  return nullptr;
+}
+
+TEST(Activation, FailsWhereTheSystemMakesNoWindow) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto&, auto& site, auto&, auto& in_place, auto do_verb) {
+    const auto refuse = [&](const char* call, auto* refusal) {
+      const testing::ReplacedImport refused(::GetModuleHandleW(QUORVANE_MODULE_FILE), call,
+                                            refusal);
+      ASSERT_TRUE(refused.Took()) << call;
+      site.log.clear();
+      EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), OLE_E_NOT_INPLACEACTIVE) << call;
+      EXPECT_EQ(WindowOf(in_place), nullptr) << call;
+      EXPECT_EQ(site.Times("OnInPlaceDeactivateEx"), 1) << call;
+    };
+    refuse("RegisterClassW", NoClass);
+    refuse("CreateWindowExW", NoWindow);
+    EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), S_OK) << "where nothing refuses";
+  });
+}
+
+TEST(Activation, TakesAClassThatAnotherThreadRegistered) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto&, auto& site, auto&, auto&, auto do_verb) {
+    const testing::ReplacedImport replaced(::GetModuleHandleW(QUORVANE_MODULE_FILE),
+                                           "RegisterClassW", ClassIsThere);
+    ASSERT_TRUE(replaced.Took());
+    EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), S_OK);
+  });
+}
+
 TEST(Activation, BearsNullAndEmptyRectangles) {
   OnStage(Offers::kInPlaceSiteEx, [](auto&, auto& site, auto&, auto& in_place, auto do_verb) {
     site.failing_call = "GetWindowContext";
@@ -443,12 +483,15 @@ TEST(Window, TakesItsClassAlongWithTheModule) {
       EXPECT_EQ(object->SetClientSite(site.Site()), S_OK);
       EXPECT_EQ(object->DoVerb(OLEIVERB_SHOW, nullptr, nullptr, 0, host.Get(), nullptr), S_OK);
       EXPECT_TRUE(::GetClassInfoW(instance, name, &description));
+      EXPECT_EQ(description.hCursor, ::LoadCursorW(nullptr, MAKEINTRESOURCEW(32512))) << "arrow";
       EXPECT_EQ(object->SetClientSite(nullptr), S_OK);
     }
     EXPECT_FALSE(IsInMemory(copy));
     EXPECT_FALSE(::GetClassInfoW(instance, name, &description));
   });
 }
+
+HDC WINAPI NoPainting(HWND, PAINTSTRUCT*) { return nullptr; }
 
 int endings = 0;
 
@@ -464,6 +507,13 @@ TEST(Window, ShowsThePictureWhereItIsAsked) {
     const testing::ReplacedImport counted(::GetModuleHandleW(QUORVANE_MODULE_FILE), "EndPaint",
                                           EndAndCount);
     endings = 0;
+    {
+      const testing::ReplacedImport refused(::GetModuleHandleW(QUORVANE_MODULE_FILE), "BeginPaint",
+                                            NoPainting);
+      ASSERT_TRUE(refused.Took());
+      EXPECT_EQ(::SendMessageW(window, WM_PAINT, 0, 0), 0);
+      EXPECT_EQ(endings, 0) << "nothing was begun";
+    }
     EXPECT_EQ(::SendMessageW(window, WM_PAINT, 0, 0), 0);
     EXPECT_EQ(endings, 1);
     const Canvas canvas;
@@ -525,6 +575,33 @@ TEST(SetObjectRects, ShowsThePartWithinTheClipOnly) {
     const RECT around{0, 0, 300, 300};
     EXPECT_EQ(in_place->SetObjectRects(&where, &around), S_OK);
     EXPECT_EQ(::GetWindowRgnBox(WindowOf(in_place), &shown), ERROR) << "all of it";
+  });
+}
+
+int WINAPI NoRegion(HWND, HRGN, BOOL) { return 0; }
+
+int regions_deleted = 0;
+BOOL WINAPI DeleteAndCount(HGDIOBJ object) {
+  ++regions_deleted;
+  return ::DeleteObject(object);
+}
+
+TEST(SetObjectRects, GivesBackARegionOnlyWhenTheWindowDoesNotTakeIt) {
+  OnStage(Offers::kInPlaceSiteEx, [](auto&, auto& site, auto&, auto& in_place, auto do_verb) {
+    EXPECT_EQ(do_verb(OLEIVERB_SHOW, &site.rectangle), S_OK);
+    const HMODULE module = ::GetModuleHandleW(QUORVANE_MODULE_FILE);
+    const testing::ReplacedImport counted(module, "DeleteObject", DeleteAndCount);
+    const RECT where{10, 20, 38, 48};
+    const RECT part{15, 26, 30, 41};
+    regions_deleted = 0;
+    EXPECT_EQ(in_place->SetObjectRects(&where, &part), S_OK);
+    EXPECT_EQ(regions_deleted, 0) << "the window's own";
+    const testing::ReplacedImport refused(module, "SetWindowRgn", NoRegion);
+    ASSERT_TRUE(counted.Took() && refused.Took());
+    EXPECT_EQ(in_place->SetObjectRects(&where, &part), S_OK);
+    EXPECT_EQ(regions_deleted, 1);
+    EXPECT_EQ(in_place->SetObjectRects(&where, nullptr), S_OK);
+    EXPECT_EQ(regions_deleted, 1) << "there was none";
   });
 }
 

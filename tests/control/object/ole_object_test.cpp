@@ -155,9 +155,11 @@ TEST(OleObject, ToleratesHostNamesAndAmbientChanges) {
     info.cb = sizeof(info);
     info.hAccel = reinterpret_cast<HACCEL>(1);
     info.cAccel = 7;
+    info.dwFlags = 7;
     EXPECT_EQ(ole_control->GetControlInfo(&info), S_OK);
     EXPECT_EQ(info.hAccel, nullptr);
     EXPECT_EQ(info.cAccel, 0);
+    EXPECT_EQ(info.dwFlags, 0U);
     EXPECT_EQ(ole_control->GetControlInfo(nullptr), E_POINTER);
     EXPECT_EQ(ole_control->OnMnemonic(nullptr), S_OK);
     EXPECT_EQ(ole_control->OnAmbientPropertyChange(DISPID_UNKNOWN), S_OK);
@@ -222,6 +224,24 @@ TEST(OleObject, TellsAdviseSinksOfItsClosing) {
     EXPECT_EQ(sink.References(), 1U);
     EXPECT_EQ(object->Unadvise(cookie), OLE_E_NOCONNECTION);
     EXPECT_EQ(object->Advise(&sink, nullptr), E_POINTER);
+  });
+}
+
+HRESULT WINAPI NoHolder(IOleAdviseHolder**) { return E_OUTOFMEMORY; }
+
+TEST(OleObject, SaysThatNoSinkCanBeHeld) {
+  WithControl([](auto&, auto& object) {
+    FakeAdviseSink sink;
+    DWORD cookie = 7;
+    {
+      const testing::ReplacedImport refused(::GetModuleHandleW(QUORVANE_MODULE_FILE),
+                                            "CreateOleAdviseHolder", NoHolder);
+      ASSERT_TRUE(refused.Took());
+      EXPECT_EQ(object->Advise(&sink, &cookie), E_OUTOFMEMORY);
+      EXPECT_EQ(cookie, 0U);
+    }
+    EXPECT_EQ(object->Advise(&sink, &cookie), S_OK) << "asked for anew";
+    EXPECT_EQ(object->Unadvise(cookie), S_OK);
   });
 }
 

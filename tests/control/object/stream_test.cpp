@@ -99,6 +99,15 @@ TEST(StreamSave, FailsWithTheStreamAndStaysDirty) {
   });
 }
 
+TEST(StreamSave, FailsWhereTheStreamTellsNoCount) {
+  WithControl([](auto&, auto& persistence) {
+    FakeStream stream;
+    stream.failing_call = 1;
+    stream.failure = S_OK;
+    EXPECT_EQ(persistence->Save(&stream, TRUE), STG_E_MEDIUMFULL);
+  });
+}
+
 // What was put after the bytes were made is in no saved form.
 TEST(StreamSave, LeavesTheControlDirtyAfterAPutFromWithin) {
   WithControl([](auto& control, auto& persistence) {
@@ -191,6 +200,18 @@ TEST(StreamLoad, FailsWithTheStream) {
       stream.failing_call = n;
       EXPECT_TRUE(FAILED(persistence->Load(&stream))) << n;
       EXPECT_EQ(ValuesOf(control), kDefaults) << n;
+    }
+  });
+}
+
+TEST(StreamLoad, FailsWhereTheStreamTellsNoCount) {
+  const ByteVector bytes = Saved(kOthers);
+  WithControl([&](auto&, auto& persistence) {
+    for (int n = 1; n <= 2; ++n) {
+      FakeStream stream(bytes);
+      stream.failing_call = n;
+      stream.failure = S_OK;
+      EXPECT_EQ(persistence->Load(&stream), E_FAIL) << n;
     }
   });
 }

@@ -118,6 +118,46 @@ TEST(View, GivesBackWhatItDrawsWith) {
   });
 }
 
+HBITMAP made = nullptr;
+HBITMAP WINAPI MakeAndNote(HDC device, int width, int height) {
+  return made = ::CreateCompatibleBitmap(device, width, height);
+}
+
+// The system gives back no bitmap that a device draws with, and lets no second device draw with it.
+BOOL WINAPI GiveBackUnselected(HGDIOBJ object) {
+  const HDC device = ::CreateCompatibleDC(nullptr);
+  const HGDIOBJ old = ::SelectObject(device, object);
+  EXPECT_NE(old, nullptr) << "it is selected still";
+  if (old != nullptr) ::SelectObject(device, old);
+  ::DeleteDC(device);
+  return ::DeleteObject(object);
+}
+
+TEST(View, GivesBackTheBitmapThatAMetafileIsDrawnThrough) {
+  WithView([](auto&, auto& view) {
+    const HMODULE module = ::GetModuleHandleW(QUORVANE_MODULE_FILE);
+    const testing::ReplacedImport noted(module, "CreateCompatibleBitmap", MakeAndNote);
+    const testing::ReplacedImport checked(module, "DeleteObject", GiveBackUnselected);
+    ASSERT_TRUE(noted.Took() && checked.Took());
+    const HDC recorder = ::CreateMetaFileW(nullptr);
+    const RECTL bounds{0, 0, 28, 28};
+    made = nullptr;
+    EXPECT_EQ(view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, recorder, &bounds,
+                         nullptr, nullptr, 0),
+              S_OK);
+    ::DeleteMetaFile(::CloseMetaFile(recorder));
+    ASSERT_NE(made, nullptr);
+    EXPECT_EQ(::GetObjectType(made), 0U) << "there is no such object any more";
+  });
+}
+
+// As a pixel holds it: red highest.
+DWORD ColourOfDialogs() {
+  const COLORREF colour = ::GetSysColor(COLOR_BTNFACE);
+  return static_cast<DWORD>(GetRValue(colour)) << 16 | static_cast<DWORD>(GetGValue(colour)) << 8 |
+         GetBValue(colour);
+}
+
 TEST(View, TakesClipBoundsThoughTheTargetIsNoMetafile) {
   WithView([](auto&, auto& view) {
     const Canvas canvas;
@@ -146,6 +186,30 @@ TEST(View, DrawsIntoAMetafileWhatItDrawsAnywhere) {
     EXPECT_GT(canvas.Colours({0, 0, 28, 28}).size(), 2U);
     EXPECT_EQ(canvas.Colours({28, 0, 64, 64}), (std::set<DWORD>{Canvas::kMagenta}));
     ::DeleteMetaFile(metafile);
+  });
+}
+
+HANDLE WINAPI NoImage(HINSTANCE, LPCWSTR, UINT, int, int, UINT) { return nullptr; }
+int icons_destroyed = 0;
+BOOL WINAPI DestroyAndCount(HICON icon) {
+  ++icons_destroyed;
+  return ::DestroyIcon(icon);
+}
+
+TEST(View, LeavesOutAnIconThatCannotBeLoaded) {
+  WithView([](auto&, auto& view) {
+    const HMODULE module = ::GetModuleHandleW(QUORVANE_MODULE_FILE);
+    const testing::ReplacedImport refused(module, "LoadImageW", NoImage);
+    const testing::ReplacedImport counted(module, "DestroyIcon", DestroyAndCount);
+    ASSERT_TRUE(refused.Took() && counted.Took());
+    icons_destroyed = 0;
+    const Canvas canvas;
+    const RECTL bounds{8, 8, 36, 36};
+    EXPECT_EQ(view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, canvas.Device(), &bounds,
+                         nullptr, nullptr, 0),
+              S_OK);
+    EXPECT_EQ(canvas.Colours({8, 8, 36, 36}), (std::set<DWORD>{ColourOfDialogs()}));
+    EXPECT_EQ(icons_destroyed, 0);
   });
 }
 
