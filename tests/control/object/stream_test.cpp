@@ -211,7 +211,10 @@ TEST(StreamLoad, FailsWhereTheStreamTellsNoCount) {
       FakeStream stream(bytes);
       stream.failing_call = n;
       stream.failure = S_OK;
+      int calls = 0;
+      stream.on_call = [&] { ++calls; };
       EXPECT_EQ(persistence->Load(&stream), E_FAIL) << n;
+      EXPECT_EQ(calls, n) << "it is asked no further";
     }
   });
 }
