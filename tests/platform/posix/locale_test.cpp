@@ -73,6 +73,11 @@ TEST(LocaleCollation, TakesAPairForItsCharacterAndTellsHalvesApart) {
   EXPECT_TRUE(neutral->AreEqual(u"\xD801\xDC00", u"\xD801\xDC28"));  // a Deseret letter's two cases
   EXPECT_FALSE(neutral->AreEqual(u"\xD801", u"\xD802"));
   EXPECT_FALSE(neutral->AreEqual(u"\xD801", u""));
+  // A half beside a letter leaves the letter as it is.
+  EXPECT_TRUE(neutral->AreEqual(u"a\xDC00", u"A\xDC00"));
+  EXPECT_TRUE(neutral->AreEqual(u"\xD801z", u"\xD801Z"));
+  EXPECT_FALSE(neutral->AreEqual(u"\xD801z", u"\xD801y"));
+  EXPECT_TRUE(neutral->AreEqual(u"\xDC00z", u"\xDC00Z"));
 }
 
 // In a program of its own, which has not asked for its locale yet.
