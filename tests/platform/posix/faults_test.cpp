@@ -257,6 +257,17 @@ TEST_F(SystemFault, ASystemWithoutAConverterIsAnErrorOfTheCall) {
   }
 }
 
+TEST_F(SystemFault, AUserWithoutAnEntryHasNoName) {
+  other_system.lacks_user = true;
+  Address32 text = kNoAddress;
+  EXPECT_EQ(advapi32().ConvertSidToStringSidA("", &text), 0) << "and leaves another code";
+  char buffer[] = "######";
+  std::int32_t size = 7;
+  EXPECT_EQ(advapi32().GetUserNameA(buffer, &size), 0);
+  EXPECT_EQ(advapi32().LastError(), error::kNoneMapped);
+  EXPECT_STREQ(buffer, "######");
+}
+
 // Neither in the environment nor in the user database: reading finds nothing, and whoever may not
 // write at the root is told so.
 TEST_F(SystemFault, WithoutAHomeTheStoresLieAtTheRoot) {

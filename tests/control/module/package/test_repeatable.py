@@ -52,7 +52,7 @@ class MakeResources(unittest.TestCase):
                 result = run(*arguments)
                 self.assertEqual(result.returncode, 1)
                 self.assertIn(reason, result.stderr)
-        self.assertEqual(run().returncode, 2)
+        self.assertEqual((run().returncode, run().stderr), (2, "usage: make_resources VERSION IMAGES OUTPUT\n"))
 
     def test_sees_that_a_file_could_not_be_written_whole(self):
         with tempfile.TemporaryDirectory() as folder:
