@@ -41,6 +41,8 @@ inline constexpr WildCard kWildCards[] = {
     {u"?*", u"a ab a.b a.bin ab.bin ", u"a ab a.b a.bin ab.bin "},
     {u"*.?", u"a ab a.b a.bin ab.bin ", u"a.b "},
     {u"*.b?n", u"a.bin ab.bin ", u"a.bin ab.bin "},
+    {u"*bin", u"a.bin ab.bin ", u"a.bin ab.bin "},
+    {u"*ain", u"", u""},
     {u"*.", u"a ab ", u"a ab a.b a.bin ab.bin "},
     {u"a*.", u"a ab ", u"a ab a.b a.bin ab.bin "},
     {u"a.b*.", u"a.b a.bin ", u"a.b a.bin "},

@@ -43,7 +43,7 @@ TEST(ReadImage, RefusesWhatIsNoImage) {
            "size 1 1\ncolour x 00000G\n",                   // no digit
            "size 1 1\ncolour x 0000000\n",                  // a digit too many
            "size 1 1\ncolour x 000000\ncolour x 111111\n",  // two colours
-           "size 1 1\nbackground x\n",                      // an unknown word
+           "size 1 1\ncolour x 000000\npicture\nx\n",       // an unknown word
            "size 1 1\ncolour x 000000\npixels\ny\n",        // a pixel without colour
            "size 2 1\ncolour x 000000\npixels\nx\n",        // a short row
            "size 1 1\ncolour x 000000\npixels\nxx\n",       // a long row

@@ -73,6 +73,17 @@ TEST_F(ProfileStore, WritesThroughALink) {
   EXPECT_EQ(BytesOf(target), "[s]\nk=v\n");
 }
 
+TEST_F(ProfileStore, WritesThrough39LinksAndNoMore) {
+  const auto link = [&](int number) { return folder_.Path(u"link") += std::to_string(number); };
+  fs::create_symlink(file_.filename(), link(1));
+  for (int number = 2; number <= 40; ++number)
+    fs::create_symlink(link(number - 1).filename(), link(number));
+  EXPECT_FALSE(profile_store::Write(link(40), "s", "k", "v"));
+  EXPECT_FALSE(fs::exists(file_));
+  EXPECT_TRUE(profile_store::Write(link(39), "s", "k", "v"));
+  EXPECT_EQ(BytesOf(file_), "[s]\nk=v\n");
+}
+
 TEST_F(ProfileStore, LeavesAnUnchangedFileAlone) {
   Put("[s]\nk=v\n");
   const auto before = fs::last_write_time(file_);
