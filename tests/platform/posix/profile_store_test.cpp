@@ -64,6 +64,18 @@ TEST_F(ProfileStore, KeepsThePermissionsOfAFile) {
   EXPECT_EQ(fs::status(file_).permissions(), static_cast<fs::perms>(0640));
 }
 
+// Whoever could open it before its permissions are those of the file could read on later.
+TEST_F(ProfileStore, HidesWhatIsToTakeTheFilesPlaceUntilThen) {
+  Put("[s]\n");
+  ASSERT_EQ(::chmod(file_.c_str(), 0644), 0);
+  const auto permissions = [&] { return fs::status(file_.native() + ".new").permissions(); };
+  ChangeFile(file_, 0666, [&](const std::optional<std::string>& before) {
+    EXPECT_EQ(permissions(), static_cast<fs::perms>(0600));
+    return before.value_or("") + "k=v\n";
+  });
+  EXPECT_EQ(BytesOf(file_), "[s]\nk=v\n");
+}
+
 TEST_F(ProfileStore, WritesThroughALink) {
   const fs::path target = folder_.Path(u"target.ini");
   std::ofstream(target) << "[s]\n";
