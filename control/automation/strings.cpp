@@ -19,16 +19,6 @@ BSTR NewBstr(const Text& text) {
   return string;
 }
 
-Text FromAscii(std::string_view characters) {
-  return std::u16string(characters.begin(), characters.end());
-}
-
-Text FromGuid(const GUID& id) {
-  wchar_t characters[39]{};  // 38 and the terminator
-  ::StringFromGUID2(id, characters, 39);
-  return std::u16string(reinterpret_cast<const char16_t*>(characters));
-}
-
 const wchar_t* Wide(const Text& text) {
   return reinterpret_cast<const wchar_t*>(text.Characters().c_str());
 }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string_view>
-
 #include "control/automation/com.h"
 #include "runtime/text.h"
 
@@ -13,12 +11,6 @@ namespace quorvane::component {
 /// A fresh BSTR that the receiver owns, never null: an absent text goes out as an empty one, for
 /// the sake of callers that look at the characters without a test. Throws std::bad_alloc.
 [[nodiscard]] BSTR NewBstr(const Text& text);
-
-/// 7-bit characters, such as names in identities.h, as a text.
-[[nodiscard]] Text FromAscii(std::string_view characters);
-
-/// An id in the form of the registry: capitals in braces.
-[[nodiscard]] Text FromGuid(const GUID& id);
 
 /// The characters as the system's calls take them, terminated; good as long as the text lives.
 [[nodiscard]] const wchar_t* Wide(const Text& text);

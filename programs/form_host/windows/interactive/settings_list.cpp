@@ -1,6 +1,8 @@
 #include "programs/form_host/windows/interactive/settings_list.h"
 
 #include <algorithm>
+#include <string>
+#include <string_view>
 
 #include "programs/form_host/form_file.h"
 #include "programs/form_host/windows/interactive/commands.h"
@@ -30,7 +32,8 @@ const char16_t* NameOf(identities::ValueType type) {
 int IdOf(int first, SettingsList::Index setting) { return first + static_cast<int>(setting); }
 
 Text SettingOf(SettingsList::Index setting) {
-  return component::FromAscii(kSettings[setting].name);
+  const std::string_view name = kSettings[setting].name;
+  return std::u16string(name.begin(), name.end());
 }
 
 }  // namespace

@@ -71,6 +71,13 @@ std::string Hexadecimal(HRESULT result) {
   return digits.data();
 }
 
+// In the form of the registry: capitals in braces.
+Text Spelled(REFIID id) {
+  std::array<wchar_t, 39> characters{};
+  ::StringFromGUID2(id, characters.data(), static_cast<int>(characters.size()));
+  return Text(reinterpret_cast<const char16_t*>(characters.data()));
+}
+
 // Empty where the system knows no name.
 std::string NameInRegistry(const Text& id) {
   const Text key = u"Interface\\" + id;
@@ -95,7 +102,7 @@ std::string NameOfResult(HRESULT result) {
 std::string NameOfInterface(REFIID id) {
   if (id == GUID_NULL) return "GUID_NULL";
   if (const Interface* const watched = FindInterface(id)) return watched->name;
-  const Text spelled = component::FromGuid(id);
+  const Text spelled = Spelled(id);
   const std::string name = NameInRegistry(spelled);
   return name.empty() ? ToUtf8(spelled) : name;
 }
