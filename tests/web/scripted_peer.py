@@ -114,6 +114,10 @@ class Scenes:
         status, _, place = tail.partition("/")
         self.send(reply(b"moved", f"{status} Moved", headers=[f"Location: /{place}"]))
 
+    def scene_movedaway(self, _tail):
+        """Points to a server of another protocol."""
+        self.send(reply(b"moved", "302 Moved", headers=["Location: ftp://127.0.0.1/"]))
+
     def scene_moveddead(self, _tail):
         """Points to a port where nobody listens."""
         place = f"http://127.0.0.1:{self.shared['nobody']}/raw"

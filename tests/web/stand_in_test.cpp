@@ -280,6 +280,7 @@ TEST_F(WebStandIn, DoesNotCountTheTimeBetweenTwoReads) {
 TEST_F(WebStandIn, TellsItsReasonsApart) {
   EXPECT_EQ(FailedSend("/raw", "NOBODY").second, Reason::kCannotConnect);
   EXPECT_EQ(FailedSend("/moveddead", "PEER").second, Reason::kCannotConnect);
+  EXPECT_EQ(FailedSend("/movedaway", "PEER").second, Reason::kUnrecognizedScheme);
   EXPECT_EQ(FailedSend("/raw", "PEER", "no-such-host.invalid").second, Reason::kNameNotResolved);
   EXPECT_EQ(FailedSend("/raw", "PEER", "https://127.0.0.1").second, Reason::kUnrecognizedScheme);
   EXPECT_EQ(FailedSend("/raw", "PEER", "no/host").second, Reason::kInvalidUrl);

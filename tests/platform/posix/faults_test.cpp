@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <linux/magic.h>
+#include <net/if_arp.h>
 #include <sys/file.h>
 
 #include <cstdlib>
@@ -14,6 +15,7 @@
 #include "platform/files.h"
 #include "platform/iphlpapi.h"
 #include "platform/posix/account.h"
+#include "platform/posix/adapters.h"
 #include "platform/posix/atomic_file.h"
 #include "platform/posix/profile_store.h"
 #include "platform/posix/system_errors.h"
@@ -293,6 +295,16 @@ TEST_F(SystemFault, AdaptersThatTheKernelDoesNotTellAreAnError) {
   std::int32_t size = 0;
   EXPECT_EQ(iphlpapi().GetAdaptersInfo(nullptr, &size), error::kGeneralFailure);
   EXPECT_EQ(size, 0);
+}
+
+TEST_F(SystemFault, AnAdaptersTypeIsThatOfItsLink) {
+  for (const auto& [link, type] : std::initializer_list<std::pair<int, std::uint32_t>>{
+           {ARPHRD_ETHER, 6}, {ARPHRD_PPP, 23}, {ARPHRD_TUNNEL, 1}, {ARPHRD_LOOPBACK, 1}}) {
+    other_system.link_type = link;
+    const auto adapters = KernelAdapters();
+    ASSERT_TRUE(adapters.has_value() && !adapters->empty());
+    for (const AdapterInfoRecord& adapter : *adapters) EXPECT_EQ(adapter.type, type) << link;
+  }
 }
 
 TEST_F(SystemFault, NoAdapterIsAnAnswerOfItsOwn) {

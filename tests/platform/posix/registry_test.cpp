@@ -215,6 +215,24 @@ TEST_F(StoredRegistry, LeavesAStoreOfALaterFormatAlone) {
   EXPECT_EQ(BytesOf(file_), later);
 }
 
+TEST(RegistryTree, FindsAndTakesAwayAKeyWithAllBelowIt) {
+  RegistryTree tree;
+  for (const auto* path : {u"HKEY_CURRENT_USER\\A\\B\\C", u"HKEY_CURRENT_USER\\AB"})
+    tree.Make(path);
+  const auto paths = [&](std::u16string_view from) {
+    std::vector<std::u16string> found;
+    for (const RegistryKey* key : tree.KeysFrom(from)) found.push_back(key->path);
+    return found;
+  };
+  EXPECT_EQ(paths(u"hkey_current_user\\a"),
+            (std::vector<std::u16string>{u"HKEY_CURRENT_USER\\A", u"HKEY_CURRENT_USER\\A\\B",
+                                         u"HKEY_CURRENT_USER\\A\\B\\C"}));
+  EXPECT_EQ(paths(u"").size(), 5U) << "and the hive";
+  EXPECT_TRUE(tree.RemoveKey(u"HKEY_CURRENT_USER\\A"));
+  EXPECT_EQ(paths(u""),
+            (std::vector<std::u16string>{u"HKEY_CURRENT_USER", u"HKEY_CURRENT_USER\\AB"}));
+}
+
 TEST(RegistryTree, TakesAValueAwayAndSaysWhetherThereWasOne) {
   constexpr std::u16string_view kKey = u"HKEY_CURRENT_USER\\A";
   RegistryTree tree;

@@ -6,6 +6,8 @@
 #include <fcntl.h>
 #include <iconv.h>
 #include <ifaddrs.h>
+#include <linux/if_packet.h>
+#include <net/if.h>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
@@ -85,9 +87,19 @@ int __wrap_gethostname(char* name, std::size_t size) {
 int __wrap_getifaddrs(ifaddrs** first) {
   *first = nullptr;
   if (other_system.lacks_adapters) return 0;
-  if (!other_system.hides_adapters) return __real_getifaddrs(first);
-  errno = EMFILE;
-  return -1;
+  if (other_system.hides_adapters) {
+    errno = EMFILE;
+    return -1;
+  }
+  const int result = __real_getifaddrs(first);
+  for (ifaddrs* entry = *first; entry != nullptr && other_system.link_type >= 0;
+       entry = entry->ifa_next) {
+    entry->ifa_flags &= ~static_cast<unsigned>(IFF_LOOPBACK);
+    if (entry->ifa_addr == nullptr || entry->ifa_addr->sa_family != AF_PACKET) continue;
+    reinterpret_cast<sockaddr_ll*>(entry->ifa_addr)->sll_hatype =
+        static_cast<std::uint16_t>(other_system.link_type);
+  }
+  return result;
 }
 
 int __wrap_getpwuid_r(uid_t id, passwd* entry, char* room, std::size_t size, passwd** found) {

@@ -38,6 +38,7 @@ struct OtherSystem {
   long file_system = 0;               // of statfs(2); 0: the true one
   const char* joined_user = nullptr;  // an account name with a domain in front
   const char* host_name = nullptr;
+  int link_type = -1;  // of every adapter, the loop back included; -1: the true ones
   bool hides_adapters = false;
   bool lacks_adapters = false;
   bool skips_pauses = false;
