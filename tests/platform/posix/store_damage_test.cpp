@@ -153,7 +153,10 @@ TEST_F(StoreDamage, ADamagedRegistryIsToldAndLeftAlone) {
 
 // Taken for one, it would be written as a key that no reader takes.
 TEST_F(StoreDamage, AKeyOfBackslashesAloneIsDamage) {
-  EXPECT_FALSE(RegistryTree::From("quorvane registry 1\n[\\]\n=1:x\nend\n").has_value());
+  for (const char* lines : {"[\\]\n=1:x\n", "[\\]\n", "[]\n", "[%4]\n"})
+    EXPECT_FALSE(
+        RegistryTree::From(std::string("quorvane registry 1\n") + lines + "end\n").has_value())
+        << lines;
 }
 
 TEST_F(StoreDamage, ADamagedProfileKeepsItsOtherLines) {
