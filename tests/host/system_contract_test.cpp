@@ -28,6 +28,15 @@ TEST(SystemContract, LeavesTheBufferAloneWhenTheDirectoryDoesNotFit) {
   EXPECT_STREQ(buffer, "##########");
 }
 
+TEST(SystemContract, TellsHowLongTheDirectoryIs) {
+  const std::int32_t length = GetSystemDirectoryPath().Length();
+  std::string buffer(static_cast<std::size_t>(length) + 2, '#');
+  EXPECT_EQ(kernel32().GetSystemDirectoryA(buffer.data(), length), length + 1);
+  EXPECT_EQ(kernel32().GetSystemDirectoryA(buffer.data(), length + 1), length);
+  EXPECT_EQ(buffer.find('\0'), static_cast<std::size_t>(length));
+  EXPECT_EQ(buffer.back(), '#');
+}
+
 TEST(AccountContract, KnowsTheCurrentAccount) {
   Text name = GetCurrentUserName();
   ASSERT_FALSE(name.IsEmpty());

@@ -172,6 +172,11 @@ TEST_F(WebStandIn, FindsTheProxyForHttpInAList) {
   }
 }
 
+TEST(WebTimeOuts, AreOneMinuteAndFive) {
+  EXPECT_EQ(web_client::TimeOuts{}.connect, milliseconds(60000));
+  EXPECT_EQ(web_client::TimeOuts{}.silence, milliseconds(300000));
+}
+
 TEST_F(WebStandIn, GivesUpOnAServerThatSaysNothing) {
   web_client::SetTimeOuts({milliseconds(5000), milliseconds(300)});
   const auto [taken, reason] = FailedSend("/late/20000/headless", "PEER");

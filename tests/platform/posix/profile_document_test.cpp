@@ -62,6 +62,13 @@ TEST(ProfileDocument, TakesComments) {
   EXPECT_EQ(document.KeyNames(u"x"), (std::vector<std::u16string>{u"#b", u"b"}));
 }
 
+TEST(ProfileDocument, TakesNeitherABlankLineNorAHeadingForAKey) {
+  ProfileDocument document("[x=1]\n\n \nb=2\n");
+  EXPECT_EQ(document.Value(u"x=1", u""), std::nullopt);
+  EXPECT_EQ(document.Value(u"x=1", u"[x"), std::nullopt);
+  EXPECT_EQ(document.KeyNames(u"x=1"), std::vector<std::u16string>{u"b"});
+}
+
 // As other systems have it: set again and again it stays one line.
 TEST(ProfileDocument, FindsACommentByItsWholeName) {
   ProfileDocument document("[x]\nb=4\n");

@@ -152,6 +152,13 @@ TEST_F(StoreDamage, ADamagedRegistryIsToldAndLeftAlone) {
 }
 
 // Taken for one, it would be written as a key that no reader takes.
+TEST_F(StoreDamage, TheLastLineStandsAtTheEndAndNowhereElse) {
+  const std::string lines = "quorvane registry 1\n[HKEY_CURRENT_USER\\A]\n";
+  EXPECT_TRUE(RegistryTree::From(lines + "end\n").has_value());
+  for (const char* other : {"", "end", "n=1:x\n", "end\nn=1:x\nend\n", "end\nend\n"})
+    EXPECT_FALSE(RegistryTree::From(lines + other).has_value()) << other;
+}
+
 TEST_F(StoreDamage, AKeyOfBackslashesAloneIsDamage) {
   for (const char* lines : {"[\\]\n=1:x\n", "[\\]\n", "[]\n", "[%4]\n"})
     EXPECT_FALSE(
