@@ -104,7 +104,6 @@ void ControlWindow::Show(bool visible) {
 
 void ControlWindow::Place(const RECT& where, const RECT* clip) {
   const HWND placed = handle_;
-  if (placed == nullptr) return;
   RECT shown = where;
   if (clip != nullptr) ::IntersectRect(&shown, &where, clip);
   // A region in the window's own coordinates, owned by the window from here on; none shows all.

@@ -28,7 +28,7 @@ class ControlWindow {
 
   void Show(bool visible);
   /// Moves it and shows only what lies in the clip rectangle; both in the parent's coordinates. A
-  /// null clip rectangle shows all.
+  /// null clip rectangle shows all. There must be one.
   void Place(const RECT& where, const RECT* clip);
 
  private:

@@ -244,6 +244,31 @@ TEST(Deactivation, ComesWithCloseAndWithTheLossOfTheSite) {
   }
 }
 
+TEST(Deactivation, MayCountReferencesWhileTheControlEnds) {
+  OnApartmentThread([] {
+    const Module module;
+    HostWindow host;
+    FakeSite site(Offers::kInPlaceSiteEx, host.Get());
+    IOleObject* last = nullptr;
+    {
+      const auto object = module.CreateControl().As<IOleObject>();
+      EXPECT_EQ(object->SetClientSite(site.Site()), S_OK);
+      EXPECT_EQ(object->DoVerb(OLEIVERB_SHOW, nullptr, nullptr, 0, host.Get(), nullptr), S_OK);
+      last = object.Get();
+      last->AddRef();
+    }
+    site.on_call = [&](const std::string& call) {
+      if (call != "OnInPlaceDeactivateEx") return;
+      last->AddRef();
+      EXPECT_NE(last->Release(), 0U) << "it ends once";
+    };
+    EXPECT_EQ(last->Release(), 0U);
+    EXPECT_EQ(site.Times("OnInPlaceDeactivateEx"), 1);
+    EXPECT_EQ(site.References(), 1U);
+    EXPECT_EQ(module.CanUnloadNow(), S_OK);
+  });
+}
+
 TEST(Deactivation, ToleratesAWindowThatTheHostDestroyed) {
   OnStage(Offers::kInPlaceSiteEx, [](auto&, auto& site, auto&, auto& in_place, auto do_verb) {
     EXPECT_EQ(do_verb(OLEIVERB_INPLACEACTIVATE, &site.rectangle), S_OK);
@@ -491,7 +516,10 @@ TEST(Window, TakesItsClassAlongWithTheModule) {
   });
 }
 
-HDC WINAPI NoPainting(HWND, PAINTSTRUCT*) { return nullptr; }
+HDC painted_on = nullptr;
+HDC WINAPI PaintThere(HWND window, PAINTSTRUCT* paint) {
+  return painted_on == nullptr || ::BeginPaint(window, paint) == nullptr ? nullptr : painted_on;
+}
 
 int endings = 0;
 
@@ -506,16 +534,19 @@ TEST(Window, ShowsThePictureWhereItIsAsked) {
     const HWND window = WindowOf(in_place);
     const testing::ReplacedImport counted(::GetModuleHandleW(QUORVANE_MODULE_FILE), "EndPaint",
                                           EndAndCount);
+    const testing::ReplacedImport led_elsewhere(::GetModuleHandleW(QUORVANE_MODULE_FILE),
+                                                "BeginPaint", PaintThere);
+    ASSERT_TRUE(counted.Took() && led_elsewhere.Took());
     endings = 0;
-    {
-      const testing::ReplacedImport refused(::GetModuleHandleW(QUORVANE_MODULE_FILE), "BeginPaint",
-                                            NoPainting);
-      ASSERT_TRUE(refused.Took());
-      EXPECT_EQ(::SendMessageW(window, WM_PAINT, 0, 0), 0);
-      EXPECT_EQ(endings, 0) << "nothing was begun";
-    }
+    painted_on = nullptr;
+    EXPECT_EQ(::SendMessageW(window, WM_PAINT, 0, 0), 0);
+    EXPECT_EQ(endings, 0) << "nothing was begun";
+    const Canvas paper;
+    painted_on = paper.Device();
     EXPECT_EQ(::SendMessageW(window, WM_PAINT, 0, 0), 0);
     EXPECT_EQ(endings, 1);
+    EXPECT_GT(paper.Colours({0, 0, 28, 28}).size(), 2U);
+    EXPECT_EQ(paper.Colours({28, 0, 64, 64}), (std::set<DWORD>{Canvas::kMagenta}));
     const Canvas canvas;
     const auto device = reinterpret_cast<WPARAM>(canvas.Device());
     EXPECT_EQ(::SendMessageW(window, WM_ERASEBKGND, device, 0), 1) << "the picture fills it";
