@@ -153,6 +153,24 @@ TEST_F(StoreRights, AnotherUsersFileStaysHis) {
   EXPECT_EQ(BytesOf(profile_), "[s]\nk=w\n");
 }
 
+// Whoever may write another user's file makes it his own. The mark that lends the rights of its
+// group stays where the group does.
+TEST_F(StoreRights, AFileThatChangesHandsLendsNoRightsOfAnotherGroup) {
+  if (::geteuid() != 0) GTEST_SKIP() << "asks for two users";
+  for (const bool keeps_group : {false, true}) {
+    fs::remove(profile_);
+    std::ofstream(profile_) << "[s]\nk=v\n";
+    ASSERT_EQ(::chown(profile_.c_str(), 0, keeps_group ? testing::OrdinaryUser() : 0), 0);
+    ASSERT_EQ(::chmod(profile_.c_str(), 02666), 0);
+    EXPECT_TRUE(AsOrdinaryUser([&] { return profile_store::Write(profile_, "s", "k", "w"); }));
+    struct stat status {};
+    ASSERT_EQ(::stat(profile_.c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, testing::OrdinaryUser());
+    EXPECT_EQ(status.st_mode & 07777U, keeps_group ? 02666U : 0666U);
+    EXPECT_EQ(BytesOf(profile_), "[s]\nk=w\n");
+  }
+}
+
 TEST_F(StoreRights, AFolderThatCannotBeListedServes) {
   Put(profile_, "[s]\nk=v\n", 0600);
   ASSERT_EQ(::chmod(home_.c_str(), 0300), 0);
