@@ -172,6 +172,24 @@ TEST_F(WebStandIn, FindsTheProxyForHttpInAList) {
   }
 }
 
+// Told to a proxy, since who listens at port 80 is not a test's to say.
+TEST_F(WebStandIn, TakesPort0ForThatOfTheService) {
+  session_ = web_.InternetOpenA("a", WinInet::kOpenTypeProxy, ToUtf8(AddressOf("PEER")).c_str(),
+                                nullptr, 0);
+  for (const std::int16_t port : {std::int16_t{0}, std::int16_t{80}, std::int16_t{81}}) {
+    connection_ = web_.InternetConnectA(session_, "example.invalid", port, nullptr, nullptr,
+                                        WinInet::kServiceHttp, 0, 0);
+    const InternetHandle request =
+        web_.HttpOpenRequestA(connection_, "POST", "/raw", "HTTP/1.0", nullptr, nullptr, 0, 0);
+    ASSERT_NE(Send(request), 0) << port;
+    EXPECT_NE(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
+    const std::string sent = BytesOf(FromUtf8(std::string(buffer_, count_)));
+    EXPECT_TRUE(sent.starts_with(port == 81 ? "POST http://example.invalid:81/raw "
+                                            : "POST http://example.invalid/raw "))
+        << sent;
+  }
+}
+
 TEST(WebTimeOuts, AreOneMinuteAndFive) {
   EXPECT_EQ(web_client::TimeOuts{}.connect, milliseconds(60000));
   EXPECT_EQ(web_client::TimeOuts{}.silence, milliseconds(300000));
