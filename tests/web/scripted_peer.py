@@ -118,6 +118,10 @@ class Scenes:
         """Points to a server of another protocol."""
         self.send(reply(b"moved", "302 Moved", headers=["Location: ftp://127.0.0.1/"]))
 
+    def scene_movednowhere(self, _tail):
+        """Points to no place, and says nothing."""
+        self.send(reply(b"", "302 Moved"))
+
     def scene_moveddead(self, _tail):
         """Points to a port where nobody listens."""
         place = f"http://127.0.0.1:{self.shared['nobody']}/raw"

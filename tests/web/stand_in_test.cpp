@@ -127,6 +127,14 @@ TEST_F(WebStandIn, ReadsNothingBeforeItHasSent) {
   const InternetHandle request = Open("/raw", "PEER");
   EXPECT_EQ(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
   EXPECT_EQ(count_, 0U);
+  EXPECT_EQ(LastFailure(), Reason::kInvalidParameter);
+}
+
+TEST_F(WebStandIn, TakesAnEmptyAnswerThatPointsNowhere) {
+  const InternetHandle request = Open("/movednowhere", "PEER");
+  EXPECT_NE(Send(request), 0);
+  EXPECT_NE(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
+  EXPECT_EQ(count_, 0U);
 }
 
 TEST_F(WebStandIn, CountsNothingAfterAFailedRead) {

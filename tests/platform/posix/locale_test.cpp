@@ -61,6 +61,11 @@ TEST(LocaleCollation, FoldsAsciiOtherwiseWhereACharacterIsPassedOver) {
   EXPECT_TRUE(words->AreEqual(u"-", u""));
 }
 
+TEST(LocaleCollation, IsThatOfTheSystemLocaleForTheSystem) {
+  EXPECT_EQ(systemCollation().FoldsAsciiPlainly(),
+            MakeCollation(systemLocale())->FoldsAsciiPlainly());
+}
+
 TEST(LocaleCollation, TellsApartWhatWindowsJoins) {
   const auto neutral = MakeCollation(std::locale("C.UTF-8"));
   EXPECT_FALSE(neutral->AreEqual(u"\u00DF", u"ss"));
