@@ -81,6 +81,45 @@ TEST(Identity, RefusesAQueryWithoutAnOutPointer) {
   });
 }
 
+// Of the objects that the control hands out beside itself.
+template <class Interface>
+void ExpectOnly(const Com<Interface>& object, REFIID id) {
+  for (const IID& own : {IID_IUnknown, id}) {
+    Com<IUnknown> same;
+    EXPECT_EQ(object->QueryInterface(own, same.OutVoid()), S_OK);
+    EXPECT_EQ(same.Get(), object.Get());
+  }
+  for (const IID& other : {IID_IDispatch, IID_IOleObject}) {
+    void* out = reinterpret_cast<void*>(0x1234);
+    EXPECT_EQ(object->QueryInterface(other, &out), E_NOINTERFACE);
+    EXPECT_EQ(out, nullptr);
+  }
+  EXPECT_EQ(object->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
+}
+
+TEST(Identity, OfListsAndConnectionPointsIsTheirOwn) {
+  OnApartmentThread([] {
+    const Module module;
+    {
+      const auto control = module.CreateControl();
+      const auto container = control.As<IConnectionPointContainer>();
+      Com<IConnectionPoint> point;
+      ASSERT_EQ(container->FindConnectionPoint(IID_IPropertyNotifySink, point.Out()), S_OK);
+      ExpectOnly(point, IID_IConnectionPoint);
+      Com<IEnumConnectionPoints> points;
+      ASSERT_EQ(container->EnumConnectionPoints(points.Out()), S_OK);
+      ExpectOnly(points, IID_IEnumConnectionPoints);
+      Com<IEnumConnections> connections;
+      ASSERT_EQ(point->EnumConnections(connections.Out()), S_OK);
+      ExpectOnly(connections, IID_IEnumConnections);
+      Com<IEnumFORMATETC> formats;
+      ASSERT_EQ(control.As<IDataObject>()->EnumFormatEtc(DATADIR_GET, formats.Out()), S_OK);
+      ExpectOnly(formats, IID_IEnumFORMATETC);
+    }
+    EXPECT_EQ(module.CanUnloadNow(), S_OK);
+  });
+}
+
 TEST(Identity, HasOneIUnknownFromEveryInterface) {
   OnApartmentThread([] {
     const Module module;
