@@ -240,6 +240,8 @@ TEST(RegistryTree, TakesAValueAwayAndSaysWhetherThereWasOne) {
   tree.Set(kKey, u"m", 1, "x");
   EXPECT_FALSE(tree.RemoveValue(kKey, u"other"));
   EXPECT_FALSE(tree.RemoveValue(u"HKEY_CURRENT_USER\\B", u"n"));
+  EXPECT_EQ(tree.Find(u"HKEY_CURRENT_USER\\B", u"n"), nullptr);
+  EXPECT_EQ(RegistryTree().Find(kKey, u"n"), nullptr);
   EXPECT_TRUE(tree.RemoveValue(u"hkey_current_user\\a", u"N"));
   EXPECT_EQ(tree.Find(kKey, u"n"), nullptr);
   EXPECT_NE(tree.Find(kKey, u"m"), nullptr);
