@@ -83,6 +83,8 @@ TEST(LocaleCollation, TakesAPairForItsCharacterAndTellsHalvesApart) {
   EXPECT_TRUE(neutral->AreEqual(u"\xD801z", u"\xD801Z"));
   EXPECT_FALSE(neutral->AreEqual(u"\xD801z", u"\xD801y"));
   EXPECT_TRUE(neutral->AreEqual(u"\xDC00z", u"\xDC00Z"));
+  EXPECT_FALSE(neutral->AreEqual(u"\xD801\uE000", u"\xD802\xDC00")) << "no second half";
+  EXPECT_FALSE(neutral->AreEqual(u"\xD7FF\xDC00", u"\uFC00")) << "no first half";
 }
 
 // In a program of its own, which has not asked for its locale yet.
