@@ -36,19 +36,19 @@ TEST(ReadImage, ReadsSizeColoursAndRows) {
 
 TEST(ReadImage, RefusesWhatIsNoImage) {
   for (const char* text : {
-           "",                                              // nothing
-           "size 1 1\ncolour x 000000\n",                   // no pixels
-           "size 1\n",                                      // half a size
-           "size 1 1\ncolour x\n",                          // no colour
-           "size 1 1\ncolour x 00000G\n",                   // no digit
-           "size 1 1\ncolour x 0000000\n",                  // a digit too many
-           "size 1 1\ncolour x 000000\ncolour x 111111\n",  // two colours
-           "size 1 1\ncolour x 000000\npicture\nx\n",       // an unknown word
-           "size 1 1\ncolour x 000000\npixels\ny\n",        // a pixel without colour
-           "size 2 1\ncolour x 000000\npixels\nx\n",        // a short row
-           "size 1 1\ncolour x 000000\npixels\nxx\n",       // a long row
-           "size 1 2\ncolour x 000000\npixels\nx\n",        // a row too few
-           "size 1 1\ncolour x 000000\npixels\nx\nx\n",     // a row too many
+           "",                                                         // nothing
+           "size 1 1\ncolour x 000000\n",                              // no pixels
+           "size 1\npixels\n",                                         // half a size
+           "size 1 1\ncolour x\npixels\nx\n",                          // no colour
+           "size 1 1\ncolour x 00000G\npixels\nx\n",                   // no digit
+           "size 1 1\ncolour x 0000000\npixels\nx\n",                  // a digit too many
+           "size 1 1\ncolour x 000000\ncolour x 111111\npixels\nx\n",  // two colours
+           "size 1 1\ncolour x 000000\npicture\nx\n",                  // an unknown word
+           "size 1 1\ncolour x 000000\npixels\ny\n",                   // a pixel without colour
+           "size 2 1\ncolour x 000000\npixels\nx\n",                   // a short row
+           "size 1 1\ncolour x 000000\npixels\nxx\n",                  // a long row
+           "size 1 2\ncolour x 000000\npixels\nx\n",                   // a row too few
+           "size 1 1\ncolour x 000000\npixels\nx\nx\n",                // a row too many
        }) {
     EXPECT_THROW(Read(text), std::runtime_error) << text;
   }
