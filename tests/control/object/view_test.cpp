@@ -185,6 +185,17 @@ TEST(View, DrawsIntoAMetafileWhatItDrawsAnywhere) {
     EXPECT_TRUE(::PlayMetaFile(canvas.Device(), metafile));
     EXPECT_GT(canvas.Colours({0, 0, 28, 28}).size(), 2U);
     EXPECT_EQ(canvas.Colours({28, 0, 64, 64}), (std::set<DWORD>{Canvas::kMagenta}));
+    const Canvas plain;
+    const RECTL pixels{0, 0, 28, 28};
+    EXPECT_EQ(view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, plain.Device(), &pixels,
+                         nullptr, nullptr, 0),
+              S_OK);
+    for (LONG y = 0; y < 28; ++y) {
+      for (LONG x = 0; x < 28; ++x) {
+        const RECT pixel{x, y, x + 1, y + 1};
+        ASSERT_EQ(canvas.Colours(pixel), plain.Colours(pixel)) << x << ", " << y;
+      }
+    }
     ::DeleteMetaFile(metafile);
   });
 }
