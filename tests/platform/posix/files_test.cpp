@@ -57,8 +57,9 @@ TEST_F(PosixFiles, TakesSlashesAndBackslashes) {
 
 // A name of the system that is no UTF-8 has a text of its own, which leads back to it.
 TEST_F(PosixFiles, ANameThatIsNoUtf8HasAText) {
-  const std::string bytes = "caf\xE9 \xC3\xA9.b\xF0";
+  const std::string bytes = "caf\xE9 \xC3\xA9\x7F.\x80\xF0";
   const Text name = FileNameFrom(bytes);
+  EXPECT_EQ(name.Characters()[9], u'\xDC80');
   EXPECT_EQ(SystemFileName(name.Characters()), bytes);
   EXPECT_EQ(SystemFileName(u"a\\b\0c"), "a/b");
   EXPECT_EQ(SystemFileName(u"\xD83D\xDC80"), "\xF0\x9F\x92\x80") << "a pair is a character";

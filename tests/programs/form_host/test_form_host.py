@@ -94,10 +94,12 @@ class Road(FormHostTest):
         self.assertEqual((self.folder / "ä 日.form").read_bytes(), b'ServerAddress = "a"\nServerPort = 8081\n')
 
     def test_other_kinds_are_converted_on_loading(self):
-        outcome = self.host('ServerAddress = 17\nServerPort = " 81 "\nUseProxy = 7\n', "--set", "ServerPort=82")
+        outcome = self.host('ServerAddress = 17\nServerPort = " 81 "\nServerFile = 70000\nUseProxy = 7\n',
+                            "--set", "ServerPort=82")
         self.assertEqual(self.loaded(outcome)[:4], ['  ServerAddress = "17"', "  ServerPort = 81",
-                                                    '  ServerFile = ""', "  UseProxy = True"])
-        self.assertEqual(self.saved(), 'ServerAddress = "17"\nServerPort = 82\nUseProxy = True\n')
+                                                    '  ServerFile = "70000"', "  UseProxy = True"])
+        self.assertEqual(self.saved(),
+                         'ServerAddress = "17"\nServerPort = 82\nServerFile = "70000"\nUseProxy = True\n')
 
     def test_a_port_that_is_no_number_ends_the_loading_without_an_error(self):
         for port in ('"many"', "70000"):
