@@ -50,6 +50,17 @@ class WebStandIn : public ::testing::Test {
     const auto taken = std::chrono::steady_clock::now() - start;
     return {std::chrono::duration_cast<milliseconds>(taken), LastFailure()};
   }
+  /// The request as it came to the far end of these proxies, where that is the scripted peer.
+  std::string ArrivedThrough(const std::string& proxies, const char* server, std::int16_t port) {
+    session_ = web_.InternetOpenA("a", WinInet::kOpenTypeProxy, proxies.c_str(), nullptr, 0);
+    connection_ = web_.InternetConnectA(session_, server, port, nullptr, nullptr,
+                                        WinInet::kServiceHttp, 0, 0);
+    const InternetHandle request =
+        web_.HttpOpenRequestA(connection_, "POST", "/raw", "HTTP/1.0", nullptr, nullptr, 0, 0);
+    EXPECT_NE(Send(request), 0) << proxies << ' ' << port;
+    EXPECT_NE(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
+    return BytesOf(FromUtf8(std::string(buffer_, count_)));
+  }
 
   WinInet& web_ = wininet();
   InternetHandle session_ = 0;
@@ -168,33 +179,19 @@ TEST_F(WebStandIn, FindsTheProxyForHttpInAList) {
   for (const std::string& list : {proxy + ";https=none.invalid:1", "http=" + proxy,
                                   "https=none.invalid:1;http=http://" + proxy,
                                   "ftp=none.invalid:1 " + proxy + " http=none.invalid:1"}) {
-    session_ = web_.InternetOpenA("a", WinInet::kOpenTypeProxy, list.c_str(), nullptr, 0);
-    connection_ = web_.InternetConnectA(session_, "127.0.0.1", PortOf("PEER"), nullptr, nullptr,
-                                        WinInet::kServiceHttp, 0, 0);
-    const InternetHandle request =
-        web_.HttpOpenRequestA(connection_, "POST", "/raw", "HTTP/1.0", nullptr, nullptr, 0, 0);
-    ASSERT_NE(Send(request), 0) << list;
-    EXPECT_NE(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
-    const std::string echo = BytesOf(FromUtf8(std::string(buffer_, count_)));
-    EXPECT_NE(echo.find("quorvane-open"), std::string::npos) << list;
+    const std::string arrived = ArrivedThrough(list, "127.0.0.1", PortOf("PEER"));
+    EXPECT_NE(arrived.find("quorvane-open"), std::string::npos) << list;
   }
 }
 
 // Told to a proxy, since who listens at port 80 is not a test's to say.
 TEST_F(WebStandIn, TakesPort0ForThatOfTheService) {
-  session_ = web_.InternetOpenA("a", WinInet::kOpenTypeProxy, ToUtf8(AddressOf("PEER")).c_str(),
-                                nullptr, 0);
+  const std::string proxy = ToUtf8(AddressOf("PEER"));
   for (const std::int16_t port : {std::int16_t{0}, std::int16_t{80}, std::int16_t{81}}) {
-    connection_ = web_.InternetConnectA(session_, "example.invalid", port, nullptr, nullptr,
-                                        WinInet::kServiceHttp, 0, 0);
-    const InternetHandle request =
-        web_.HttpOpenRequestA(connection_, "POST", "/raw", "HTTP/1.0", nullptr, nullptr, 0, 0);
-    ASSERT_NE(Send(request), 0) << port;
-    EXPECT_NE(web_.InternetReadFile(request, buffer_, sizeof buffer_, count_), 0);
-    const std::string sent = BytesOf(FromUtf8(std::string(buffer_, count_)));
-    EXPECT_TRUE(sent.starts_with(port == 81 ? "POST http://example.invalid:81/raw "
-                                            : "POST http://example.invalid/raw "))
-        << sent;
+    const std::string arrived = ArrivedThrough(proxy, "example.invalid", port);
+    EXPECT_TRUE(arrived.starts_with(port == 81 ? "POST http://example.invalid:81/raw "
+                                               : "POST http://example.invalid/raw "))
+        << arrived;
   }
 }
 
